@@ -1,0 +1,10 @@
+#include "pixel/random.h"
+
+namespace ostrivex {
+
+RandomSource& globalRandom() {
+    static RandomSource source;
+    return source;
+}
+
+} // namespace ostrivex

@@ -1,0 +1,41 @@
+// Shared pieces of the pixel benchmarks.
+//
+// Every benchmark reports items processed = output pixels, so Google Benchmark prints
+// items_per_second; the reporter of bench_main.cpp adds the rate in megapixels per second
+// and the ratio to the memcpy of the same image size.
+#pragma once
+
+#include "pixel/bitfilter.h"
+#include "pixel/bits.h"
+#include "pixel/region.h"
+
+#include <benchmark/benchmark.h>
+
+#include <cstdint>
+#include <functional>
+
+namespace ostrivex::bench {
+
+// A w x h image with varied bytes in every channel (a cheap deterministic pattern).
+Bits patternImage(int32_t w, int32_t h);
+
+// A filter object loaded with a pattern image of w x h and a region of the whole image.
+// The object and region live as long as the benchmark process (one per size).
+cBitFilter& loadedFilter(int32_t w, int32_t h);
+// The same image with an ellipse selection inscribed in the image (about 78% of it).
+cBitFilter& ellipseFilter(int32_t w, int32_t h);
+
+// Runs op(filter) once per iteration and reports w*h pixels an iteration.
+void runFilter(benchmark::State& state, cBitFilter& f,
+               const std::function<Bits(cBitFilter&)>& op);
+
+} // namespace ostrivex::bench
+
+// Registers BM_<name> at both sizes. `expr` is an expression on `f` returning Bits.
+#define OSTRIVEX_PIXEL_BENCH(name, expr)                                                  \
+    static void BM_##name(benchmark::State& state) {                                     \
+        const int32_t w = int32_t(state.range(0)), h = int32_t(state.range(1));          \
+        ::ostrivex::bench::runFilter(state, ::ostrivex::bench::loadedFilter(w, h),       \
+                                     [](::ostrivex::cBitFilter& f) { return (expr); });  \
+    }                                                                                    \
+    BENCHMARK(BM_##name)->Args({6000, 4000})->Args({2000, 1500})->Unit(benchmark::kMillisecond)

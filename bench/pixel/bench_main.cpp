@@ -1,0 +1,138 @@
+// Entry point of bench_pixel, with a reporter that shows megapixels per second and the
+// ratio of each benchmark to BM_Memcpy at the same image size.
+#include "bench_common.h"
+
+#include <algorithm>
+#include <chrono>
+#include <cstdio>
+#include <cstring>
+#include <iostream>
+#include <map>
+#include <memory>
+#include <string>
+#include <vector>
+
+namespace ostrivex::bench {
+
+Bits patternImage(int32_t w, int32_t h) {
+    Bits b(w, h);
+    uint32_t s = 12345;
+    for (int32_t y = 0; y < h; ++y) {
+        uint8_t* p = b.row(y);
+        for (int32_t i = 0; i < w * 4; ++i) {
+            s = s * 1103515245u + 12345u;
+            p[i] = uint8_t(s >> 16);
+        }
+    }
+    return b;
+}
+
+namespace {
+struct Loaded {
+    cBitFilter filter;
+    Region region;
+};
+std::map<std::pair<int32_t, int32_t>, std::unique_ptr<Loaded>> gWhole, gEllipse;
+
+cBitFilter& load(std::map<std::pair<int32_t, int32_t>, std::unique_ptr<Loaded>>& cache,
+                 int32_t w, int32_t h, bool ellipse) {
+    auto& slot = cache[{w, h}];
+    if (!slot) {
+        slot = std::make_unique<Loaded>();
+        slot->region = ellipse ? Region::ellipse(0, 0, w, h) : Region::rect(0, 0, w, h);
+        slot->filter.SetBits(patternImage(w, h));
+        slot->filter.BitsRegion(&slot->region);
+    }
+    return slot->filter;
+}
+} // namespace
+
+cBitFilter& loadedFilter(int32_t w, int32_t h) { return load(gWhole, w, h, false); }
+cBitFilter& ellipseFilter(int32_t w, int32_t h) { return load(gEllipse, w, h, true); }
+
+void runFilter(benchmark::State& state, cBitFilter& f,
+               const std::function<Bits(cBitFilter&)>& op) {
+    for (auto _ : state) {
+        Bits out = op(f);
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * int64_t(f.BitsWidth()) * f.BitsHeight());
+}
+
+} // namespace ostrivex::bench
+
+using namespace ostrivex;
+
+// The baseline: a memcpy of the whole bordered buffer into a buffer that already exists.
+static void BM_Memcpy(benchmark::State& state) {
+    const int32_t w = int32_t(state.range(0)), h = int32_t(state.range(1));
+    Bits src = bench::patternImage(w, h);
+    Bits dst(w, h);
+    for (auto _ : state) {
+        std::memcpy(dst.data(), src.data(), src.size());
+        benchmark::ClobberMemory();
+    }
+    state.SetItemsProcessed(state.iterations() * int64_t(w) * h);
+}
+BENCHMARK(BM_Memcpy)->Args({6000, 4000})->Args({2000, 1500})->Unit(benchmark::kMillisecond);
+
+namespace {
+// memcpy rates measured before the run, by size key "/W/H".
+std::map<std::string, double> memcpyRate_;
+
+double measureMemcpy(int32_t w, int32_t h) {
+    Bits src = bench::patternImage(w, h);
+    Bits dst(w, h);
+    double best = 0;
+    for (int i = 0; i < 15; ++i) {
+        const auto t0 = std::chrono::steady_clock::now();
+        std::memcpy(dst.data(), src.data(), src.size());
+        benchmark::DoNotOptimize(dst.data());
+        const double s = std::chrono::duration<double>(std::chrono::steady_clock::now() - t0).count();
+        best = std::max(best, double(w) * h / s / 1e6);
+    }
+    return best;
+}
+
+class RatioReporter : public benchmark::ConsoleReporter {
+public:
+    void ReportRuns(const std::vector<Run>& runs) override {
+        std::vector<Run> copy = runs;
+        for (Run& r : copy) {
+            auto it = r.counters.find("items_per_second");
+            if (it == r.counters.end()) continue;
+            const double mps = it->second.value / 1e6;
+            const std::string size = sizeOf(r.benchmark_name());
+            r.counters["MP/s"] = benchmark::Counter(mps);
+            auto base = memcpyRate_.find(size);
+            if (base != memcpyRate_.end() && base->second > 0)
+                r.counters["xMemcpy"] = benchmark::Counter(mps / base->second);
+        }
+        ConsoleReporter::ReportRuns(copy);
+    }
+
+private:
+    static std::string sizeOf(const std::string& name) {
+        const size_t slash = name.find('/');
+        if (slash == std::string::npos) return std::string();
+        std::string rest = name.substr(slash); // "/6000/4000" possibly followed by more
+        const size_t third = rest.find('/', rest.find('/', 1) + 1);
+        return third == std::string::npos ? rest : rest.substr(0, third);
+    }
+};
+} // namespace
+
+int main(int argc, char** argv) {
+    benchmark::Initialize(&argc, argv);
+    if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
+    for (auto [w, h] : {std::pair{6000, 4000}, std::pair{2000, 1500}}) {
+        const double rate = measureMemcpy(w, h);
+        memcpyRate_["/" + std::to_string(w) + "/" + std::to_string(h)] = rate;
+        std::printf("memcpy of the bordered %dx%d buffer: %.0f MP/s\n", w, h, rate);
+    }
+    RatioReporter reporter;
+    benchmark::RunSpecifiedBenchmarks(&reporter);
+    benchmark::Shutdown();
+    return 0;
+}

@@ -1,0 +1,123 @@
+// Image files by extension: from a file name to pixels and back.
+//
+// Two libraries serve the formats: FreeImage for most rows, and DevIL for the formats
+// FreeImage lacks. DevIL always runs in a child process (the helper program
+// `ostrivex-devil`, installed next to `ostrivex`) with a time limit, because some of its
+// loaders crash or hang on valid files; it hands its pixels over through a BMP work file
+// in the private temporary folder. A few formats (gif, wmf, emf, dib, bmp) also go
+// through the platform picture loader (`LoadPictureFile`): Qt for raster files, libwmf
+// for WMF, libemf2svg + Qt SVG for EMF.
+//
+// Nothing here shows a message box: every load or save returns an `ImageFileResult`
+// whose `message` the caller shows, titled `kImageFileMessageTitle`, when `ok` is false.
+// The functions need no QApplication (a headless tool may call them).
+#pragma once
+
+#include "pixel/bits.h"
+
+#include <cstdint>
+#include <string>
+
+namespace ostrivex {
+
+// --- Messages --------------------------------------------------------------------------
+inline constexpr const char* kImageFileMessageTitle = "Ostrivex";
+inline constexpr const char* kLoadErrorText = "Unexpected error loading image";
+inline constexpr const char* kSaveErrorText = "Unexpected error saving image";
+
+// Outcome of a load or a save. On failure `message` is the text to show (the load or
+// the save error above); on success it is empty.
+struct ImageFileResult {
+    bool ok = false;
+    std::string message;
+    explicit operator bool() const { return ok; }
+};
+
+// --- Load state ------------------------------------------------------------------------
+// The last successful load. `LoadedBitmap` holds the pixels as a Bits (blue, green, red in
+// channels 0..2, channel 3 zero), so the document is made from it without another decode.
+// A failed load empties `LoadedBitmap` and zeroes the three numbers, so a caller can never
+// build a document from the pixels of an earlier file by mistake.
+extern Bits LoadedBitmap;
+extern int16_t LoadedWidth;
+extern int16_t LoadedHeight;
+// Bits per pixel of the decoded file as the library reported them (before the
+// conversion to 24 bits): 1, 4, 8, 16, 24, 32...
+extern int16_t LoadedBpp;
+
+// --- Loading ---------------------------------------------------------------------------
+// Loads `path` by its extension (compared in lower case; the table's first match wins)
+// through FreeImage or DevIL, and fills the load state. Extensions outside the table
+// (jpe, jif, rle, sun, ico, gif, wmf, emf, dib, olf, anything else) yield no bitmap: the
+// result is the load error.
+ImageFileResult LoadImageFile(const std::string& path, const std::string& extension);
+
+// The platform picture loader for gif, wmf, emf, dib and bmp: Qt for the raster files,
+// libwmf for WMF, libemf2svg + Qt SVG for EMF, metafiles rendered at their own size on
+// white. Fills the load state like `LoadImageFile` (LoadedBpp is the file's own depth for
+// raster files, 24 for metafiles). Any other extension is the load error.
+ImageFileResult LoadPictureFile(const std::string& path, const std::string& extension);
+
+// True for the extensions that `loadBitmap` takes through `LoadPictureFile`.
+bool IsPictureExtension(const std::string& extension);
+
+// --- Saving ----------------------------------------------------------------------------
+// Writes channels 0..2 of `picture` (W x H, guard band ignored) to `path` in the format of
+// `extension` (lower-cased first). png, jpg/jpeg (best quality), bmp, tif/tiff, tga/vda/
+// vst/icb/targa and ppm are written 24-bit by FreeImage; pbm and pgm as 8-bit grey PNM;
+// psd, sgi/bw/rgb/rgba, raw and pcx through a BMP work file converted by DevIL.
+// "gif" writes no file (the gif writer is the Optimize box's) and reports success.
+// Any other extension, an empty picture or a failed write is the save error.
+ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
+                              const std::string& extension);
+
+// Loads `source` with DevIL and saves it as `target` in DevIL format `type` (an IL_ type
+// number such as 0x0425 for PCX), in the helper process. True when the target was written.
+bool DevilConvert(const std::string& source, const std::string& target, int type);
+
+// --- Work files ------------------------------------------------------------------------
+// The private per-user temporary folder, created on first use with mode 0700:
+// $XDG_RUNTIME_DIR/ostrivex, else ($TMPDIR or /tmp)/ostrivex-<uid>. No trailing "/".
+std::string TempFolder();
+// TempFolder() + "/t65s8s98": the BMP of the current image for DevIL saves and the
+// Optimize box.
+std::string TempBitmapName();
+// TempFolder() + "/4546643": the BMP that a DevIL load hands over.
+std::string TempLoadName();
+
+// --- The DevIL helper ------------------------------------------------------------------
+// Where the helper program is: $OSTRIVEX_DEVIL_HELPER if set, else "ostrivex-devil" in the
+// folder of the running executable. `SetDevilHelperPath` overrides both ("" restores).
+std::string DevilHelperPath();
+void SetDevilHelperPath(const std::string& path);
+// Time limit of one helper run in milliseconds (default 10000). A run past the limit is
+// killed and counts as a failed load or save.
+void SetDevilTimeLimit(int milliseconds);
+int DevilTimeLimit();
+
+// --- Dialog filters --------------------------------------------------------------------
+// The filter texts in "label|patterns|label|patterns..." form, exactly as the dialogs of
+// the program use them.
+extern const char* const kOpenFilter;       // File > Open
+extern const char* const kLayerOpenFilter;  // Open Image as Layer
+extern const char* const kSaveFilter;       // Save as
+extern const char* const kLayeredSaveFilter; // Save Layered Image as
+inline constexpr const char* kLayerOpenTitle = "Open Image as Layer";
+inline constexpr const char* kOpenDefaultPattern = "*.bmp";
+inline constexpr const char* kLayerOpenDefaultPattern = "*.jpg";
+inline constexpr const char* kSaveAsTitle = "Save as";
+inline constexpr const char* kSaveLayeredTitle = "Save Layered Image as";
+inline constexpr const char* kSaveLayeredDefaultPattern = "*.olf";
+inline constexpr const char* kSaveOptimizedTitle = "Save Optimized as";
+// "*.<ext>|*.<ext>": the filter of Save Optimized as for the Optimize box's format.
+std::string OptimizedSaveFilter(const std::string& extension);
+// The extensions that SAVE writes without asking for a name first.
+bool IsQuickSaveExtension(const std::string& extension);
+
+// --- Small helpers ---------------------------------------------------------------------
+// ASCII lower case.
+std::string LowerExtension(const std::string& extension);
+// The extension of a path without the dot, lower-cased ("" if none).
+std::string ExtensionOf(const std::string& path);
+
+} // namespace ostrivex

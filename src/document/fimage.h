@@ -1,0 +1,203 @@
+// fImage: the document window, one open image.
+//
+// It owns the Enhanced pixel buffer `Bits` (drawn at an integer zoom of 1 to 15), the
+// undo history on disk, and the region that cFilter works inside. It is a plain QWidget
+// that the main window puts into a QMdiSubWindow (DocumentHost::AddDocumentWindow).
+//
+// Layout of the window: a tab bar with the three views (Enhanced, Layers, Optimize) and
+// under it one panel per view. The Enhanced panel `PImage` holds the canvas `iDst` and
+// the scroll bars `hSB`, `vSB`. The Layers and Optimize panels are empty for now.
+#pragma once
+
+#include "document/undostore.h"
+#include "pixel/bits.h"
+#include "pixel/region.h"
+
+#include <QImage>
+#include <QString>
+#include <QWidget>
+
+#include <array>
+#include <cstdint>
+#include <memory>
+
+class QScrollBar;
+class QTabBar;
+
+namespace ostrivex {
+
+class DocumentHost;
+
+// Where UpdateImage copies from and to: a source rectangle of `Bits` (array coordinates,
+// so x and y of 2 are the first image pixel) and a destination rectangle on the canvas,
+// which may start left of or above the canvas by less than one zoomed pixel.
+struct StretchPlan {
+    int32_t dstX = 0, dstY = 0, dstW = 0, dstH = 0;
+    int32_t srcX = 0, srcY = 0, srcW = 0, srcH = 0;
+    bool operator==(const StretchPlan&) const = default;
+};
+
+// The rectangles for an image of w x h at zoom z on a canvas of canvasW x canvasH with
+// the given scroll values and maxima (a maximum below 1 means that bar is not in use).
+StretchPlan PlanStretch(int32_t w, int32_t h, int32_t z, int32_t canvasW, int32_t canvasH,
+                        int32_t hValue, int32_t hMax, int32_t vValue, int32_t vMax);
+
+// Nearest-neighbour integer stretch of the plan's source rectangle of bits onto target
+// (Format_RGB32): target pixel (dx, dy) takes source (srcX + (dx - dstX) * srcW / dstW,
+// srcY + (dy - dstY) * srcH / dstH). Source pixels outside the array read black. False if
+// the plan cannot be drawn (empty rectangles).
+bool StretchBits(const Bits& bits, const StretchPlan& plan, QImage& target);
+
+class fImage : public QWidget {
+    Q_OBJECT
+public:
+    // The views, in the order of the tab bar.
+    enum View { ViewEnhanced = 0, ViewLayers = 1, ViewOptimize = 2 };
+
+    explicit fImage(QWidget* parent = nullptr);
+    ~fImage() override;
+
+    // --- Document state ------------------------------------------------------------
+    // The file this document came from or was saved to, and its lower-case extension.
+    QString FileName;
+    QString FileExtension;
+    bool Changed = false;
+    int32_t CurrentLayer = 0;
+    BitmapInfoHeader BitmapHeader;
+    Rect PictureRect;
+    // The region given to cFilter: the whole image. The selection work replaces it by the
+    // document's cBitRegion (`RegionMain`, `Region`, `EffectiveRegion`).
+    Region RegionMain;
+
+    // The undo history (counters, captions, files).
+    UndoStore& History() { return *history_; }
+    const UndoStore& History() const { return *history_; }
+    int32_t HistoryId() const { return history_->HistoryId; }
+    int32_t HistoryPosition() const { return history_->HistoryPosition; }
+    int32_t HistoryTop() const { return history_->HistoryTop; }
+
+    // --- Load and pixels -----------------------------------------------------------
+    // Takes the next document number from the host's counter, makes the caption (the
+    // file's path, or "Image" + number for an unnamed document) and names the undo files
+    // after the number. Call once, before the first SaveUndoBits.
+    void BeginDocument(const QString& caption);
+    // `Bits` read: a copy (empty while no picture).
+    Bits GetBits() const { return pictureExists_ ? bits_ : Bits(); }
+    const Bits& bits() const { return bits_; }
+    // `Bits` write: replaces the buffer, no redraw.
+    void SetBits(const Bits& b) { bits_ = b; }
+    void SetBits(Bits&& b) { bits_ = std::move(b); }
+    // `PPicture` set: the picture's pixels become `Bits`; a null image clears.
+    void PPicture(const QImage& picture);
+    // `SetPicture`: as PPicture; with saveUndo the state goes to the history under
+    // "Update from Layers".
+    QImage SetPicture(const QImage& picture, bool saveUndo);
+    // `CreateBlank`: a zeroed buffer of w x h (both at least 1); the region stays.
+    void CreateBlank(int32_t w, int32_t h);
+    void Clear();
+    bool PictureExists() const { return pictureExists_; }
+    int32_t PictureWidth() const { return pictureExists_ ? bits_.width() : 0; }
+    int32_t PictureHeight() const { return pictureExists_ ? bits_.height() : 0; }
+    // The buffer without its guard band, as a picture (Format_RGB32).
+    QImage Picture() const;
+    // `save`: writes the Enhanced image to path in the format of type (an extension).
+    bool save(const QString& path, const QString& type);
+
+    // --- Zoom and view -------------------------------------------------------------
+    // `ZoomFactor`: the index into ZoomTable (1..15); the effective zoom is the entry.
+    int32_t ZoomFactor() const { return zoomIndex_; }
+    void SetZoomFactor(int32_t index);
+    int32_t Zoom() const { return ZoomTable[size_t(zoomIndex_ - 1)]; }
+    void ZoomIn();
+    void ZoomOut();
+    int32_t BarsWidth() const { return barsWidth_; }
+    void SetBarsWidth(int32_t value);
+    bool MouseScroll() const { return mouseScroll_; }
+    void SetMouseScroll(bool on);
+    void Scroll(int32_t x, int32_t y);
+    void GetDimensions(int16_t& imageW, int16_t& imageH, int16_t& viewW, int16_t& viewH) const;
+    void GetSBV(int32_t& h, int32_t& v) const;
+    void GetSBM(int32_t& h, int32_t& v) const;
+    void SetAutoRedraw(bool on);
+    bool AutoRedraw() const { return autoRedraw_; }
+    // Draws the visible part of Bits onto the canvas at the zoom.
+    void UpdateImage();
+    // Redraws the selection outline only (no selection object yet: a repaint).
+    void UpdateRegion();
+    // The plan UpdateImage last used.
+    const StretchPlan& LastPlan() const { return lastPlan_; }
+    // The canvas contents as last drawn.
+    const QImage& CanvasImage() const { return canvasImage_; }
+    QWidget* Canvas() const { return iDst_; }
+    QSize CanvasSize() const;
+    // Scroll bar layout (`UserControl_Resize`).
+    void UserControl_Resize();
+
+    // --- Undo ----------------------------------------------------------------------
+    void SaveUndoBits();
+    void UndoBits();
+    void RedoBits();
+    bool LoadUndoBits(const QString& file);
+    void SwapHistoy();
+    void ClearHistoryFiles();
+    // `Ltext_Click`: a click on the history entry of slot index.
+    void JumpToHistory(int32_t index);
+
+    // --- Views, activation, close --------------------------------------------------
+    View CurrentView() const { return view_; }
+    void cOriginal_Click();
+    void cLayers_Click();
+    void cOptimize_Click();
+    void Form_Activate();
+    void Form_Deactivate();
+    // The close question; true if the close goes on (the window is then taken out of the
+    // host's list).
+    bool QueryUnload();
+    // Unload: undo files deleted; the last document empties the status bar.
+    void Unload();
+
+    // The caption of the Layers and Optimize views (their pictures' tags).
+    QString LayerTag;
+    QString OptimizeTag;
+
+    static constexpr std::array<int32_t, 15> ZoomTable{1, 2,  3,  4,  5,  6,  7, 8,
+                                                       9, 10, 11, 12, 13, 14, 15};
+
+protected:
+    void resizeEvent(QResizeEvent* event) override;
+    void closeEvent(QCloseEvent* event) override;
+    bool event(QEvent* event) override;
+
+private:
+    class Canvas;
+    void fillHeader();
+    void layoutPanels();
+    void showView(View v);
+    void writePixelPanel();
+    void onScroll();
+
+    std::unique_ptr<UndoStore> history_;
+    Bits bits_;
+    bool pictureExists_ = false;
+    int32_t zoomIndex_ = 1;
+    int32_t barsWidth_ = 16;
+    bool mouseScroll_ = false;
+    bool suppressScrollPaint_ = false;
+    bool autoRedraw_ = true;
+    int32_t lastHScroll_ = 0, lastVScroll_ = 0, lastHMax_ = 0, lastVMax_ = 0;
+    bool layoutDone_ = false;
+    bool unloaded_ = false;
+    View view_ = ViewEnhanced;
+    StretchPlan lastPlan_;
+    QImage canvasImage_;
+
+    QTabBar* tabs_ = nullptr;
+    QWidget* PImage_ = nullptr;
+    QWidget* picFrame_ = nullptr;
+    QWidget* oImage_ = nullptr;
+    QWidget* iDst_ = nullptr;
+    QScrollBar* hSB_ = nullptr;
+    QScrollBar* vSB_ = nullptr;
+};
+
+} // namespace ostrivex

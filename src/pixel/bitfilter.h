@@ -71,10 +71,58 @@ public:
     // [neighbourhood]
 
     // --- Geometric deformations (deform*.cpp) ----------------------------------------
-    // [deform]
+    // Each maps every output pixel of the region's box back to a source pixel (rounded to
+    // the nearest, ties to even). With cleanBack, a pixel whose source lies outside the
+    // region turns black; without, it keeps its old value.
+    Bits BEND(int32_t radius, bool cleanBack);
+    Bits FOLD(int32_t horizontal, int32_t vertical, bool cleanBack);
+    Bits ROTATE(int32_t degrees, bool cleanBack);
+    Bits STRETCH(int32_t horizontal, int32_t vertical, bool cleanBack);
+    Bits TILE(int32_t factor);
+    Bits TWIRL(int32_t level, int32_t offsetDegrees, bool cleanBack);
+    Bits WAVES(int32_t frequency, int32_t amplitude, int32_t startDegree);
+    // Centre and diameter are fractions of the image; magnify 0..100.
+    Bits LENS(float centreX, float centreY, float diameter, int32_t magnify);
+    // LENS at the image centre, magnify 60, with the circle inscribed in the image.
+    Bits FISHEYE();
+    // Ribbed or blocked glass ("slanting", "horizontal", "vertical", "squary") and the
+    // curtains ("curtain" with value 1 to 4). Unknown styles return the image unchanged.
+    Bits GLASS(const std::string& style, int32_t value);
+
+private:
+    // The frame of the inverse-mapped filters: map(x, y, sx, sy) sets the source of an
+    // output pixel of the region; see deform_map.h.
+    template <class MapFn> Bits deformMap(bool cleanBack, MapFn&& map);
+
+public:
 
     // --- Artistic filters (artistic*.cpp) --------------------------------------------
-    // [artistic]
+    Bits PIXELIZE(int32_t size);
+    Bits HALFTONE(int32_t radius, int32_t definition, int32_t intensity);
+    Bits OLDPHOTO();
+    Bits THERMIQUE();
+    Bits XBLACK();
+    Bits PHOTOCOP();
+    // Centre and radius are fractions of the image; intensity is added, focus in percent.
+    Bits Light(float centreX, float centreY, float radius, int32_t intensity, int32_t focus);
+    Bits Scanlines(int32_t level);
+    // The tile's blue channel modulates the image (128 is neutral). The tile must be at
+    // least 2 x 2; a smaller one returns the image unchanged.
+    Bits Texturize(const Bits& tile);
+    // Nearest palette colour per pixel; colours[i] = {red, green, blue}, count entries.
+    Bits PaletteApply(bool dither, const int32_t (*colours)[3], int32_t count);
+    // Black and white by error diffusion; level > 0 brightens the grey by grey * 10 / level.
+    Bits StuckiBW(int32_t level);
+    // Pencil lines in `colour` where the neighbourhood changes; weight 0..255 sets their
+    // strength; bw draws on white, else on a washed-out copy of the image.
+    Bits SKETCH(int32_t weight, bool bw, uint32_t colour);
+    // Short brush strokes that follow the edges of the image.
+    Bits PAINTING();
+    // Each pixel turns into `colour` with a chance of level percent.
+    Bits Dissolve(int32_t level, uint32_t colour);
+    // Lines every hStep columns and vStep rows from the box's corner, in `colour` at
+    // opacity 0..255; forceMargins also draws the box's last column and last row.
+    Bits Grid(int32_t hStep, int32_t vStep, bool forceMargins, uint32_t colour, int32_t opacity);
 
 protected:
     // Sets the inclusive box fields from the region's bounding box shrunk by margin.

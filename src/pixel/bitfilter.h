@@ -69,6 +69,34 @@ public:
 
     // --- Neighbourhood filters and user filters (neighbourhood*.cpp) -----------------
     // [neighbourhood]
+    // The general convolution: mask[dy][dx] (3 x 3 or 5 x 5) over the source, each of blue,
+    // green and red = bias + sum \ div, clamped. With keepMargins the pixels that lack a full
+    // window stay as they are; without it the window reads the black guard band. A div of 0
+    // throws std::domain_error once a pixel is to be computed; a sum that leaves 32 bits
+    // throws std::overflow_error; a mask that is not square of side 1 to 5 throws
+    // std::invalid_argument.
+    Bits MaskFilter(const std::vector<std::vector<int32_t>>& mask, int32_t div, int32_t biasR,
+                    int32_t biasG, int32_t biasB, bool keepMargins);
+    Bits MaskFilter(const FilterMask& record, bool keepMargins);
+    Bits Blurs(int32_t level);
+    Bits SOFTEN(int32_t level);
+    Bits SHARPEN(int32_t level);
+    Bits EDGEENHANCE(int32_t level);
+    Bits CONTOUR(int32_t weight, int32_t colour);
+    Bits EMBOSS(int32_t weight);
+    Bits Engrave(int32_t weight);
+    Bits RELIEF();
+    Bits DILATE();
+    Bits ERODE();
+    Bits RankFilterN4(int32_t mode);
+    Bits RankFilterND(int32_t mode);
+    Bits DIFFUSE(int32_t horizontal, int32_t vertical);
+    Bits NOISE(int32_t intensity, bool equalized);
+
+private:
+    Bits embossBy(int32_t weight, int32_t sign); // EMBOSS (sign 1) and Engrave (sign -1)
+
+public:
 
     // --- Geometric deformations (deform*.cpp) ----------------------------------------
     // Each maps every output pixel of the region's box back to a source pixel (rounded to

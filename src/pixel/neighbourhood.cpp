@@ -1,0 +1,317 @@
+// The fixed neighbourhood filters: Blurs, SOFTEN, SHARPEN, EDGEENHANCE, DILATE, ERODE, the
+// rank filters, CONTOUR and RELIEF. Each reads the object's buffer and writes a copy,
+// walking the region's spans inside the box of RegionBounds(margin); neighbours past the
+// image's edge are read from the guard band, which is black.
+#include "pixel/bitfilter.h"
+#include "pixel/neighbourhood_rows.h"
+#include "pixel/vbmath.h"
+
+#include <cstdlib>
+#include <stdexcept>
+
+namespace ostrivex {
+
+namespace {
+
+using nb::clamp255;
+
+// --- Row kernels: s and o point at the first byte of the span in source and output, nb
+// is its length in bytes, dx the step to the next pixel, dy the step to the next row. ---
+
+// Blurs: the 8 pixels at distance `level` in the 8 directions, \ 8.
+OSTRIVEX_ROW_CLONES
+void blurRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dx,
+             ptrdiff_t dy) {
+    for (int32_t k = 0; k < nb; ++k) {
+        const int32_t sum = s[k - dy - dx] + s[k - dy] + s[k - dy + dx] + s[k - dx] +
+                            s[k + dx] + s[k + dy - dx] + s[k + dy] + s[k + dy + dx];
+        o[k] = uint8_t(sum >> 3);
+    }
+}
+
+// SOFTEN: (k * C + left + up + down + right) \ d; a quotient outside a byte keeps C.
+OSTRIVEX_ROW_CLONES
+void softenRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy,
+               int32_t k, float d) {
+    for (int32_t i = 0; i < nb; ++i) {
+        const int32_t n = k * s[i] + s[i - 4] + s[i + 4] + s[i - dy] + s[i + dy];
+        const int32_t q = int32_t(float(n) / d);
+        o[i] = (q >= 0 && q <= 255) ? uint8_t(q) : s[i];
+    }
+}
+
+// SHARPEN and EDGEENHANCE: clamp((a * C - b * sum8) \ d).
+OSTRIVEX_ROW_CLONES
+void sharpenRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy,
+                int32_t a, int32_t b, float d) {
+    for (int32_t i = 0; i < nb; ++i) {
+        const int32_t sum8 = s[i - dy - 4] + s[i - dy] + s[i - dy + 4] + s[i - 4] + s[i + 4] +
+                             s[i + dy - 4] + s[i + dy] + s[i + dy + 4];
+        const int32_t q = int32_t(float(a * s[i] - b * sum8) / d);
+        o[i] = uint8_t(q < 0 ? 0 : (q > 255 ? 255 : q));
+    }
+}
+
+inline uint8_t max8(uint8_t a, uint8_t b) { return a > b ? a : b; }
+inline uint8_t min8(uint8_t a, uint8_t b) { return a < b ? a : b; }
+
+// DILATE: the largest byte of the 3 x 3 window.
+OSTRIVEX_ROW_CLONES
+void dilateRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy) {
+    for (int32_t i = 0; i < nb; ++i) {
+        uint8_t m = max8(max8(s[i - dy - 4], s[i - dy]), s[i - dy + 4]);
+        m = max8(m, max8(max8(s[i - 4], s[i]), s[i + 4]));
+        m = max8(m, max8(max8(s[i + dy - 4], s[i + dy]), s[i + dy + 4]));
+        o[i] = m;
+    }
+}
+
+// ERODE: the smallest byte of the 3 x 3 window.
+OSTRIVEX_ROW_CLONES
+void erodeRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy) {
+    for (int32_t i = 0; i < nb; ++i) {
+        uint8_t m = min8(min8(s[i - dy - 4], s[i - dy]), s[i - dy + 4]);
+        m = min8(m, min8(min8(s[i - 4], s[i]), s[i + 4]));
+        m = min8(m, min8(min8(s[i + dy - 4], s[i + dy]), s[i + dy + 4]));
+        o[i] = m;
+    }
+}
+
+// The rank filters: the centre and four neighbours at offsets e1..e4 (bytes).
+OSTRIVEX_ROW_CLONES
+void rankMaxRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t e1,
+                ptrdiff_t e2) {
+    for (int32_t i = 0; i < nb; ++i)
+        o[i] = max8(max8(max8(s[i - e1], s[i + e1]), max8(s[i - e2], s[i + e2])), s[i]);
+}
+OSTRIVEX_ROW_CLONES
+void rankMinRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t e1,
+                ptrdiff_t e2) {
+    for (int32_t i = 0; i < nb; ++i)
+        o[i] = min8(min8(min8(s[i - e1], s[i + e1]), min8(s[i - e2], s[i + e2])), s[i]);
+}
+
+// RELIEF: C + (2 * SE + S + E - 2 * NW - N - W) \ 4, clamped.
+OSTRIVEX_ROW_CLONES
+void reliefRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy) {
+    for (int32_t i = 0; i < nb; ++i) {
+        const int32_t g = 2 * s[i + dy + 4] + s[i + dy] + s[i + 4] - 2 * s[i - dy - 4] -
+                          s[i - dy] - s[i - 4];
+        o[i] = uint8_t(clamp255(s[i] + g / 4));
+    }
+}
+
+// The same rule for every byte of a span, for parameters outside the fast kernels' ranges:
+// value(i) gives the new byte, or a negative number for a failed statement, which leaves
+// the output byte as it was (the "resume next" rule of these filters).
+template <class ByteFn>
+void slowRow(const uint8_t* s, uint8_t* o, int32_t nb, ByteFn&& value) {
+    for (int32_t i = 0; i < nb; ++i) {
+        const int64_t v = value(s + i);
+        if (v >= 0) o[i] = uint8_t(v);
+    }
+}
+
+// A 64-bit value that must fit a 32-bit integer, as the original arithmetic does.
+inline bool fits32(int64_t v) { return v >= INT32_MIN && v <= INT32_MAX; }
+
+} // namespace
+
+// --- The filters ------------------------------------------------------------------------
+
+// Runs row(srcSpan, outSpan, bytes) over every span of the box and puts channel 3 back.
+#define OSTRIVEX_NB_SPANS(out, ROWCALL)                                                   \
+    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {                                \
+        const uint8_t* sp = buffer_.pixel(x0, y);                                          \
+        uint8_t* op = out.pixel(x0, y);                                                    \
+        const int32_t nbytes = 4 * (x1 - x0);                                              \
+        ROWCALL;                                                                           \
+        nb::restoreAlpha(sp, op, x1 - x0);                                                 \
+    })
+
+Bits cBitFilter::Blurs(int32_t level) {
+    Bits out = buffer_;
+    RegionBounds(0);
+    const int32_t l = std::abs(level);
+    // The reads reach `level` pixels past the box; past the guard band there is no array.
+    if (boxLeft_ <= boxRight_ && boxTop_ <= boxBottom_ &&
+        (boxLeft_ - l < -2 || boxTop_ - l < -2 || boxRight_ + l > lastColumn_ + 2 ||
+         boxBottom_ + l > lastRow_ + 2))
+        throw std::out_of_range("Blurs: level reaches past the guard band");
+    const ptrdiff_t dx = 4 * ptrdiff_t(l), dy = ptrdiff_t(l) * ptrdiff_t(buffer_.stride());
+    OSTRIVEX_NB_SPANS(out, blurRow(sp, op, nbytes, dx, dy));
+    finishProgress();
+    return out;
+}
+
+Bits cBitFilter::SOFTEN(int32_t level) {
+    Bits out = buffer_;
+    RegionBounds(1);
+    const int64_t k = 101 - int64_t(level), d = k + 4;
+    const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    if (d == 0) {
+        // Every division fails and every byte keeps its value.
+    } else if (nb::floatDivisionExact(std::abs(k) * 255 + 1020, d)) {
+        const int32_t k32 = int32_t(k);
+        const float df = float(d);
+        OSTRIVEX_NB_SPANS(out, softenRow(sp, op, nbytes, dy, k32, df));
+    } else {
+        OSTRIVEX_NB_SPANS(out, slowRow(sp, op, nbytes, [&](const uint8_t* p) -> int64_t {
+            const int64_t n = k * p[0] + p[-4] + p[4] + p[-dy] + p[dy];
+            if (!fits32(k * p[0]) || !fits32(n)) return -1;
+            const int64_t q = n / d;
+            return (q >= 0 && q <= 255) ? q : -1;
+        }));
+    }
+    finishProgress();
+    return out;
+}
+
+namespace {
+// clamp((a * C - b * sum8) \ d) for any a and d, with the failures of 32-bit arithmetic.
+int64_t sharpenByte(const uint8_t* p, ptrdiff_t dy, int64_t a, int64_t b, int64_t d) {
+    const int64_t sum8 = p[-dy - 4] + p[-dy] + p[-dy + 4] + p[-4] + p[4] + p[dy - 4] + p[dy] +
+                         p[dy + 4];
+    const int64_t n = a * p[0] - b * sum8;
+    if (!fits32(a * p[0]) || !fits32(n)) return -1;
+    return clamp255(int32_t(n / d));
+}
+} // namespace
+
+Bits cBitFilter::SHARPEN(int32_t level) {
+    Bits out = buffer_;
+    RegionBounds(1);
+    const int64_t a = 124 - int64_t(level), d = 108 - int64_t(level);
+    const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    if (d == 0) {
+        // Every division fails and every byte keeps its value.
+    } else if (nb::floatDivisionExact(std::abs(a) * 255 + 2 * 8 * 255, d)) {
+        const int32_t a32 = int32_t(a);
+        const float df = float(d);
+        OSTRIVEX_NB_SPANS(out, sharpenRow(sp, op, nbytes, dy, a32, 2, df));
+    } else {
+        OSTRIVEX_NB_SPANS(out, slowRow(sp, op, nbytes, [&](const uint8_t* p) {
+            return sharpenByte(p, dy, a, 2, d);
+        }));
+    }
+    finishProgress();
+    return out;
+}
+
+Bits cBitFilter::EDGEENHANCE(int32_t level) {
+    Bits out = buffer_;
+    RegionBounds(0);
+    const int64_t a = int64_t(level) + 9, d = int64_t(level) + 1;
+    const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    if (d == 0) {
+        // Every division fails and every byte keeps its value.
+    } else if (nb::floatDivisionExact(std::abs(a) * 255 + 8 * 255, d)) {
+        const int32_t a32 = int32_t(a);
+        const float df = float(d);
+        OSTRIVEX_NB_SPANS(out, sharpenRow(sp, op, nbytes, dy, a32, 1, df));
+    } else {
+        OSTRIVEX_NB_SPANS(out, slowRow(sp, op, nbytes, [&](const uint8_t* p) {
+            return sharpenByte(p, dy, a, 1, d);
+        }));
+    }
+    finishProgress();
+    return out;
+}
+
+Bits cBitFilter::DILATE() {
+    Bits out = buffer_;
+    RegionBounds(0);
+    const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    OSTRIVEX_NB_SPANS(out, dilateRow(sp, op, nbytes, dy));
+    finishProgress();
+    return out;
+}
+
+Bits cBitFilter::ERODE() {
+    Bits out = buffer_;
+    RegionBounds(0);
+    const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    OSTRIVEX_NB_SPANS(out, erodeRow(sp, op, nbytes, dy));
+    finishProgress();
+    return out;
+}
+
+// Mode 0 keeps the minimum of the window (starting from 255), mode 1 the maximum (from 0).
+// The margin is 1 - mode. For any other mode nothing is compared, so the pixel takes the
+// start value: we start every mode but 0 at 0, so those modes paint the region black.
+#define OSTRIVEX_NB_RANK(e1, e2)                                                           \
+    Bits out = buffer_;                                                                    \
+    RegionBounds(1 - mode);                                                                \
+    if (mode == 0) {                                                                       \
+        OSTRIVEX_NB_SPANS(out, rankMinRow(sp, op, nbytes, e1, e2));                        \
+    } else if (mode == 1) {                                                                \
+        OSTRIVEX_NB_SPANS(out, rankMaxRow(sp, op, nbytes, e1, e2));                        \
+    } else {                                                                               \
+        forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {                               \
+            for (int32_t x = x0; x < x1; ++x) {                                            \
+                uint8_t* p = out.pixel(x, y);                                              \
+                p[0] = p[1] = p[2] = 0;                                                    \
+            }                                                                              \
+        });                                                                                \
+    }                                                                                      \
+    finishProgress();                                                                      \
+    return out;
+
+Bits cBitFilter::RankFilterN4(int32_t mode) {
+    // Left and right, up and down.
+    const ptrdiff_t e1 = 4, e2 = ptrdiff_t(buffer_.stride());
+    OSTRIVEX_NB_RANK(e1, e2)
+}
+
+Bits cBitFilter::RankFilterND(int32_t mode) {
+    // Up-left and down-right, up-right and down-left.
+    const ptrdiff_t e1 = ptrdiff_t(buffer_.stride()) + 4, e2 = ptrdiff_t(buffer_.stride()) - 4;
+    OSTRIVEX_NB_RANK(e1, e2)
+}
+
+Bits cBitFilter::CONTOUR(int32_t weight, int32_t colour) {
+    Bits out = buffer_;
+    RegionBounds(0);
+    const uint32_t packed = static_cast<uint32_t>(colour);
+    const uint8_t cb = colourB(packed), cg = colourG(packed), cr = colourR(packed);
+    const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
+        const uint8_t* s = buffer_.pixel(x0, y);
+        uint8_t* o = out.pixel(x0, y);
+        for (int32_t x = x0; x < x1; ++x, s += 4, o += 4) {
+            int32_t e[3];
+            for (int c = 0; c < 3; ++c) {
+                const int32_t sum8 = s[c - dy - 4] + s[c - dy] + s[c - dy + 4] + s[c - 4] +
+                                     s[c + 4] + s[c + dy - 4] + s[c + dy] + s[c + dy + 4];
+                e[c] = clamp255(8 * s[c] - sum8 + 255);
+            }
+            if ((e[0] + e[1] + e[2]) / 3 >= weight) {
+                o[0] = cb;
+                o[1] = cg;
+                o[2] = cr;
+            } else {
+                o[0] = uint8_t(e[0]);
+                o[1] = uint8_t(e[1]);
+                o[2] = uint8_t(e[2]);
+            }
+        }
+    });
+    finishProgress();
+    return out;
+}
+
+// RELIEF lights the image from the upper left: a Sobel-like diagonal gradient, with the
+// two diagonal neighbours weighted twice, (2 * SE + S + E) - (2 * NW + N + W), a quarter
+// of which is added to the pixel. A flat area keeps its colour; a rising edge seen from
+// the upper left brightens and a falling one darkens. Margin 1, so the outer ring of the
+// region, which would read the black guard band at the image's edge, stays as it is.
+Bits cBitFilter::RELIEF() {
+    Bits out = buffer_;
+    RegionBounds(1);
+    const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    OSTRIVEX_NB_SPANS(out, reliefRow(sp, op, nbytes, dy));
+    finishProgress();
+    return out;
+}
+
+} // namespace ostrivex

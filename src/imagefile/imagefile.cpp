@@ -1,0 +1,211 @@
+// Loading and saving by extension through FreeImage and the DevIL helper.
+#include "imagefile/imagefile.h"
+#include "imagefile/fiimage.h"
+#include "imagefile/helperprocess.h"
+
+#include <FreeImage.h>
+
+#include <cstdio>
+#include <cstring>
+#include <new>
+#include <unistd.h>
+
+namespace ostrivex {
+
+Bits LoadedBitmap;
+int16_t LoadedWidth = 0;
+int16_t LoadedHeight = 0;
+int16_t LoadedBpp = 0;
+
+namespace {
+
+// DevIL type numbers (IL/il.h) of the save targets.
+constexpr int kIlBmp = 0x0420;
+constexpr int kIlPcx = 0x0428;
+constexpr int kIlSgi = 0x042C;
+constexpr int kIlRaw = 0x0430;
+constexpr int kIlPsd = 0x0439;
+
+// The load table, in order; the first row holding the extension wins.
+enum class LoadVia { Devil, FreeImageType, FreeImageByContent };
+struct LoadRow {
+    const char* extensions; // space separated
+    LoadVia via;
+    FREE_IMAGE_FORMAT format;
+};
+const LoadRow kLoadTable[] = {
+    {"psp pic pix pxr xpm raw dcx dds lif wal mdl oil lmp sgi bw rgb rgba act pal",
+     LoadVia::Devil, FIF_UNKNOWN},
+    {"bmp", LoadVia::FreeImageType, FIF_BMP},
+    {"cut", LoadVia::FreeImageType, FIF_CUT},
+    {"iff", LoadVia::FreeImageType, FIF_IFF},
+    {"jpg jpeg", LoadVia::FreeImageType, FIF_JPEG},
+    {"koa", LoadVia::FreeImageType, FIF_KOALA},
+    {"lbm", LoadVia::FreeImageType, FIF_LBM},
+    {"mng", LoadVia::FreeImageType, FIF_MNG},
+    {"pcd", LoadVia::FreeImageType, FIF_PCD},
+    {"pcx", LoadVia::FreeImageType, FIF_PCX},
+    {"png", LoadVia::FreeImageType, FIF_PNG},
+    {"psd pdd", LoadVia::FreeImageType, FIF_PSD},
+    {"ras", LoadVia::FreeImageType, FIF_RAS},
+    {"tga vda icb vst targa", LoadVia::FreeImageType, FIF_TARGA},
+    {"tif tiff", LoadVia::FreeImageType, FIF_TIFF},
+    {"wbmp", LoadVia::FreeImageType, FIF_WBMP},
+    // The PNM loader reads all six kinds (P1..P6) whatever the extension says.
+    {"pbm pgm ppm", LoadVia::FreeImageType, FIF_PPM},
+    {"jng", LoadVia::FreeImageByContent, FIF_UNKNOWN},
+};
+
+bool listHas(const char* list, const std::string& ext) {
+    const size_t n = ext.size();
+    if (n == 0) return false;
+    for (const char* p = list; *p;) {
+        const char* end = std::strchr(p, ' ');
+        const size_t len = end ? size_t(end - p) : std::strlen(p);
+        if (len == n && std::memcmp(p, ext.data(), n) == 0) return true;
+        if (!end) break;
+        p = end + 1;
+    }
+    return false;
+}
+
+const LoadRow* findLoadRow(const std::string& ext) {
+    for (const auto& row : kLoadTable)
+        if (listHas(row.extensions, ext)) return &row;
+    return nullptr;
+}
+
+bool fileReadable(const std::string& path) { return access(path.c_str(), R_OK) == 0; }
+
+ImageFileResult loadFailed() {
+    ClearLoadState();
+    return {false, kLoadErrorText};
+}
+
+ImageFileResult saveFailed() { return {false, kSaveErrorText}; }
+
+} // namespace
+
+void ClearLoadState() {
+    LoadedBitmap = Bits();
+    LoadedWidth = LoadedHeight = LoadedBpp = 0;
+}
+
+bool StoreLoadState(Bits&& pixels, int bpp) {
+    if (pixels.empty() || pixels.width() < 1 || pixels.height() < 1 ||
+        pixels.width() > kMaxImageSide || pixels.height() > kMaxImageSide)
+        return false;
+    LoadedWidth = int16_t(pixels.width());
+    LoadedHeight = int16_t(pixels.height());
+    LoadedBpp = int16_t(bpp);
+    LoadedBitmap = std::move(pixels);
+    return true;
+}
+
+ImageFileResult LoadImageFile(const std::string& path, const std::string& extension) {
+    const std::string ext = LowerExtension(extension);
+    const LoadRow* row = findLoadRow(ext);
+    if (!row || !fileReadable(path)) return loadFailed();
+
+    FreeImageSession session;
+    FIBITMAP* dib = nullptr;
+    switch (row->via) {
+    case LoadVia::Devil: {
+        // DevIL hands its pixels over through a BMP of fixed name; an earlier one must
+        // never pass for this file's result.
+        const std::string temp = TempLoadName();
+        std::remove(temp.c_str());
+        const char* command = ext == "raw" ? "loadraw" : "load";
+        if (RunHelper({command, path, temp})) dib = FreeImage_Load(FIF_BMP, temp.c_str(), 0);
+        break;
+    }
+    case LoadVia::FreeImageType:
+        dib = FreeImage_Load(row->format, path.c_str(), 0);
+        break;
+    case LoadVia::FreeImageByContent: {
+        FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(path.c_str(), 0);
+        if (fif != FIF_UNKNOWN) dib = FreeImage_Load(fif, path.c_str(), 0);
+        break;
+    }
+    }
+    if (!dib) return loadFailed();
+    const int bpp = int(FreeImage_GetBPP(dib));
+    Bits pixels;
+    const bool converted = DibToBits(dib, pixels);
+    FreeImage_Unload(dib);
+    if (!converted || !StoreLoadState(std::move(pixels), bpp)) return loadFailed();
+    return {true, {}};
+}
+
+ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
+                              const std::string& extension) {
+    const std::string ext = LowerExtension(extension);
+    // gif has no writer in this chain: the Optimize box writes gif files.
+    if (ext == "gif") return {true, {}};
+    if (picture.empty() || picture.width() < 1 || picture.height() < 1) return saveFailed();
+
+    enum class Convert { To24, To8 };
+    FREE_IMAGE_FORMAT fif = FIF_UNKNOWN;
+    int flags = 0;
+    int devilType = 0;
+    Convert convert = Convert::To24;
+    if (ext == "png") fif = FIF_PNG;
+    else if (ext == "jpg" || ext == "jpeg") fif = FIF_JPEG, flags = JPEG_QUALITYSUPERB;
+    else if (ext == "bmp") fif = FIF_BMP;
+    else if (ext == "tif" || ext == "tiff") fif = FIF_TIFF;
+    else if (ext == "pbm" || ext == "pgm") fif = FIF_PGM, convert = Convert::To8;
+    else if (ext == "ppm") fif = FIF_PPM;
+    else if (listHas("tga vda vst icb targa", ext)) fif = FIF_TARGA;
+    else if (ext == "psd") devilType = kIlPsd;
+    else if (listHas("sgi bw rgb rgba", ext)) devilType = kIlSgi;
+    else if (ext == "raw") devilType = kIlRaw;
+    else if (ext == "pcx") devilType = kIlPcx;
+    else return saveFailed();
+
+    FreeImageSession session;
+    FIBITMAP* dib = BitsToDib(picture);
+    if (!dib) return saveFailed();
+    if (convert == Convert::To8 ? FreeImage_GetBPP(dib) != 8 : FreeImage_GetBPP(dib) != 24) {
+        FIBITMAP* other = convert == Convert::To8 ? FreeImage_ConvertTo8Bits(dib)
+                                                  : FreeImage_ConvertTo24Bits(dib);
+        FreeImage_Unload(dib);
+        dib = other;
+        if (!dib) return saveFailed();
+    }
+    bool saved = false;
+    if (devilType == 0) {
+        // The PNM writer picks P5 for 8-bit grey and P6 for 24 bits from the bitmap itself.
+        saved = FreeImage_Save(fif, dib, path.c_str(), flags) != FALSE;
+    } else {
+        const std::string temp = TempBitmapName();
+        saved = FreeImage_Save(FIF_BMP, dib, temp.c_str(), 0) != FALSE &&
+                DevilConvert(temp, path, devilType);
+        std::remove(temp.c_str());
+    }
+    FreeImage_Unload(dib);
+    if (!saved) return saveFailed();
+    return {true, {}};
+}
+
+bool DevilConvert(const std::string& source, const std::string& target, int type) {
+    if (type == kIlBmp && source == target) return true;
+    std::remove(target.c_str());
+    return RunHelper({"convert", source, target, std::to_string(type)}) &&
+           fileReadable(target);
+}
+
+std::string LowerExtension(const std::string& extension) {
+    std::string e = extension;
+    for (char& c : e)
+        if (c >= 'A' && c <= 'Z') c = char(c - 'A' + 'a');
+    return e;
+}
+
+std::string ExtensionOf(const std::string& path) {
+    const auto slash = path.rfind('/');
+    const auto dot = path.rfind('.');
+    if (dot == std::string::npos || (slash != std::string::npos && dot < slash)) return {};
+    return LowerExtension(path.substr(dot + 1));
+}
+
+} // namespace ostrivex

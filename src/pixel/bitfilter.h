@@ -61,8 +61,36 @@ public:
     // replace it to drive the 10 ms rule.
     static ClockFunction clock;
 
-    // --- Resampling and transforms (transforms.cpp, resample.cpp) --------------------
-    // [transforms]
+    // --- Resampling and transforms (transforms*.cpp) ---------------------------------
+    // [transforms] Size changes and placements. The Bits* operations read `source`
+    // (which may be the object's own buffer), make a new zeroed buffer of the new size,
+    // and set last column, last row and image rectangle to it; the region is left alone.
+    // Cuts the rectangle intersected with the image rectangle (a rectangle with reversed
+    // edges has no area, so the result is 0 x 0, as is one outside the image);
+    // all four channels are copied and Progress(100) is raised once. Throws
+    // std::out_of_range, with the object unchanged, when the object's image rectangle
+    // reaches past the source's pixel array.
+    void BitsCrop(const Bits& source, int32_t left, int32_t top, int32_t right, int32_t bottom);
+    // As BitsCrop on the source's own bounds; target pixels whose source lies outside the
+    // region become (0, 0, 0, 255).
+    void BitsCropMasked(const Bits& source, int32_t left, int32_t top, int32_t right,
+                        int32_t bottom);
+    // Bilinear scaling to width x height, rounding after the vertical and again after the
+    // horizontal step; channel 3 is 0.
+    void BitsResample(const Bits& source, int32_t width, int32_t height);
+    // Nearest-neighbour scaling to width x height; channel 3 is 0.
+    void BitsResize(const Bits& source, int32_t width, int32_t height);
+    // A quarter turn to the left: source (x, y) goes to (y, W - 1 - x); channel 3 is 0.
+    void BitsRotate90(const Bits& source);
+    // Mirror of the whole image (no region test); channel 3 stays where it was.
+    Bits Flip(bool horizontal, bool vertical);
+    // Lays `tile` on a copy of the buffer at (left, top), once or repeated over the image,
+    // blending target * opacity% + tile * (100 - opacity)%; tile pixels of the key colour
+    // (0x00BBGGRR, -1 for none) and targets outside the region are skipped.
+    Bits TileMask(const Bits& tile, int32_t left, int32_t top, bool repeat, int32_t opacity,
+                  int32_t key);
+    // ROTATE with bilinear sampling of the source position.
+    Bits RotateSmooth(int32_t degrees, bool cleanBack);
 
     // --- Tone and colour filters (tone*.cpp) -----------------------------------------
     // [tone]

@@ -93,7 +93,50 @@ public:
     Bits RotateSmooth(int32_t degrees, bool cleanBack);
 
     // --- Tone and colour filters (tone*.cpp) -----------------------------------------
-    // [tone]
+    // Point filters: each new pixel depends on the same source pixel (and, where said, on
+    // statistics of the whole image). Colours are packed 0x00BBGGRR. Parameters are those
+    // of the filter dialog; tolerances run 0..200.
+    Bits BRIGHTNESS(int32_t level);
+    Bits ShiftRGB(int32_t red, int32_t green, int32_t blue);
+    Bits Invert();
+    Bits GreyScale();
+    Bits Threshold(int32_t cut);
+    Bits SATURATION(int32_t level);
+    Bits Reduction(int32_t level);
+    Bits GammaCorrection(int32_t gamma);
+    Bits KillChannel(bool red, bool green, bool blue);
+    // A flag other than -1 sets its channel to 0. The flags are only read.
+    Bits SpecialColors(int32_t red, int32_t green, int32_t blue);
+    // Hue -1..5, saturation and luminosity 0..1.
+    Bits COLORIZE(float hue, float saturation, float luminosity);
+    // Two passes: the mean of the whole image, then a stretch about it with the overflow
+    // of a channel spread over the other two.
+    Bits Contrast(int32_t level);
+    // Moves the median luminance of the whole image to 128.
+    Bits Equalize();
+    Bits ISOLATE(uint32_t colour, uint32_t backColour, int32_t tolerance);
+    Bits REPLACE(uint32_t colour, uint32_t newColour, int32_t tolerance);
+    Bits Shift(uint32_t colour, int32_t shift, int32_t tolerance);
+    Bits ReplaceHS(uint32_t colour, uint32_t newColour, int32_t hueTolerance,
+                   int32_t satTolerance, int32_t applyTolerance);
+    Bits ReplaceL(uint32_t colour, uint32_t newColour, int32_t lumTolerance,
+                  int32_t applyTolerance);
+    // RotateH, RotateL and StretchH hand back a Bits like the others (no variant array).
+    Bits RotateH(int32_t offset, int32_t saturation);
+    Bits RotateL(int32_t offset, int32_t steps);
+    Bits StretchH(int32_t offset, int32_t saturation, int32_t stretch);
+    // Modes 1..5: BRG, GBR, RBG, BGR, GRB; any other mode copies the pixel.
+    Bits SwapBanks(int32_t mode);
+    // Sources are channel numbers 0..2 for the red, green and blue outputs.
+    Bits SwapRGB(int32_t redSource, int32_t greenSource, int32_t blueSource, bool invertRed,
+                 bool invertGreen, bool invertBlue, bool killRed, bool killGreen,
+                 bool killBlue);
+    // Modes 0..11 (4, 5 and 9 copy the pixel).
+    Bits ClassyColors(int32_t mode);
+    // Statistics of (B + G + R) \ 3 over the whole image, whatever the region.
+    int32_t GetLMax();
+    int32_t GetLMin();
+    int32_t GetLMed();
 
     // --- Neighbourhood filters and user filters (neighbourhood*.cpp) -----------------
     // [neighbourhood]

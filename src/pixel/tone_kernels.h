@@ -1,0 +1,62 @@
+// Pieces shared by the tone and colour filters (tone*.cpp): whole-pixel loads and stores,
+// the three-table channel map, and the colour-distance threshold.
+#pragma once
+
+#include "pixel/vbmath.h"
+
+#include <cstdint>
+#include <cstring>
+
+namespace ostrivex::tone {
+
+inline uint32_t load32(const uint8_t* p) {
+    uint32_t v;
+    std::memcpy(&v, p, 4);
+    return v;
+}
+inline void store32(uint8_t* p, uint32_t v) { std::memcpy(p, &v, 4); }
+
+// A pixel as one little-endian word: blue in bits 0..7, green 8..15, red 16..23, and the
+// marker byte (channel 3) in 24..31.
+constexpr uint32_t kMarkerMask = 0xFF000000u;
+
+inline uint32_t packPixel(uint32_t marker, uint32_t b, uint32_t g, uint32_t r) {
+    return (marker & kMarkerMask) | b | (g << 8) | (r << 16);
+}
+
+// Channel maps: each of blue, green and red through its own 256-entry table, in place on
+// n pixels. Channel 3 stays.
+inline void mapChannels(uint8_t* p, int32_t n, const uint8_t* mb, const uint8_t* mg,
+                        const uint8_t* mr) {
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t v = load32(p + 4 * i);
+        store32(p + 4 * i, packPixel(v, mb[v & 255u], mg[(v >> 8) & 255u],
+                                     mr[(v >> 16) & 255u]));
+    }
+}
+
+// The threshold of the colour-distance filters: round((tolerance * 127.5 / 100)^2 + 1).
+inline int32_t distanceThreshold(int32_t tolerance) {
+    const double a = tolerance * 127.5 / 100.0;
+    return vbRound(a * a + 1.0);
+}
+
+// Squared distance of a pixel (b, g, r) to a colour (b1, g1, r1).
+inline int32_t colourDistance(int32_t b, int32_t g, int32_t r, int32_t b1, int32_t g1,
+                              int32_t r1) {
+    return (b - b1) * (b - b1) + (g - g1) * (g - g1) + (r - r1) * (r - r1);
+}
+
+// The blend of the replace filters, k = 1 - d / t held as a single: each channel moves
+// towards the new colour by k, c = byte(c + (c2 - c) * k). Since 0 <= k <= 1 the result
+// stays inside 0..255.
+inline float blendFactor(int32_t d, int32_t t) {
+    return static_cast<float>(1.0 - double(d) / double(t));
+}
+inline uint8_t blendByte(int32_t c, int32_t c2, float k) {
+    uint8_t out = static_cast<uint8_t>(c);
+    toByte(double(c) + double(c2 - c) * double(k), out);
+    return out;
+}
+
+} // namespace ostrivex::tone

@@ -81,6 +81,9 @@ public:
     // file's path, or "Image" + number for an unnamed document) and names the undo files
     // after the number. Call once, before the first SaveUndoBits.
     void BeginDocument(const QString& caption);
+    // The caption of the Enhanced view (the window title while that view shows).
+    QString Caption() const { return caption_; }
+    void SetCaption(const QString& caption);
     // `Bits` read: a copy (empty while no picture).
     Bits GetBits() const { return pictureExists_ ? bits_ : Bits(); }
     const Bits& bits() const { return bits_; }
@@ -92,6 +95,8 @@ public:
     // `SetPicture`: as PPicture; with saveUndo the state goes to the history under
     // "Update from Layers".
     QImage SetPicture(const QImage& picture, bool saveUndo);
+    // PPicture from a pixel buffer (channel 3 kept): the loaders hand over Bits.
+    void PBits(Bits picture);
     // `CreateBlank`: a zeroed buffer of w x h (both at least 1); the region stays.
     void CreateBlank(int32_t w, int32_t h);
     void Clear();
@@ -134,7 +139,10 @@ public:
     void UserControl_Resize();
 
     // --- Undo ----------------------------------------------------------------------
+    // Saves Bits under the host's action label.
     void SaveUndoBits();
+    // Saves Bits under the given caption (the first save at load uses "Original").
+    void SaveUndoBits(const QString& label);
     void UndoBits();
     void RedoBits();
     bool LoadUndoBits(const QString& file);
@@ -166,17 +174,26 @@ public:
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
-    bool event(QEvent* event) override;
+    void showEvent(QShowEvent* event) override;
+    QSize sizeHint() const override;
 
 private:
-    class Canvas;
+    class CanvasWidget;
+    friend class CanvasWidget;
     void fillHeader();
     void layoutPanels();
     void showView(View v);
     void writePixelPanel();
     void onScroll();
 
+    DocumentHost* host() const;
+    void hookActivation();
+
     std::unique_ptr<UndoStore> history_;
+    QString caption_;
+    bool removed_ = false;
+    bool active_ = false;
+    bool activationHooked_ = false;
     Bits bits_;
     bool pictureExists_ = false;
     int32_t zoomIndex_ = 1;

@@ -1,0 +1,151 @@
+#include "document/fileops.h"
+
+#include "app/settings/settings.h"
+#include "document/dialogs.h"
+#include "document/fimage.h"
+#include "document/host.h"
+#include "imagefile/imagefile.h"
+
+namespace ostrivex {
+
+std::function<fImage*(const QString&)> DocumentFiles::OpenLayeredFile;
+std::function<bool(fImage*, const QString&)> DocumentFiles::SaveLayeredFile;
+std::function<QString()> DocumentFiles::OptimizedFileExtension;
+std::function<bool(const QString&)> DocumentFiles::ExtractOptimized;
+
+namespace {
+
+QWidget* dialogParent() {
+    DocumentHost* h = GetDocumentHost();
+    return h ? h->DialogParent() : nullptr;
+}
+
+fImage* loadFailed() {
+    DocumentDialogs::Inform(dialogParent(), kLoadErrorText, kImageFileMessageTitle);
+    return nullptr;
+}
+
+bool saveFailed() {
+    DocumentDialogs::Inform(dialogParent(), kSaveErrorText, kImageFileMessageTitle);
+    return false;
+}
+
+QString lowerExtension(const QString& path) {
+    return QString::fromStdString(ExtensionOf(path.toStdString()));
+}
+
+// A document made by File > New carries the bare name "New.bmp": it has no file yet.
+bool hasFile(const fImage* doc) { return doc->FileName.contains('/'); }
+
+QString saveFolder() { return QString::fromStdString(FieldText(Settings.SaveFolder)); }
+
+} // namespace
+
+QString FolderOf(const QString& path) {
+    const qsizetype slash = path.lastIndexOf('/');
+    return slash < 0 ? QString() : path.left(slash + 1);
+}
+
+fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
+    DocumentHost* host = GetDocumentHost();
+    if (!reload && host) {
+        for (fImage* doc : host->Documents())
+            if (doc && doc->FileName == path) {
+                DocumentDialogs::Inform(dialogParent(), kAlreadyOpenedText, kAlreadyOpenedTitle);
+                return nullptr;
+            }
+    }
+    const QString ext = extension.toLower();
+    if (ext == "olf") {
+        fImage* doc = DocumentFiles::OpenLayeredFile ? DocumentFiles::OpenLayeredFile(path) : nullptr;
+        return doc ? doc : loadFailed();
+    }
+    if (IsPictureExtension(ext.toStdString()) &&
+        !LoadPictureFile(path.toStdString(), ext.toStdString()).ok)
+        return loadFailed();
+    if (LoadedBitmap.empty() || LoadedBitmap.width() < 1 || LoadedBitmap.height() < 1)
+        return loadFailed();
+
+    auto* doc = new fImage;
+    doc->BeginDocument(path);
+    doc->PBits(LoadedBitmap);
+    doc->FileName = path;
+    doc->FileExtension = ext;
+    // The state shown at open is the first undo level.
+    doc->SaveUndoBits(QStringLiteral("Original"));
+    if (host) host->AddDocumentWindow(doc);
+
+    // The Optimize Box previews the current image from its BMP work file.
+    SaveImageFile(doc->bits(), TempBitmapName(), "bmp");
+    if (host) host->ReloadOptimizePreview();
+
+    AddRecentFile(path.toStdString());
+    if (host) host->FillRecent();
+    SetFieldText(Settings.OpenFolder, FolderOf(path).toStdString());
+    return doc;
+}
+
+fImage* OpenImageFile(QString path) {
+    if (!path.isEmpty() && !FileExists(path.toStdString())) path.chop(1);
+    const QString ext = lowerExtension(path);
+    if (ext != "olf" && !IsPictureExtension(ext.toStdString()))
+        LoadImageFile(path.toStdString(), ext.toStdString()); // a failure empties LoadedBitmap
+    return loadBitmap(path, ext, false);
+}
+
+bool SaveEnhanced(fImage* document) {
+    if (!document || !document->PictureExists()) return false;
+    const QString ext = document->FileExtension.toLower();
+    if (hasFile(document) && IsQuickSaveExtension(ext.toStdString()))
+        return document->save(document->FileName, ext);
+    return SaveEnhancedAs(document);
+}
+
+bool SaveEnhancedAs(fImage* document) {
+    if (!document || !document->PictureExists()) return false;
+    const QString name = DocumentDialogs::AskSaveName(dialogParent(), kSaveAsTitle, saveFolder(),
+                                                      kSaveFilter, document->FileName);
+    if (name.isEmpty()) return false; // cancelled
+    SetFieldText(Settings.SaveFolder, FolderOf(name).toStdString());
+    document->FileName = name;
+    document->FileExtension = lowerExtension(name);
+    document->SetCaption(name);
+    return document->save(name, document->FileExtension);
+}
+
+bool SaveLayered(fImage* document) {
+    if (!document) return false;
+    if (hasFile(document) && document->FileExtension.toLower() == "olf")
+        return DocumentFiles::SaveLayeredFile ? DocumentFiles::SaveLayeredFile(document, document->FileName)
+                                              : saveFailed();
+    return SaveLayeredAs(document);
+}
+
+bool SaveLayeredAs(fImage* document) {
+    if (!document) return false;
+    const QString name = DocumentDialogs::AskSaveName(dialogParent(), kSaveLayeredTitle, saveFolder(),
+                                                      kLayeredSaveFilter, kSaveLayeredDefaultPattern);
+    if (name.isEmpty()) return false;
+    SetFieldText(Settings.SaveFolder, FolderOf(name).toStdString());
+    if (!DocumentFiles::SaveLayeredFile) return saveFailed();
+    return DocumentFiles::SaveLayeredFile(document, name);
+}
+
+// The Optimize Box's result has no file name of its own, so its save always asks.
+bool SaveOptimized(fImage* document) { return SaveOptimizedAs(document); }
+
+bool SaveOptimizedAs(fImage* document) {
+    if (!document) return false;
+    if (!DocumentFiles::OptimizedFileExtension || !DocumentFiles::ExtractOptimized)
+        return saveFailed();
+    const QString ext = DocumentFiles::OptimizedFileExtension();
+    if (ext.isEmpty()) return false; // nothing optimized yet
+    const QString filter = QString::fromStdString(OptimizedSaveFilter(ext.toStdString()));
+    const QString name =
+        DocumentDialogs::AskSaveName(dialogParent(), kSaveOptimizedTitle, saveFolder(), filter, QString());
+    if (name.isEmpty()) return false;
+    SetFieldText(Settings.SaveFolder, FolderOf(name).toStdString());
+    return DocumentFiles::ExtractOptimized(name) ? true : saveFailed();
+}
+
+} // namespace ostrivex

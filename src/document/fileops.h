@@ -1,0 +1,64 @@
+// From a file to a shown document, and from a document back to a file.
+//
+// `loadBitmap` makes a document from the pixels of the last load (`LoadedBitmap`), or
+// through the platform picture loader for gif, wmf, emf, dib and bmp, or hands an "olf"
+// file to the layered file reader. The three save families write the Enhanced image, the
+// layered file, or the Optimize Box's result, each asking for a name when it has none.
+//
+// The layered file and the Optimize Box are other parts of the program: they plug in
+// through the hooks of DocumentFiles. While a hook is unset its command ends in the
+// load or save error message.
+#pragma once
+
+#include <QString>
+
+#include <functional>
+
+namespace ostrivex {
+
+class fImage;
+
+struct DocumentFiles {
+    // Opens a layered file as a new document (`OpenLayeredFile`); nullptr on failure.
+    static std::function<fImage*(const QString& path)> OpenLayeredFile;
+    // Writes the document's Layers view and layers to a layered file; true on success.
+    static std::function<bool(fImage* document, const QString& path)> SaveLayeredFile;
+    // The extension of the Optimize Box's last result ("gif", "jpg"...).
+    static std::function<QString()> OptimizedFileExtension;
+    // Writes the Optimize Box's last result (`ExtractOptimized`); true on success.
+    static std::function<bool(const QString& path)> ExtractOptimized;
+};
+
+inline constexpr const char* kAlreadyOpenedText = "File Already Opened!";
+inline constexpr const char* kAlreadyOpenedTitle = "Opened";
+
+// `loadBitmap`. With reload false, a file that an open document already holds is refused
+// with "File Already Opened!" (title "Opened"). Returns the new document, or nullptr.
+// A reload skips that refusal and makes a further document of the file.
+fImage* loadBitmap(const QString& path, const QString& extension, bool reload);
+
+// The end of File > Open once the dialog closed on path: a name the file system does not
+// know loses its last character (a trailing terminator from the dialog), the extension is
+// lower-cased, the file is loaded (LoadImageFile unless it is "olf" or a platform picture)
+// and `loadBitmap` makes the document. The Recent entries and the Browser Box use it too.
+fImage* OpenImageFile(QString path);
+
+// `OpenFolder` after a successful open: the path up to and including its last "/".
+QString FolderOf(const QString& path);
+
+// The Save Enhanced family: `SAVE` writes at once when the document has a file name with
+// a folder and one of the extensions bmp, gif, jpg, tga, tif, png, pcx; otherwise it runs
+// `SAVEAS`, which asks for a name ("Save as"), stores the chosen folder in `SaveFolder`,
+// gives the document the name and extension, and writes.
+bool SaveEnhanced(fImage* document);
+bool SaveEnhancedAs(fImage* document);
+// The Save Layered family: `SAVELAYEREDIMAGE` writes at once only for an "olf" document;
+// otherwise `SAVELAYEREDIMAGEAS` asks ("Save Layered Image as", default "*.olf").
+bool SaveLayered(fImage* document);
+bool SaveLayeredAs(fImage* document);
+// The Save Optimized family: always asks ("Save Optimized as") with the filter made from
+// the Optimize Box's extension, then writes the box's result.
+bool SaveOptimized(fImage* document);
+bool SaveOptimizedAs(fImage* document);
+
+} // namespace ostrivex

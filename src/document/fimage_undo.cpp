@@ -1,0 +1,102 @@
+// fImage: the undo history. The files are UndoStore's; here the states go on screen and
+// into the history list of the History Box.
+#include "document/fimage.h"
+
+#include "document/fpaste.h"
+#include "document/host.h"
+#include "pixel/bitfilter.h"
+
+namespace ostrivex {
+
+namespace {
+HistoryList* historyList() {
+    DocumentHost* h = GetDocumentHost();
+    fPaste* box = h ? h->HistoryBox() : nullptr;
+    return box ? box->History() : nullptr;
+}
+} // namespace
+
+void fImage::SaveUndoBits() {
+    DocumentHost* h = host();
+    SaveUndoBits(h ? h->ActionLabel : QString());
+}
+
+void fImage::SaveUndoBits(const QString& label) {
+    if (!pictureExists_) return;
+    const UndoStore::SaveResult r = history_->Save(bits_, label.toStdString());
+    if (HistoryList* list = historyList()) {
+        // The redo branch's entries die with its files.
+        if (!r.removedSlots.empty()) list->KeepEntries(r.removedSlots.front());
+        list->loadHistory(r.slot, label);
+    }
+    if (DocumentHost* h = host()) h->UndoStateSaved(history_->HistoryId);
+}
+
+void fImage::UndoBits() {
+    if (!pictureExists_) return;
+    const QString file = QString::fromStdString(history_->SlotFileName(history_->UndoSlot()).string());
+    if (LoadUndoBits(file)) history_->Undone();
+    if (HistoryList* list = historyList()) list->MovePointer(history_->HistoryPosition - 1);
+}
+
+void fImage::RedoBits() {
+    if (!pictureExists_) return;
+    const QString file = QString::fromStdString(history_->SlotFileName(history_->RedoSlot()).string());
+    if (LoadUndoBits(file)) history_->Redone();
+    if (HistoryList* list = historyList()) list->MovePointer(history_->HistoryPosition - 1);
+}
+
+bool fImage::LoadUndoBits(const QString& file) {
+    Bits loaded;
+    if (!UndoStore::ReadSlotFile(file.toStdString(), loaded)) return false;
+    const int32_t w = loaded.width(), h = loaded.height();
+    DocumentHost* hst = host();
+    cBitFilter* filter = hst ? &hst->Filter() : nullptr;
+    if (filter) filter->SetBits(std::move(loaded));
+
+    // A state of another canvas size resets the selection to the whole image.
+    const bool sizeChanged = w != PictureWidth() || h != PictureHeight();
+    if (sizeChanged) RegionMain = Region::rect(0, 0, w, h);
+    if (filter) filter->BitsRegion(&RegionMain);
+    if (sizeChanged) {
+        SetAutoRedraw(false);
+        CreateBlank(w, h);
+    }
+    if (filter)
+        bits_ = filter->GetBits();
+    else
+        bits_ = std::move(loaded);
+    UpdateImage();
+    if (sizeChanged) SetAutoRedraw(true);
+    if (hst) {
+        hst->RefreshPanView();
+        // Written without blanks round the x, unlike the panel of activation and layout.
+        hst->SetStatusPanel("Pixel", QStringLiteral("%1x%2").arg(w).arg(h));
+        hst->SelectionChanged = true;
+    }
+    return true;
+}
+
+void fImage::JumpToHistory(int32_t index) {
+    if (index == history_->HistoryPosition - 1) return;
+    const QString file = QString::fromStdString(history_->SlotFileName(index).string());
+    if (HistoryList* list = historyList()) list->MovePointer(index);
+    LoadUndoBits(file);
+    history_->JumpedTo(index);
+}
+
+void fImage::SwapHistoy() {
+    HistoryList* list = historyList();
+    if (!list || list->OwnerId == history_->HistoryId) return;
+    list->KeepEntries(history_->HistoryTop >= 1 ? 1 : 0);
+    if (history_->HistoryTop >= 1)
+        list->loadHistory(0, QString::fromStdString(history_->ActionNames[0]));
+    for (int32_t i = 1; i <= history_->HistoryTop - 1 && i <= UndoStore::kLastSlot; ++i)
+        list->loadHistory(i, QString::fromStdString(history_->ActionNames[size_t(i)]));
+    list->MovePointer(history_->HistoryPosition - 1);
+    list->OwnerId = history_->HistoryId;
+}
+
+void fImage::ClearHistoryFiles() { history_->ClearHistoryFiles(); }
+
+} // namespace ostrivex

@@ -1,0 +1,150 @@
+// fImage: the three views, activation and deactivation, the close question and unload.
+#include "document/fimage.h"
+
+#include "app/settings/settings.h"
+#include "document/dialogs.h"
+#include "document/host.h"
+#include "pixel/bitfilter.h"
+
+#include <QCloseEvent>
+#include <QFontMetrics>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMessageBox>
+#include <QTabBar>
+
+namespace ostrivex {
+
+// --- Views ---------------------------------------------------------------------------------
+
+void fImage::showView(View v) {
+    view_ = v;
+    PImage_->setVisible(v == ViewEnhanced);
+    picFrame_->setVisible(v == ViewLayers);
+    oImage_->setVisible(v == ViewOptimize);
+    tabs_->setCurrentIndex(int(v));
+    if (v == ViewEnhanced)
+        setWindowTitle(caption_);
+    else if (v == ViewLayers)
+        setWindowTitle(LayerTag.isEmpty() ? QStringLiteral("New Layered Image") : LayerTag);
+    else
+        setWindowTitle(OptimizeTag.isEmpty() ? QStringLiteral("New Optimized Image") : OptimizeTag);
+    if (DocumentHost* h = host()) h->ViewChanged(this, int(v));
+}
+
+void fImage::cOriginal_Click() { showView(ViewEnhanced); }
+void fImage::cLayers_Click() { showView(ViewLayers); }
+void fImage::cOptimize_Click() { showView(ViewOptimize); }
+
+// --- Activation ----------------------------------------------------------------------------
+
+void fImage::showEvent(QShowEvent* event) {
+    QWidget::showEvent(event);
+    hookActivation();
+}
+
+// Activation follows the MDI area: the document activates when its sub-window becomes the
+// active one, and deactivates when another does.
+void fImage::hookActivation() {
+    if (activationHooked_) return;
+    auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget());
+    QMdiArea* area = sub ? sub->mdiArea() : nullptr;
+    if (!area) return;
+    activationHooked_ = true;
+    connect(area, &QMdiArea::subWindowActivated, this, [this, sub](QMdiSubWindow* w) {
+        if (w == sub) {
+            if (!active_) Form_Activate();
+        } else if (active_) {
+            Form_Deactivate();
+        }
+    });
+    if (area->activeSubWindow() == sub && !active_) Form_Activate();
+}
+
+void fImage::Form_Activate() {
+    active_ = true;
+    if (view_ == ViewLayers)
+        cLayers_Click();
+    else if (view_ == ViewEnhanced)
+        cOriginal_Click();
+    else
+        cOptimize_Click();
+    SwapHistoy();
+    DocumentHost* h = host();
+    if (!h) return;
+    if (h->LastActiveDocumentId != history_->HistoryId) {
+        h->LastActiveDocumentId = history_->HistoryId;
+        h->PendingPaste = false;
+        cBitFilter& filter = h->Filter();
+        filter.SetBits(bits_);
+        filter.BitsRegion(&RegionMain);
+        h->SetStatusPanel("Pixel", QStringLiteral("%1 x %2").arg(PictureWidth()).arg(PictureHeight()));
+        h->SetStatusPanel("Zoom", QStringLiteral("%1 : 1").arg(Zoom()));
+        h->RefreshPanView();
+        h->SelectionChanged = true;
+        SetMouseScroll(h->HandScrollDown());
+    }
+    // Layers, the Optimize settings box and the tool timer follow in the main window.
+    h->DocumentActivated(this);
+}
+
+void fImage::Form_Deactivate() {
+    active_ = false;
+    if (DocumentHost* h = host()) h->DocumentDeactivated(this);
+    UpdateImage();
+}
+
+// --- Close ---------------------------------------------------------------------------------
+
+bool fImage::QueryUnload() {
+    DocumentHost* h = host();
+    if (IsTrue(Settings.ConfirmClose) && Changed && history_->HistoryPosition >= 2) {
+        // The caption compacted like a path to 400 pixels: the middle gives way.
+        const QString name = QFontMetrics(font()).elidedText(caption_, Qt::ElideMiddle, 400);
+        const QString text =
+            name + "\n\n" + "This image has changed." + "\n" + "Do you want to save it ?";
+        const int answer =
+            DocumentDialogs::AskYesNoCancel(h ? h->DialogParent() : this, text, "Ostrivex");
+        if (answer == QMessageBox::Cancel) return false;
+        if (answer == QMessageBox::Yes && h) h->RunCommand("SAVEAS");
+    }
+    if (h && !removed_) h->RemoveDocumentWindow(this);
+    removed_ = true;
+    return true;
+}
+
+void fImage::closeEvent(QCloseEvent* event) {
+    if (unloaded_) {
+        event->accept();
+        return;
+    }
+    if (!QueryUnload()) {
+        event->ignore();
+        return;
+    }
+    Unload();
+    event->accept();
+}
+
+void fImage::Unload() {
+    if (unloaded_) return;
+    unloaded_ = true;
+    ClearHistoryFiles();
+    DocumentHost* h = host();
+    if (!h) return;
+    // cFilter must not keep a pointer into a closed document.
+    if (h->Filter().region() == &RegionMain) h->Filter().BitsRegion(nullptr);
+    if (!removed_) {
+        h->RemoveDocumentWindow(this);
+        removed_ = true;
+    }
+    bool othersOpen = false;
+    for (fImage* doc : h->Documents())
+        if (doc && doc != this && !doc->unloaded_) othersOpen = true;
+    if (!othersOpen) {
+        h->ClearPanView();
+        h->ClearStatusPanels();
+    }
+}
+
+} // namespace ostrivex

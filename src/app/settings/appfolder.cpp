@@ -1,4 +1,6 @@
 // Where the program keeps its folders and its settings file.
+#include "app/settings/appfolder.h"
+
 #include "app/settings/settings.h"
 
 #include <cstdlib>
@@ -19,7 +21,8 @@ namespace ostrivex {
 namespace {
 
 std::string withoutTrailingSlash(std::string s) {
-    while (s.size() > 1 && s.back() == '/') s.pop_back();
+    while (s.size() > 1 && s.back() == '/')
+        s.pop_back();
     return s;
 }
 
@@ -28,57 +31,58 @@ std::string envText(const char* name) {
     return v ? std::string(v) : std::string();
 }
 
-// Copies the shipped resource folders into a fresh per-user folder. Files the user already
-// has are never overwritten, so a second seeding only adds what is new.
-void seedFrom(const fs::path& from, const fs::path& to) {
-    std::error_code ec;
-    if (!fs::is_directory(from, ec)) return;
-    fs::copy(from, to, fs::copy_options::recursive | fs::copy_options::skip_existing, ec);
-}
-
-// The folder of a program that cannot write beside itself (an installed copy):
-// $XDG_DATA_HOME/ostrivex, seeded from the installed resources.
-std::string userDataFolder(const fs::path& exeDir) {
-    std::string base = envText("XDG_DATA_HOME");
+std::string userDataFolder(const AppFolderInputs& in) {
+    std::string base = in.xdgDataHome;
     if (base.empty() || base.front() != '/') {
-        std::string home = envText("HOME");
-        if (home.empty()) home = "/tmp";
+        const std::string home = in.userHome.empty() ? std::string("/tmp") : in.userHome;
         base = home + "/.local/share";
     }
     const fs::path dir = fs::path(base) / "ostrivex";
     std::error_code ec;
     fs::create_directories(dir, ec);
-    // An installed program keeps its resources under share/ostrivex beside its bin folder,
-    // or in the folder fixed when it was built.
-    seedFrom(exeDir.parent_path() / "share" / "ostrivex", dir);
-    seedFrom(fs::path(OSTRIVEX_DATA_DIR), dir);
-    return withoutTrailingSlash(dir.string());
-}
-
-std::string resolveInstalledFolder() {
-    std::error_code ec;
-    fs::path exe = fs::read_symlink("/proc/self/exe", ec);
-    if (!ec) {
-        fs::path dir = exe.parent_path();
-        if (::access(dir.c_str(), W_OK) == 0) return withoutTrailingSlash(dir.string());
-        return userDataFolder(dir);
+    for (const std::string& from : in.seedSources) {
+        if (!fs::is_directory(from, ec)) continue;
+        fs::copy(from, dir, fs::copy_options::recursive | fs::copy_options::skip_existing, ec);
+        break;
     }
-    return userDataFolder(fs::current_path(ec));
+    return withoutTrailingSlash(dir.string());
 }
 
 } // namespace
 
-std::string AppFolder() {
-    // Read every time: tests point each case at a fresh folder.
-    std::string home = envText("OSTRIVEX_HOME");
-    if (!home.empty()) {
+std::string ChooseAppFolder(const AppFolderInputs& in) {
+    if (!in.home.empty()) {
         std::error_code ec;
-        fs::create_directories(home, ec);
-        return withoutTrailingSlash(home);
+        fs::create_directories(in.home, ec);
+        return withoutTrailingSlash(in.home);
     }
+    if (!in.exeDir.empty() && in.exeDirWritable) return withoutTrailingSlash(in.exeDir);
+    return userDataFolder(in);
+}
+
+std::string AppFolder() {
+    // $OSTRIVEX_HOME is read on every call (tests point each case at a fresh folder); the
+    // rest is settled once per process.
+    AppFolderInputs in;
+    in.home = envText("OSTRIVEX_HOME");
+    if (!in.home.empty()) return ChooseAppFolder(in);
+
     static std::once_flag once;
     static std::string folder;
-    std::call_once(once, [] { folder = resolveInstalledFolder(); });
+    std::call_once(once, [] {
+        AppFolderInputs exe;
+        std::error_code ec;
+        const fs::path self = fs::read_symlink("/proc/self/exe", ec);
+        const fs::path dir = ec ? fs::current_path(ec) : self.parent_path();
+        exe.exeDir = dir.string();
+        exe.exeDirWritable = ::access(dir.c_str(), W_OK) == 0;
+        exe.xdgDataHome = envText("XDG_DATA_HOME");
+        exe.userHome = envText("HOME");
+        // An installed program keeps its resources in share/ostrivex beside its bin folder,
+        // or in the data folder fixed when it was built.
+        exe.seedSources = {(dir.parent_path() / "share" / "ostrivex").string(), OSTRIVEX_DATA_DIR};
+        folder = ChooseAppFolder(exe);
+    });
     return folder;
 }
 

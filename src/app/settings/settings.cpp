@@ -12,6 +12,7 @@ std::int16_t SessionFlag = 0;
 namespace {
 
 // Calls v on every field in file order. The one place that fixes the layout of the file.
+// clang-format off
 template <class R, class V> void walkSettings(R& s, V&& v) {
     v(s.MainWidth); v(s.MainHeight); v(s.MainMaximized); v(s.DocMaximized);
     v(s.OpenFolder); v(s.SaveFolder);
@@ -70,6 +71,7 @@ template <class R, class V> void walkSettings(R& s, V&& v) {
     v(s.WebWidth); v(s.WebHeight); v(s.WebFolder);
     v(s.WebColumns); v(s.WebRows); v(s.WebQuality);
 }
+// clang-format on
 
 struct Writer {
     std::vector<std::uint8_t>& out;
@@ -80,11 +82,13 @@ struct Writer {
     }
     void operator()(std::int32_t x) const {
         auto u = static_cast<std::uint32_t>(x);
-        for (int i = 0; i < 4; ++i) out.push_back(static_cast<std::uint8_t>(u >> (8 * i)));
+        for (int i = 0; i < 4; ++i)
+            out.push_back(static_cast<std::uint8_t>(u >> (8 * i)));
     }
     void operator()(std::uint8_t x) const { out.push_back(x); }
     template <std::size_t N> void operator()(const std::array<char, N>& a) const {
-        for (char c : a) out.push_back(static_cast<std::uint8_t>(c));
+        for (char c : a)
+            out.push_back(static_cast<std::uint8_t>(c));
     }
     template <std::size_t N> void operator()(const std::array<std::uint8_t, N>& a) const {
         out.insert(out.end(), a.begin(), a.end());
@@ -99,7 +103,8 @@ struct Reader {
     }
     void operator()(std::int32_t& x) {
         std::uint32_t u = 0;
-        for (int i = 0; i < 4; ++i) u |= std::uint32_t(p[i]) << (8 * i);
+        for (int i = 0; i < 4; ++i)
+            u |= std::uint32_t(p[i]) << (8 * i);
         x = static_cast<std::int32_t>(u);
         p += 4;
     }
@@ -131,6 +136,7 @@ void SettingsFromBytes(SettingsRecord& s, const std::uint8_t* data, std::size_t 
     walkSettings(s, Reader{image.data()});
 }
 
+// clang-format off
 void SetDefaultSettings(SettingsRecord& s, const std::string& appFolder) {
     const bool16 T = kTrue16, F = kFalse16;
     const std::string images = appFolder + "/Images/";
@@ -211,13 +217,19 @@ void SetDefaultSettings(SettingsRecord& s, const std::string& appFolder) {
     SetFieldText(s.WebFolder, images);
     s.WebColumns = 3; s.WebRows = 5; s.WebQuality = 80;
 }
+// clang-format on
 
-std::string SettingsFileName() { return AppFolder() + "/oi201Start.up"; }
+std::string SettingsFileName() {
+    return AppFolder() + "/oi201Start.up";
+}
 
 bool LoadSettings() {
     const std::string name = SettingsFileName();
     // An existing file is taken as it stands: no check of its size or content, so a short
     // file fills only its leading fields and a long one is read up to the record's size.
+    // (The only test ever made before reading is whether the file name is empty, which it
+    // never is; the "Configuration data file is corrupted" path behind it cannot run and is
+    // left out.)
     const bool needDefaults = !FileExists(name);
 
     bool ok = true;
@@ -254,8 +266,10 @@ namespace {
 // Blanks cut at both ends; NUL bytes are not blanks, so a never-written entry stays as it is.
 std::string trimBlanks(std::string_view s) {
     std::size_t b = 0, e = s.size();
-    while (b < e && s[b] == ' ') ++b;
-    while (e > b && s[e - 1] == ' ') --e;
+    while (b < e && s[b] == ' ')
+        ++b;
+    while (e > b && s[e - 1] == ' ')
+        --e;
     return std::string(s.substr(b, e - b));
 }
 
@@ -270,14 +284,16 @@ void AddRecentFile(const std::string& path) {
     //    bytes rather than blanks and does not count as free.
     for (auto& e : list) {
         bool blank = true;
-        for (char c : e) blank = blank && c == ' ';
+        for (char c : e)
+            blank = blank && c == ' ';
         if (blank) {
             SetFieldText(e, path);
             return;
         }
     }
     // 3. Otherwise the list moves down by one, the last entry falls off, the path goes on top.
-    for (std::size_t i = kRecentCount - 1; i > 0; --i) list[i] = list[i - 1];
+    for (std::size_t i = kRecentCount - 1; i > 0; --i)
+        list[i] = list[i - 1];
     SetFieldText(list[0], path);
 }
 

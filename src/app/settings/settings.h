@@ -28,8 +28,12 @@ namespace ostrivex {
 using bool16 = std::int16_t;
 inline constexpr bool16 kTrue16 = -1;
 inline constexpr bool16 kFalse16 = 0;
-inline constexpr bool16 Bool16(bool b) { return b ? kTrue16 : kFalse16; }
-inline constexpr bool IsTrue(bool16 v) { return v != 0; }
+inline constexpr bool16 Bool16(bool b) {
+    return b ? kTrue16 : kFalse16;
+}
+inline constexpr bool IsTrue(bool16 v) {
+    return v != 0;
+}
 
 template <std::size_t N> using FixedText = std::array<char, N>;
 
@@ -37,16 +41,20 @@ template <std::size_t N> using FixedText = std::array<char, N>;
 // as "".
 template <std::size_t N> std::string FieldText(const FixedText<N>& f) {
     std::size_t n = 0;
-    while (n < N && f[n] != '\0') ++n;
-    while (n > 0 && f[n - 1] == ' ') --n;
+    while (n < N && f[n] != '\0')
+        ++n;
+    while (n > 0 && f[n - 1] == ' ')
+        --n;
     return std::string(f.data(), n);
 }
 
 // Left-aligned, blank-padded; text longer than the field is cut at the field's width.
 template <std::size_t N> void SetFieldText(FixedText<N>& f, std::string_view text) {
     std::size_t n = text.size() < N ? text.size() : N;
-    for (std::size_t i = 0; i < n; ++i) f[i] = text[i];
-    for (std::size_t i = n; i < N; ++i) f[i] = ' ';
+    for (std::size_t i = 0; i < n; ++i)
+        f[i] = text[i];
+    for (std::size_t i = n; i < N; ++i)
+        f[i] = ' ';
 }
 
 // Window geometry is stored in twips as i16.
@@ -55,7 +63,9 @@ inline constexpr std::int16_t PixelsToTwips(int pixels) {
     long t = static_cast<long>(pixels) * TwipsPerPixel;
     return static_cast<std::int16_t>(t > 32767 ? 32767 : (t < -32768 ? -32768 : t));
 }
-inline constexpr int TwipsToPixels(int twips) { return twips / TwipsPerPixel; }
+inline constexpr int TwipsToPixels(int twips) {
+    return twips / TwipsPerPixel;
+}
 
 inline constexpr std::size_t kRecentCount = 8;
 inline constexpr std::size_t kSettingsFileSize = 3967;
@@ -187,9 +197,9 @@ struct SettingsRecord {
     std::int16_t BrowserBoxHeight = 0;
     bool16 BrowserBoxMinimized = 0;
     // Browser Box options.
-    std::int16_t ThumbWidth = 0;        // pixels
-    std::int16_t ThumbHeight = 0;       // pixels
-    std::int16_t ThumbQuality = 0;      // 0 "Normal", 1 "Resample"
+    std::int16_t ThumbWidth = 0;   // pixels
+    std::int16_t ThumbHeight = 0;  // pixels
+    std::int16_t ThumbQuality = 0; // 0 "Normal", 1 "Resample"
     std::int16_t BrowserView = 0;
     std::uint8_t ThumbShowResolution = 0; // byte flag, 1 = shown
     std::uint8_t ThumbShowFilename = 0;   // byte flag, 1 = shown

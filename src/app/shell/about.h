@@ -10,7 +10,7 @@ namespace ostrivex {
 
 class fAbout : public QDialog {
     Q_OBJECT
-public:
+  public:
     explicit fAbout(QWidget* parent = nullptr);
 
     QLabel* lblTitle = nullptr;

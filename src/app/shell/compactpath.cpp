@@ -25,13 +25,14 @@ QString CompactPath(const QString& pathIn, int width,
         while (!head.isEmpty()) {
             const qsizetype cut = head.lastIndexOf(u'/');
             head.truncate(cut < 0 ? 0 : cut);
-            const QString candidate = head + QStringLiteral("/") + kDots + QStringLiteral("/") + name;
+            const QString candidate =
+                head + QStringLiteral("/") + kDots + QStringLiteral("/") + name;
             if (measure(candidate) <= width) return candidate;
         }
     }
     // The name alone is too wide: cut it at its end.
-    const QString lead = slash > 0 ? QStringLiteral("/") + kDots + QStringLiteral("/")
-                                   : path.left(slash + 1);
+    const QString lead =
+        slash > 0 ? QStringLiteral("/") + kDots + QStringLiteral("/") : path.left(slash + 1);
     QString cutName = name;
     while (!cutName.isEmpty()) {
         cutName.chop(1);

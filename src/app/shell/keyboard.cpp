@@ -8,6 +8,7 @@
 
 namespace ostrivex {
 
+// clang-format off
 const char* const fKeyboard::kText =
     "FILE\n"
     "  New                          Ctrl + N\n"
@@ -83,6 +84,7 @@ const char* const fKeyboard::kText =
     "  Help                         F1\n"
     "  Online materials             Ctrl + F\n"
     "  Reset settings               F11\n";
+// clang-format on
 
 fKeyboard::fKeyboard(QWidget* parent) : QDialog(parent) {
     setObjectName(QStringLiteral("fKeyboard"));

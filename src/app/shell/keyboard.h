@@ -13,7 +13,7 @@ namespace ostrivex {
 // counts, and the text stays as it is.
 class fKeyboard : public QDialog {
     Q_OBJECT
-public:
+  public:
     explicit fKeyboard(QWidget* parent = nullptr);
 
     static const char* const kText;

@@ -26,8 +26,12 @@ namespace ostrivex {
 
 namespace {
 
-QColor fromBgr(int c) { return QColor(c & 0xFF, (c >> 8) & 0xFF, (c >> 16) & 0xFF); }
-int toBgr(const QColor& q) { return q.red() | (q.green() << 8) | (q.blue() << 16); }
+QColor fromBgr(int c) {
+    return QColor(c & 0xFF, (c >> 8) & 0xFF, (c >> 16) & 0xFF);
+}
+int toBgr(const QColor& q) {
+    return q.red() | (q.green() << 8) | (q.blue() << 16);
+}
 
 // A classic up-down control: a short vertical scroll bar whose upper arrow counts up.
 QScrollBar* makeUpDown(QWidget* parent, int min, int max) {
@@ -161,8 +165,12 @@ fOptions::fOptions(QWidget* parent) : QDialog(parent) {
     redrawSample();
 }
 
-int fOptions::thumbWidth() const { return WWS->value(); }
-int fOptions::thumbHeight() const { return HHS->value(); }
+int fOptions::thumbWidth() const {
+    return WWS->value();
+}
+int fOptions::thumbHeight() const {
+    return HHS->value();
+}
 
 void fOptions::setWorkspaceColor(int bgr) {
     workspaceColor_ = bgr & 0xFFFFFF;
@@ -198,7 +206,8 @@ QPixmap fOptions::samplePicture(int width, int height, bool resample) {
         p.drawEllipse(QRect(120, 160, 320, 180));
         return img;
     }();
-    const Qt::TransformationMode mode = resample ? Qt::SmoothTransformation : Qt::FastTransformation;
+    const Qt::TransformationMode mode =
+        resample ? Qt::SmoothTransformation : Qt::FastTransformation;
     return QPixmap::fromImage(source.scaled(width, height, Qt::KeepAspectRatio, mode));
 }
 

@@ -23,7 +23,7 @@ namespace ostrivex {
 // changes nothing.
 class fOptions : public QDialog {
     Q_OBJECT
-public:
+  public:
     explicit fOptions(QWidget* parent = nullptr);
 
     // Range of the thumbnail sides in pixels. A typed value outside it is taken at the
@@ -33,15 +33,15 @@ public:
 
     QLineEdit* txtThumbnailWidth = nullptr;
     QLineEdit* txtThumbnailHeight = nullptr;
-    QScrollBar* WWS = nullptr; // up-down control of the width
-    QScrollBar* HHS = nullptr; // up-down control of the height
+    QScrollBar* WWS = nullptr;                   // up-down control of the width
+    QScrollBar* HHS = nullptr;                   // up-down control of the height
     QButtonGroup* optThumbnailQuality = nullptr; // id 0 "Normal", 1 "Resample"
     QRadioButton* optNormal = nullptr;
     QRadioButton* optResample = nullptr;
     QCheckBox* chkThumbnailShowResolution = nullptr;
     QCheckBox* chkThumbnailShowFilename = nullptr;
     QToolButton* pThumbnailWorkspaceBackground = nullptr; // colour swatch; a click picks
-    QFrame* picWorkspace = nullptr;                        // background of the sample
+    QFrame* picWorkspace = nullptr;                       // background of the sample
     QLabel* picThumb = nullptr;
     QLabel* picSize = nullptr;
     QPushButton* cmdOK = nullptr;
@@ -55,10 +55,10 @@ public:
     // The picture the sample shows, at the given size and quality.
     static QPixmap samplePicture(int width, int height, bool resample);
 
-signals:
+  signals:
     void applied();
 
-private:
+  private:
     void onOK();
     void redrawSample();
     void pickColour();

@@ -15,7 +15,7 @@ namespace ostrivex {
 // to skip the splash means. `finished` is emitted once in either case.
 class fSplash : public QWidget {
     Q_OBJECT
-public:
+  public:
     explicit fSplash(QWidget* parent = nullptr);
 
     QTimer tSplash;
@@ -24,15 +24,15 @@ public:
     // The picture shown: drawn here, so the program ships no image for it.
     static QPixmap picture();
 
-signals:
+  signals:
     void finished();
 
-protected:
+  protected:
     void showEvent(QShowEvent* e) override;
     void mousePressEvent(QMouseEvent* e) override;
     void paintEvent(QPaintEvent* e) override;
 
-private:
+  private:
     void fire();
     bool fired_ = false;
     QPixmap picture_;

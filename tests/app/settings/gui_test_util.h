@@ -45,8 +45,10 @@ inline std::shared_ptr<SeenBox> answerNextMessageBox(QMessageBox::StandardButton
             seen->text = box->text();
             seen->icon = box->icon();
             seen->buttons = box->standardButtons();
-            if (QAbstractButton* b = box->button(answer)) b->click();
-            else box->reject();
+            if (QAbstractButton* b = box->button(answer))
+                b->click();
+            else
+                box->reject();
             timer->stop();
             timer->deleteLater();
             return;

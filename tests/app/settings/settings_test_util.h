@@ -17,7 +17,7 @@
 namespace ostrivex::test {
 
 class FreshHome : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         std::string tmpl = (std::filesystem::temp_directory_path() / "ostrivex-test-XXXXXX");
         std::vector<char> buf(tmpl.begin(), tmpl.end());

@@ -10,7 +10,9 @@ namespace ostrivex::test {
 namespace {
 
 // One unit per character, so that widths read as character counts.
-int chars(const QString& s) { return int(s.size()); }
+int chars(const QString& s) {
+    return int(s.size());
+}
 
 QString compact(const char* path, int width) {
     return CompactPath(QString::fromUtf8(path), width, chars);
@@ -31,7 +33,7 @@ TEST(CompactPath, TakesFoldersAwayFromTheEndOfTheFolderPart) {
 
 TEST(CompactPath, CutsTheNameWhenNothingElseIsLeft) {
     const char* p = "/home/ann/pictures/2024/holiday/beach.png";
-    EXPECT_EQ(compact(p, 13), "/.../beach...");   // 5 + 5 + 3
+    EXPECT_EQ(compact(p, 13), "/.../beach..."); // 5 + 5 + 3
     EXPECT_EQ(compact(p, 9), "/.../b...");
     EXPECT_EQ(compact(p, 8), "/.../...");
     EXPECT_EQ(compact(p, 7), "...");
@@ -54,7 +56,8 @@ TEST(CompactPath, MenuFontPixels) {
     EXPECT_EQ(CompactPath(shortPath, 400), shortPath);
 
     QString longPath;
-    for (int i = 0; i < 40; ++i) longPath += QStringLiteral("/folder%1").arg(i);
+    for (int i = 0; i < 40; ++i)
+        longPath += QStringLiteral("/folder%1").arg(i);
     longPath += QStringLiteral("/picture.png");
     const QString got = CompactPath(longPath, 400);
     EXPECT_LE(fm.horizontalAdvance(got), 400);

@@ -1,6 +1,8 @@
 // The settings file on disk: loading, saving, the recent-file list, the program's folder.
 #include "settings_test_util.h"
 
+#include "app/settings/appfolder.h"
+
 #include <filesystem>
 #include <string>
 #include <vector>
@@ -24,6 +26,40 @@ TEST_F(SettingsFile, FolderAndFileName) {
     ::setenv("OSTRIVEX_HOME", (home_ + "/sub//").c_str(), 1);
     EXPECT_EQ(AppFolder(), home_ + "/sub"); // no trailing slash, and the folder is made
     EXPECT_TRUE(fs::is_directory(home_ + "/sub"));
+}
+
+TEST_F(SettingsFile, FolderChoiceAndSeeding) {
+    AppFolderInputs in;
+    in.exeDir = home_ + "/bin/";
+    in.exeDirWritable = true;
+    in.xdgDataHome = home_ + "/data";
+    in.userHome = home_ + "/user";
+    in.home = home_ + "/chosen/";
+    EXPECT_EQ(ChooseAppFolder(in), home_ + "/chosen");
+    in.home.clear();
+    EXPECT_EQ(ChooseAppFolder(in), home_ + "/bin"); // a writable program folder
+
+    // A program that cannot write beside itself uses the user's data folder, seeded from the
+    // first resource folder that exists; what the user has is never replaced.
+    const std::string shipped = home_ + "/share/ostrivex";
+    fs::create_directories(shipped + "/Help");
+    fs::create_directories(shipped + "/Stamps");
+    writeFile(shipped + "/Help/default.htm", {'n', 'e', 'w'});
+    writeFile(shipped + "/Stamps/Star.bmp", {'B', 'M'});
+    fs::create_directories(home_ + "/data/ostrivex/Help");
+    writeFile(home_ + "/data/ostrivex/Help/default.htm", {'o', 'l', 'd'});
+    in.exeDirWritable = false;
+    in.seedSources = {home_ + "/nowhere", shipped};
+    EXPECT_EQ(ChooseAppFolder(in), home_ + "/data/ostrivex");
+    EXPECT_EQ(readFile(home_ + "/data/ostrivex/Help/default.htm"),
+              (std::vector<std::uint8_t>{'o', 'l', 'd'}));
+    EXPECT_EQ(readFile(home_ + "/data/ostrivex/Stamps/Star.bmp"),
+              (std::vector<std::uint8_t>{'B', 'M'}));
+
+    // No usable $XDG_DATA_HOME: the folder goes under $HOME/.local/share.
+    in.xdgDataHome = "relative/path";
+    EXPECT_EQ(ChooseAppFolder(in), home_ + "/user/.local/share/ostrivex");
+    EXPECT_TRUE(fs::exists(home_ + "/user/.local/share/ostrivex/Stamps/Star.bmp"));
 }
 
 TEST_F(SettingsFile, MissingFileGivesDefaultsAndAnEmptyFile) {
@@ -75,7 +111,9 @@ TEST_F(SettingsFile, ShortFileFillsOnlyLeadingFields) {
 
     // A file that ends inside a text field fills that field's leading bytes only.
     std::vector<std::uint8_t> cut(8 + 3, 0);
-    cut[8] = 'a'; cut[9] = 'b'; cut[10] = ' ';
+    cut[8] = 'a';
+    cut[9] = 'b';
+    cut[10] = ' ';
     writeFile(SettingsFileName(), cut);
     Settings = SettingsRecord{};
     ASSERT_TRUE(LoadSettings());
@@ -127,7 +165,7 @@ TEST_F(SettingsFile, SaveThenLoadGivesTheSameBytes) {
     EXPECT_EQ(onDisk, SettingsBytes(Settings));
     EXPECT_EQ(onDisk[2598], 0x56); // ColorPrimary, low byte first
     EXPECT_EQ(onDisk[2601], 0x00);
-    EXPECT_EQ(onDisk[3414], 0);    // ThumbShowFilename
+    EXPECT_EQ(onDisk[3414], 0); // ThumbShowFilename
 
     const std::vector<std::uint8_t> before = SettingsBytes(Settings);
     Settings = SettingsRecord{};
@@ -138,7 +176,8 @@ TEST_F(SettingsFile, SaveThenLoadGivesTheSameBytes) {
 
 std::vector<std::string> recentList() {
     std::vector<std::string> out;
-    for (const auto& e : Settings.RecentFiles) out.push_back(FieldText(e));
+    for (const auto& e : Settings.RecentFiles)
+        out.push_back(FieldText(e));
     return out;
 }
 
@@ -157,7 +196,8 @@ TEST_F(SettingsFile, RecentFilesFromNeverWrittenEntries) {
 }
 
 TEST_F(SettingsFile, RecentFilesFillBlankEntriesFirst) {
-    for (auto& e : Settings.RecentFiles) SetFieldText(e, "");
+    for (auto& e : Settings.RecentFiles)
+        SetFieldText(e, "");
     AddRecentFile("/a");
     AddRecentFile("/b");
     // The first free slot is taken, so the newer file goes below the older one.
@@ -177,7 +217,8 @@ TEST_F(SettingsFile, RecentFilesFillBlankEntriesFirst) {
 
 TEST_F(SettingsFile, RecentFilesFullListDropsTheLast) {
     const char* names[] = {"/1", "/2", "/3", "/4", "/5", "/6", "/7", "/8"};
-    for (int i = 0; i < 8; ++i) SetFieldText(Settings.RecentFiles[i], names[i]);
+    for (int i = 0; i < 8; ++i)
+        SetFieldText(Settings.RecentFiles[i], names[i]);
     AddRecentFile("/5"); // listed: no change
     EXPECT_EQ(recentList(),
               (std::vector<std::string>{"/1", "/2", "/3", "/4", "/5", "/6", "/7", "/8"}));

@@ -16,10 +16,12 @@ struct Image {
         b[at + 1] = std::uint8_t((v >> 8) & 0xFF);
     }
     void i32(std::size_t at, long v) {
-        for (int i = 0; i < 4; ++i) b[at + i] = std::uint8_t((v >> (8 * i)) & 0xFF);
+        for (int i = 0; i < 4; ++i)
+            b[at + i] = std::uint8_t((v >> (8 * i)) & 0xFF);
     }
     void text(std::size_t at, std::size_t width, const std::string& s) {
-        for (std::size_t i = 0; i < width; ++i) b[at + i] = i < s.size() ? s[i] : ' ';
+        for (std::size_t i = 0; i < width; ++i)
+            b[at + i] = i < s.size() ? s[i] : ' ';
     }
 };
 
@@ -36,7 +38,8 @@ void expectOnly(const SettingsRecord& s, std::size_t at, std::vector<std::uint8_
     const std::vector<std::uint8_t> bytes = SettingsBytes(s);
     ASSERT_EQ(bytes.size(), 3967u) << what;
     std::vector<std::uint8_t> want(3967, 0);
-    for (std::size_t i = 0; i < expect.size(); ++i) want[at + i] = expect[i];
+    for (std::size_t i = 0; i < expect.size(); ++i)
+        want[at + i] = expect[i];
     EXPECT_EQ(firstDifference(bytes, want), std::size_t(-1)) << what << " at offset " << at;
 }
 
@@ -62,26 +65,33 @@ TEST(SettingsRecordLayout, SizeAndFieldOffsets) {
         {[](SettingsRecord& s) { s.ColorBoxVisible = 1; }, 2576, {1, 0}, "ColorBoxVisible"},
         {[](SettingsRecord& s) { s.LayerBoxVisible = 1; }, 2588, {1, 0}, "LayerBoxVisible"},
         {[](SettingsRecord& s) { s.ResetPending = 1; }, 2592, {1, 0}, "ResetPending"},
-        {[](SettingsRecord& s) { s.ColorReserved = 0x01020304; }, 2594, {4, 3, 2, 1},
+        {[](SettingsRecord& s) { s.ColorReserved = 0x01020304; },
+         2594,
+         {4, 3, 2, 1},
          "ColorReserved"},
-        {[](SettingsRecord& s) { s.ColorPrimary = 0x00AABBCC; }, 2598, {0xCC, 0xBB, 0xAA, 0},
+        {[](SettingsRecord& s) { s.ColorPrimary = 0x00AABBCC; },
+         2598,
+         {0xCC, 0xBB, 0xAA, 0},
          "ColorPrimary"},
-        {[](SettingsRecord& s) { s.CustomColors[15] = 9; }, 2666, {9, 0, 0, 0},
-         "CustomColors(15)"},
+        {[](SettingsRecord& s) { s.CustomColors[15] = 9; }, 2666, {9, 0, 0, 0}, "CustomColors(15)"},
         {[](SettingsRecord& s) { s.ColorFlag = 3; }, 2670, {3, 0}, "ColorFlag"},
         {[](SettingsRecord& s) { s.ActiveTool[0] = 'k'; }, 2674, {'k'}, "ActiveTool"},
         {[](SettingsRecord& s) { s.ActiveTool[24] = 'e'; }, 2698, {'e'}, "ActiveTool end"},
         {[](SettingsRecord& s) { s.SelectMode = 5; }, 2699, {5, 0}, "SelectMode"},
         {[](SettingsRecord& s) { s.ShapeSides = 6; }, 2733, {6, 0}, "ShapeSides"},
-        {[](SettingsRecord& s) { s.StampMaskColor = 0x0A0B0C0D; }, 2735,
-         {0x0D, 0x0C, 0x0B, 0x0A}, "StampMaskColor"},
+        {[](SettingsRecord& s) { s.StampMaskColor = 0x0A0B0C0D; },
+         2735,
+         {0x0D, 0x0C, 0x0B, 0x0A},
+         "StampMaskColor"},
         {[](SettingsRecord& s) { s.StampPressure = 8; }, 2745, {8, 0}, "StampPressure"},
         {[](SettingsRecord& s) { s.TextVersion[0] = '1'; }, 2747, {'1'}, "TextVersion"},
         {[](SettingsRecord& s) { s.TextFont[0] = 'F'; }, 3003, {'F'}, "TextFont"},
         {[](SettingsRecord& s) { s.TextSize = 20; }, 3259, {20, 0}, "TextSize"},
         {[](SettingsRecord& s) { s.TextReserved4 = 4; }, 3277, {4, 0}, "TextReserved4"},
         {[](SettingsRecord& s) { s.GradientMode = 2; }, 3279, {2, 0, 0, 0}, "GradientMode"},
-        {[](SettingsRecord& s) { s.GradientTransparent = -1; }, 3291, {0xFF, 0xFF},
+        {[](SettingsRecord& s) { s.GradientTransparent = -1; },
+         3291,
+         {0xFF, 0xFF},
          "GradientTransparent"},
         {[](SettingsRecord& s) { s.GradientPressure = 50; }, 3295, {50, 0}, "GradientPressure"},
         {[](SettingsRecord& s) { s.GradientFrequency = 1; }, 3297, {1, 0}, "GradientFrequency"},
@@ -93,19 +103,19 @@ TEST(SettingsRecordLayout, SizeAndFieldOffsets) {
         {[](SettingsRecord& s) { s.KeptE = 90; }, 3341, {90, 0}, "group 15, first"},
         {[](SettingsRecord& s) { s.KeptText2[8] = '5'; }, 3362, {'5'}, "group 15, text end"},
         {[](SettingsRecord& s) { s.HistoryBoxLeft = 1; }, 3363, {1, 0}, "HistoryBoxLeft"},
-        {[](SettingsRecord& s) { s.HistoryBoxMinimized = 1; }, 3371, {1, 0},
-         "HistoryBoxMinimized"},
+        {[](SettingsRecord& s) { s.HistoryBoxMinimized = 1; }, 3371, {1, 0}, "HistoryBoxMinimized"},
         {[](SettingsRecord& s) { s.TexturesBoxLeft = 1; }, 3373, {1, 0}, "TexturesBoxLeft"},
         {[](SettingsRecord& s) { s.ColorBoxLeft = 1; }, 3379, {1, 0}, "ColorBoxLeft"},
         {[](SettingsRecord& s) { s.PanoramicBoxLeft = 1; }, 3385, {1, 0}, "PanoramicBoxLeft"},
         {[](SettingsRecord& s) { s.BrowserBoxLeft = 1; }, 3395, {1, 0}, "BrowserBoxLeft"},
         {[](SettingsRecord& s) { s.ThumbWidth = 70; }, 3405, {70, 0}, "ThumbWidth"},
         {[](SettingsRecord& s) { s.BrowserView = 4; }, 3411, {4, 0}, "BrowserView"},
-        {[](SettingsRecord& s) { s.ThumbShowResolution = 1; }, 3413, {1},
-         "ThumbShowResolution"},
+        {[](SettingsRecord& s) { s.ThumbShowResolution = 1; }, 3413, {1}, "ThumbShowResolution"},
         {[](SettingsRecord& s) { s.ThumbShowFilename = 1; }, 3414, {1}, "ThumbShowFilename"},
-        {[](SettingsRecord& s) { s.ThumbWorkspaceColor = 0x123456; }, 3415,
-         {0x56, 0x34, 0x12, 0}, "ThumbWorkspaceColor"},
+        {[](SettingsRecord& s) { s.ThumbWorkspaceColor = 0x123456; },
+         3415,
+         {0x56, 0x34, 0x12, 0},
+         "ThumbWorkspaceColor"},
         {[](SettingsRecord& s) { s.BrowserFolder[0] = '/'; }, 3419, {'/'}, "BrowserFolder"},
         {[](SettingsRecord& s) { s.OptimizeBoxLeft = 1; }, 3675, {1, 0}, "OptimizeBoxLeft"},
         {[](SettingsRecord& s) { s.LayerBoxLeft = 1; }, 3681, {1, 0}, "LayerBoxLeft"},
@@ -143,17 +153,20 @@ TEST(SettingsRecordLayout, DefaultBytes) {
     w.i16(526, 1);
     // Recent files and the active tool are not defaulted: what was there stays.
     w.text(528 + 2 * 256, 256, "/keep/me.png");
-    for (int i = 0; i < 7; ++i) w.i16(2576 + 2 * i, -1); // seven boxes visible
+    for (int i = 0; i < 7; ++i)
+        w.i16(2576 + 2 * i, -1); // seven boxes visible
     w.i16(2590, 0);
     w.i16(2592, 0);
     w.i32(2594, 0);
     w.i32(2598, 0xFFFFFF);
     w.i32(2602, 0);
-    for (int i = 0; i < 16; ++i) w.i32(2606 + 4 * i, 17 * i * 0x010101L);
+    for (int i = 0; i < 16; ++i)
+        w.i32(2606 + 4 * i, 17 * i * 0x010101L);
     w.i16(2670, -1);
     w.text(2674, 25, "Brush");
     const int tools[] = {2, 0, 50, -1, 0, 25, 25, -1, 75, 25, 100, 1, 0, 25, 100, 0, 100, 3};
-    for (int i = 0; i < 18; ++i) w.i16(2699 + 2 * i, tools[i]);
+    for (int i = 0; i < 18; ++i)
+        w.i16(2699 + 2 * i, tools[i]);
     w.i32(2735, 0);
     w.i16(2739, 0);
     w.i16(2741, -1);
@@ -162,14 +175,16 @@ TEST(SettingsRecordLayout, DefaultBytes) {
     w.text(2747, 256, "1.0");
     w.text(3003, 256, "Arial");
     const int text[] = {20, -1, -1, 0, 2, 100, 0, 0, 0, 0};
-    for (int i = 0; i < 10; ++i) w.i16(3259 + 2 * i, text[i]);
+    for (int i = 0; i < 10; ++i)
+        w.i16(3259 + 2 * i, text[i]);
     w.i32(3279, 0);
     w.i32(3283, 0xFFFFFF);
     w.i32(3287, 0);
     w.i16(3291, 0);
     w.i16(3295, 50);
     w.i16(3297, 1);
-    for (int i = 0; i < 8; ++i) w.i16(3299 + 2 * i, -1);
+    for (int i = 0; i < 8; ++i)
+        w.i16(3299 + 2 * i, -1);
     w.i16(3323, 10);
     w.i16(3325, 80);
     w.i16(3327, 0);
@@ -182,20 +197,30 @@ TEST(SettingsRecordLayout, DefaultBytes) {
     w.text(3345, 9, "255255255");
     w.text(3354, 9, "255255255");
     const int history[] = {3600, 4650, 3950, 3180, 0};
-    for (int i = 0; i < 5; ++i) w.i16(3363 + 2 * i, history[i]);
-    w.i16(3373, 420); w.i16(3375, 8640); w.i16(3377, 0);
-    w.i16(3379, 420); w.i16(3381, 1110); w.i16(3383, 0);
+    for (int i = 0; i < 5; ++i)
+        w.i16(3363 + 2 * i, history[i]);
+    w.i16(3373, 420);
+    w.i16(3375, 8640);
+    w.i16(3377, 0);
+    w.i16(3379, 420);
+    w.i16(3381, 1110);
+    w.i16(3383, 0);
     const int pan[] = {420, 6045, 2600, 3180, 0};
-    for (int i = 0; i < 5; ++i) w.i16(3385 + 2 * i, pan[i]);
+    for (int i = 0; i < 5; ++i)
+        w.i16(3385 + 2 * i, pan[i]);
     const int browser[] = {6780, 1100, 4800, 7000, 0, 70, 60, 0, 4};
-    for (int i = 0; i < 9; ++i) w.i16(3395 + 2 * i, browser[i]);
+    for (int i = 0; i < 9; ++i)
+        w.i16(3395 + 2 * i, browser[i]);
     w.b[3413] = 1;
     w.b[3414] = 1;
     w.i32(3415, 0xFFFFFF);
     w.text(3419, 256, images);
-    w.i16(3675, 420); w.i16(3677, 3615); w.i16(3679, 0);
+    w.i16(3675, 420);
+    w.i16(3677, 3615);
+    w.i16(3679, 0);
     const int layer[] = {3600, 1110, 3540, 3180, 0, 3600, 8610, 0};
-    for (int i = 0; i < 8; ++i) w.i16(3681 + 2 * i, layer[i]);
+    for (int i = 0; i < 8; ++i)
+        w.i16(3681 + 2 * i, layer[i]);
     w.i32(3697, 600);
     w.i32(3701, 450);
     w.text(3705, 256, images);

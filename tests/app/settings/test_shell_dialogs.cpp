@@ -35,11 +35,11 @@ using ShellDialogs = FreshHome;
 // Stands in for the main window: its close runs the part of the unload sequence that
 // matters here, saving the settings.
 class UnloadingWindow : public QWidget {
-public:
+  public:
     int closes = 0;
     bool fileExistedAtClose = true;
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* e) override {
         ++closes;
         fileExistedAtClose = FileExists(SettingsFileName());
@@ -98,9 +98,9 @@ TEST_F(ShellDialogs, ResetSettingsAsksAndTheUnloadWritesTheFileBack) {
 
 class UrlCatcher : public QObject {
     Q_OBJECT
-public:
+  public:
     QList<QUrl> urls;
-public slots:
+  public slots:
     void open(const QUrl& u) { urls.push_back(u); }
 };
 
@@ -178,8 +178,8 @@ TEST_F(ShellDialogs, OptionsOpenWithTheStoredValuesAndOKWritesThem) {
     const std::vector<std::uint8_t> file = readFile(SettingsFileName());
     ASSERT_EQ(file.size(), 3967u);
     const std::vector<std::uint8_t> thumbs(file.begin() + 3405, file.begin() + 3419);
-    EXPECT_EQ(thumbs, (std::vector<std::uint8_t>{120, 0, 100, 0, 1, 0, 4, 0, 1, 0, 0x99, 0x66,
-                                                 0x33, 0}));
+    EXPECT_EQ(thumbs,
+              (std::vector<std::uint8_t>{120, 0, 100, 0, 1, 0, 4, 0, 1, 0, 0x99, 0x66, 0x33, 0}));
 }
 
 TEST_F(ShellDialogs, OptionsCancelChangesNothing) {

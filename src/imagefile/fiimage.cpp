@@ -1,6 +1,8 @@
 // FreeImage glue: library sessions and bitmap <-> Bits copies.
 #include "imagefile/fiimage.h"
 
+#include <tiffio.h>
+
 #include <cstring>
 #include <new>
 
@@ -13,6 +15,10 @@ void quietOutput(FREE_IMAGE_FORMAT, const char*) {}
 FreeImageSession::FreeImageSession() {
     FreeImage_Initialise(FALSE);
     FreeImage_SetOutputMessage(quietOutput);
+    // libtiff prints warnings and "unknown tag" notes of its own on stderr; FreeImage
+    // installs handlers as it initialises, so they are silenced afterwards.
+    TIFFSetWarningHandler(nullptr);
+    TIFFSetErrorHandler(nullptr);
 }
 
 FreeImageSession::~FreeImageSession() { FreeImage_DeInitialise(); }

@@ -58,6 +58,23 @@ bool imageToBits(const QImage& source, Bits& out) {
     return true;
 }
 
+// The bits per pixel that a gif or bmp file states in its header (0 if unreadable): for
+// a gif the size of its global colour table, for a bmp the header's bit count.
+int headerDepth(const std::string& path, bool gif) {
+    QFile file(QString::fromStdString(path));
+    if (!file.open(QIODevice::ReadOnly)) return 0;
+    const QByteArray h = file.read(32);
+    auto u8 = [&h](int at) { return at < h.size() ? int(uint8_t(h[at])) : 0; };
+    if (gif) {
+        if (h.size() < 11 || !h.startsWith("GIF")) return 0;
+        return (u8(10) & 0x80) ? (u8(10) & 7) + 1 : 8;
+    }
+    if (h.size() < 30 || !h.startsWith("BM")) return 0;
+    const int headerSize = u8(14) | u8(15) << 8;
+    const int at = headerSize == 12 ? 24 : 28; // the old core header keeps it earlier
+    return u8(at) | u8(at + 1) << 8;
+}
+
 ImageFileResult loadRaster(const std::string& path, const char* format) {
     // The format is forced by the extension: a png named .gif is refused, as the
     // platform loader refuses it.
@@ -69,13 +86,8 @@ ImageFileResult loadRaster(const std::string& path, const char* format) {
         return loadFailed();
     QImage img;
     if (!reader.read(&img)) return loadFailed();
-    int bpp = img.depth();
-    if (img.format() == QImage::Format_Indexed8) {
-        // A palette image: the depth that its colour count needs, as the file stores it.
-        bpp = img.colorCount() <= 2 ? 1 : img.colorCount() <= 16 ? 4 : 8;
-    } else if (img.format() == QImage::Format_RGB32) {
-        bpp = 24;
-    }
+    int bpp = headerDepth(path, std::string(format) == "gif");
+    if (bpp <= 0) bpp = img.depth() == 32 ? 24 : img.depth();
     Bits pixels;
     if (!imageToBits(img, pixels) || !StoreLoadState(std::move(pixels), bpp)) return loadFailed();
     return {true, {}};

@@ -1,0 +1,187 @@
+// Tone filters on small hand-made images; every expected byte is worked out from the
+// filter's formula by hand.
+#include "pixel/bitfilter.h"
+#include "pixel/region.h"
+#include "pixel_test_util.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace ostrivex;
+using namespace ostrivex::test;
+
+namespace {
+// Runs op on src with a region of the whole image (or the given region).
+Bits run(const Bits& src, const std::function<Bits(cBitFilter&)>& op,
+         const Region* region = nullptr) {
+    cBitFilter f;
+    f.SetBits(src);
+    const Region whole = Region::rect(0, 0, src.width(), src.height());
+    f.BitsRegion(region ? region : &whole);
+    return op(f);
+}
+} // namespace
+
+TEST(Tone, BrightnessAndShiftRgbClampPerChannel) {
+    const Bits src = makeBits(2, 1, {{0, 100, 250, 7}, {30, 100, 255, 9}});
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{50, 150, 255, 7}, {80, 150, 255, 9}}),
+                         run(src, [](cBitFilter& f) { return f.BRIGHTNESS(50); })));
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{0, 0, 150, 7}, {0, 0, 155, 9}}),
+                         run(src, [](cBitFilter& f) { return f.BRIGHTNESS(-100); })));
+    // The second pixel of 13 is odd so the vector and the tail paths are both checked.
+    const Bits wide = patternBits(13, 1, 3);
+    const Bits shifted = run(wide, [](cBitFilter& f) { return f.ShiftRGB(10, -20, 255); });
+    for (int x = 0; x < 13; ++x) {
+        EXPECT_EQ(shifted(0, x, 0), 255) << x; // blue + 255 always clamps
+        EXPECT_EQ(shifted(1, x, 0), std::max(0, wide(1, x, 0) - 20)) << x;
+        EXPECT_EQ(shifted(2, x, 0), std::min(255, wide(2, x, 0) + 10)) << x;
+        EXPECT_EQ(shifted(3, x, 0), wide(3, x, 0)) << x;
+    }
+    const Bits two = makeBits(2, 1, {{1, 15, 250, 1}, {0, 200, 100, 2}});
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{255, 0, 255, 1}, {255, 180, 110, 2}}),
+                         run(two, [](cBitFilter& f) { return f.ShiftRGB(10, -20, 255); })));
+}
+
+TEST(Tone, InvertGreyScaleAndThreshold) {
+    const Bits src = makeBits(3, 1, {{0, 128, 255, 9}, {100, 200, 50, 1}, {136, 0, 202, 2}});
+    EXPECT_TRUE(sameBits(makeBits(3, 1, {{255, 127, 0, 9}, {155, 55, 205, 1}, {119, 255, 53, 2}}),
+                         run(src, [](cBitFilter& f) { return f.Invert(); })));
+    // 0*0.071 + 128*0.707 + 255*0.222 = 147.106; 7.1 + 141.4 + 11.1 = 159.6;
+    // 136*0.071 + 202*0.222 = 54.5, a tie that goes to the even 54.
+    EXPECT_TRUE(sameBits(makeBits(3, 1, {{147, 147, 147, 9}, {160, 160, 160, 1}, {54, 54, 54, 2}}),
+                         run(src, [](cBitFilter& f) { return f.GreyScale(); })));
+    const Bits byGrey = makeBits(2, 1, {{0, 0, 250, 0}, {0, 0, 255, 0}});
+    // 250 * 0.222 = 55.5 -> 56 (even); 255 * 0.222 = 56.61 -> 57.
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{56, 56, 56, 0}, {57, 57, 57, 0}}),
+                         run(byGrey, [](cBitFilter& f) { return f.GreyScale(); })));
+
+    // Means 302 \ 3 = 100 (not above 100) and 303 \ 3 = 101.
+    const Bits t = makeBits(4, 1, {{100, 100, 102, 5}, {100, 100, 103, 6}, {0, 0, 2, 7}, {0, 0, 3, 8}});
+    EXPECT_TRUE(sameBits(makeBits(4, 1, {{0, 0, 0, 5}, {255, 255, 255, 6}, {0, 0, 0, 7}, {0, 0, 0, 8}}),
+                         run(t, [](cBitFilter& f) { return f.Threshold(100); })));
+    // Cut 0: a mean of 0 stays black, a mean of 1 turns white.
+    EXPECT_TRUE(sameBits(makeBits(4, 1, {{255, 255, 255, 5}, {255, 255, 255, 6}, {0, 0, 0, 7},
+                                         {255, 255, 255, 8}}),
+                         run(t, [](cBitFilter& f) { return f.Threshold(0); })));
+    // Cut 255: everything black, white included.
+    const Bits white = makeBits(1, 1, {{255, 255, 255, 3}});
+    EXPECT_TRUE(sameBits(makeBits(1, 1, {{0, 0, 0, 3}}),
+                         run(white, [](cBitFilter& f) { return f.Threshold(255); })));
+}
+
+TEST(Tone, SaturationMovesAwayFromTheTruncatedMean) {
+    const Bits src = makeBits(3, 1, {{100, 150, 200, 1}, {0, 10, 250, 2}, {11, 10, 12, 3}});
+    // f = 0.5. Pixel 1: a = 150: 100 - 25, 150, 200 + 25. Pixel 2: a = 260 \ 3 = 86:
+    // -43 and -28 clamp to 0, 250 + 82 clamps to 255. Pixel 3: a = 11: 9.5 -> 10 and
+    // 12.5 -> 12 (ties to even).
+    EXPECT_TRUE(sameBits(makeBits(3, 1, {{75, 150, 225, 1}, {0, 0, 255, 2}, {11, 10, 12, 3}}),
+                         run(src, [](cBitFilter& f) { return f.SATURATION(50); })));
+    // f = -1 gives the mean on every channel.
+    EXPECT_TRUE(sameBits(makeBits(3, 1, {{150, 150, 150, 1}, {86, 86, 86, 2}, {11, 11, 11, 3}}),
+                         run(src, [](cBitFilter& f) { return f.SATURATION(-100); })));
+}
+
+TEST(Tone, ReductionRoundsHalfToEven) {
+    const Bits src = makeBits(2, 1, {{1, 3, 255, 4}, {254, 5, 7, 6}});
+    // n = 2: 1 -> round(0.5) * 2 = 0, 3 -> round(1.5) * 2 = 4, 255 -> min(255, 256),
+    // 254 -> 254, 5 -> round(2.5) * 2 = 4, 7 -> round(3.5) * 2 = 8.
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{0, 4, 255, 4}, {254, 4, 8, 6}}),
+                         run(src, [](cBitFilter& f) { return f.Reduction(1); })));
+    EXPECT_TRUE(sameBits(src, run(src, [](cBitFilter& f) { return f.Reduction(0); })));
+    // n = 100: 149 -> 100, 150 -> round(1.5) = 2 -> 200, 250 -> round(2.5) = 2 -> 200,
+    // 251 -> 300 -> 255.
+    const Bits hundred = makeBits(2, 1, {{149, 150, 250, 0}, {251, 49, 50, 0}});
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{100, 200, 200, 0}, {255, 0, 0, 0}}),
+                         run(hundred, [](cBitFilter& f) { return f.Reduction(99); })));
+}
+
+TEST(Tone, GammaCorrection) {
+    const Bits src = makeBits(3, 1, {{0, 64, 100, 1}, {255, 128, 200, 2}, {16, 1, 254, 3}});
+    // gamma 100: g = 2, c = round(255 * sqrt(c / 255)): 64 -> 127.75, 100 -> 159.69,
+    // 128 -> 180.67, 200 -> 225.83, 16 -> 63.87, 1 -> 15.97, 254 -> 254.50 (254.4998).
+    EXPECT_TRUE(sameBits(makeBits(3, 1, {{0, 128, 160, 1}, {255, 181, 226, 2}, {64, 16, 254, 3}}),
+                         run(src, [](cBitFilter& f) { return f.GammaCorrection(100); })));
+    // gamma -50: g = 0.5, c = round(c^2 / 255): 64 -> 16.06, 100 -> 39.2, 128 -> 64.25,
+    // 200 -> 156.86, 16 -> 1.0, 1 -> 0.004, 254 -> 253.0.
+    EXPECT_TRUE(sameBits(makeBits(3, 1, {{0, 16, 39, 1}, {255, 64, 157, 2}, {1, 0, 253, 3}}),
+                         run(src, [](cBitFilter& f) { return f.GammaCorrection(-50); })));
+    EXPECT_TRUE(sameBits(src, run(src, [](cBitFilter& f) { return f.GammaCorrection(0); })));
+    EXPECT_TRUE(sameBits(makeBits(3, 1, {{0, 0, 0, 1}, {0, 0, 0, 2}, {0, 0, 0, 3}}),
+                         run(src, [](cBitFilter& f) { return f.GammaCorrection(-100); })));
+}
+
+TEST(Tone, ContrastSpreadsTheOverflowOverTheOtherChannels) {
+    // Means 100, 100, (0 + 0 + 255) \ 3 = 85, 115: image mean 400 \ 4 = 100. Level 100
+    // gives f = 2 and M[i] = 2 i - 100.
+    const Bits a = makeBits(2, 2, {{100, 100, 100, 1}, {100, 100, 100, 2}, {0, 0, 255, 3},
+                                   {115, 115, 115, 4}});
+    // (0, 0, 255) -> b = g = -100, r = 410. Round 1: b spills -50 into g and r
+    // (g -150, r 360); g spills -75 (b -75, r 285); r spills 15 (g 15, b -60). Round 2:
+    // b spills -30 (g -15, r 225); g spills -7 (b -7, r 218). Round 3: b spills -3
+    // (g -3, r 215); g spills -1 (b -1, r 214). Round 4: b spills -1 \ 2 = 0.
+    EXPECT_TRUE(sameBits(makeBits(2, 2, {{100, 100, 100, 1}, {100, 100, 100, 2}, {0, 0, 214, 3},
+                                         {130, 130, 130, 4}}),
+                         run(a, [](cBitFilter& f) { return f.Contrast(100); })));
+
+    // (10, 150, 200): T = 120, so the fourth pixel of mean 80 keeps the image mean at 100.
+    // b = -80, g = 200, r = 300: b spills -40 (g 160, r 260), then r spills 2 (g 162, b 2).
+    const Bits b = makeBits(2, 2, {{100, 100, 100, 0}, {100, 100, 100, 0}, {10, 150, 200, 0},
+                                   {80, 80, 80, 0}});
+    EXPECT_TRUE(sameBits(makeBits(2, 2, {{100, 100, 100, 0}, {100, 100, 100, 0}, {2, 162, 255, 0},
+                                         {60, 60, 60, 0}}),
+                         run(b, [](cBitFilter& f) { return f.Contrast(100); })));
+    // (60, 100, 200): T = 120; r = 300 spills (300 - 255) \ 2 = 22 into b (20) and g (100).
+    const Bits c = makeBits(2, 2, {{100, 100, 100, 0}, {100, 100, 100, 0}, {60, 100, 200, 0},
+                                   {80, 80, 80, 0}});
+    EXPECT_EQ(run(c, [](cBitFilter& f) { return f.Contrast(100); })(0, 0, 1), 42);
+    EXPECT_EQ(run(c, [](cBitFilter& f) { return f.Contrast(100); })(1, 0, 1), 122);
+
+    // All below zero or all above 255: black and white.
+    const Bits d = makeBits(2, 1, {{0, 0, 0, 0}, {200, 200, 200, 0}});
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{0, 0, 0, 0}, {255, 255, 255, 0}}),
+                         run(d, [](cBitFilter& f) { return f.Contrast(100); })));
+
+    // Level -100: f = 0, every channel takes the mean of the whole image, even when only
+    // one pixel is selected.
+    const Region one = Region::rect(1, 1, 2, 2);
+    Bits expected = a;
+    expected(0, 1, 1) = expected(1, 1, 1) = expected(2, 1, 1) = 100;
+    EXPECT_TRUE(sameBits(expected, run(a, [](cBitFilter& f) { return f.Contrast(-100); }, &one)));
+}
+
+TEST(Tone, EqualizeMovesTheMedianTo128) {
+    // Luminances 10, 50, 100 and round(210 * 0.113 + 190 * 0.586 + 200 * 0.301) = 195.
+    // half = 2; the running sum passes 2 at 100 with 3, and 1 \ 2 = 0 <= 1, so m = 99.
+    // high = 127 / 156, low = 127 / 98: 10 -> 12.96, 50 -> 64.80, 100 -> 128.81,
+    // 210 -> 218.37, 190 -> 202.08, 200 -> 210.22.
+    const Bits src = makeBits(2, 2, {{10, 10, 10, 1}, {50, 50, 50, 2}, {100, 100, 100, 3},
+                                     {210, 190, 200, 4}});
+    EXPECT_TRUE(sameBits(makeBits(2, 2, {{13, 13, 13, 1}, {65, 65, 65, 2}, {129, 129, 129, 3},
+                                         {218, 202, 210, 4}}),
+                         run(src, [](cBitFilter& f) { return f.Equalize(); })));
+    // 10, four times 100, three times 200: half = 4, the sum reaches 5 at 100, and
+    // 4 \ 2 = 2 > 5 - 4, so m = 100: low = 127 / 99, high = 127 / 155.
+    const Bits second = makeBits(4, 2, {{10, 10, 10, 0}, {100, 100, 100, 0}, {100, 100, 100, 0},
+                                        {100, 100, 100, 0}, {100, 100, 100, 0}, {200, 200, 200, 0},
+                                        {200, 200, 200, 0}, {200, 200, 200, 0}});
+    const Bits eq = run(second, [](cBitFilter& f) { return f.Equalize(); });
+    EXPECT_EQ(eq(0, 0, 0), 13);  // 12.83
+    EXPECT_EQ(eq(1, 1, 0), 128); // the median itself
+    EXPECT_EQ(eq(2, 1, 1), 210); // 100 * 127 / 155 + 128 = 209.94
+}
+
+TEST(Tone, LuminanceStatisticsIgnoreTheRegion) {
+    const Bits src = makeBits(2, 2, {{0, 0, 1, 0}, {255, 255, 254, 0}, {10, 20, 30, 0}, {1, 1, 1, 0}});
+    cBitFilter f;
+    f.SetBits(src);
+    const Region one = Region::rect(0, 0, 1, 1);
+    f.BitsRegion(&one);
+    EXPECT_EQ(f.GetLMax(), 254);
+    EXPECT_EQ(f.GetLMin(), 0);
+    EXPECT_EQ(f.GetLMed(), 68); // (0 + 254 + 20 + 1) \ 4
+    cBitFilter empty;
+    EXPECT_EQ(empty.GetLMax(), 0);
+    EXPECT_EQ(empty.GetLMin(), 255);
+    EXPECT_EQ(empty.GetLMed(), 0);
+}

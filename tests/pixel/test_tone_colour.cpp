@@ -1,0 +1,140 @@
+// Colour-distance filters, channel kills and channel shuffles on hand-made pixels.
+#include "pixel/bitfilter.h"
+#include "pixel/region.h"
+#include "pixel_test_util.h"
+
+#include <gtest/gtest.h>
+
+#include <functional>
+
+using namespace ostrivex;
+using namespace ostrivex::test;
+
+namespace {
+Bits run(const Bits& src, const std::function<Bits(cBitFilter&)>& op) {
+    cBitFilter f;
+    f.SetBits(src);
+    const Region whole = Region::rect(0, 0, src.width(), src.height());
+    f.BitsRegion(&whole);
+    return op(f);
+}
+constexpr uint32_t kRed = 0x0000FFu;  // 0x00BBGGRR
+constexpr uint32_t kBlue = 0xFF0000u;
+} // namespace
+
+TEST(ToneColour, IsolateKeepsOnlyColoursNearTheFirst) {
+    // Tolerance 10: t = round(12.75^2 + 1) = round(163.5625) = 164. Distances 0, 169,
+    // 128 and exactly 164 (which counts as far).
+    const Bits src = makeBits(4, 1, {{0, 0, 255, 1}, {0, 12, 250, 2}, {0, 8, 247, 3}, {8, 10, 255, 4}});
+    EXPECT_TRUE(sameBits(makeBits(4, 1, {{0, 0, 255, 1}, {0, 255, 0, 2}, {0, 8, 247, 3}, {0, 255, 0, 4}}),
+                         run(src, [](cBitFilter& f) { return f.ISOLATE(kRed, 0x00FF00u, 10); })));
+    // Tolerance 0: t = 1, so only the exact colour (d = 0) stays.
+    const Bits near = makeBits(2, 1, {{0, 0, 255, 0}, {0, 0, 254, 0}});
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{0, 0, 255, 0}, {9, 9, 9, 0}}),
+                         run(near, [](cBitFilter& f) { return f.ISOLATE(kRed, 0x090909u, 0); })));
+}
+
+TEST(ToneColour, ReplaceBlendsByDistance) {
+    // t = 164. d = 0: k = 1, the new colour. d = 164: k = 0, unchanged. d = 128:
+    // k = 1 - 128 / 164 = 0.2195122: 55.98, 8 - 1.76 = 6.24, 247 - 54.22 = 192.78.
+    // d = 82: k = 0.5: 127.5 -> 128, 4.5 -> 4, 127.
+    const Bits src = makeBits(5, 1, {{0, 0, 255, 3}, {8, 10, 255, 4}, {0, 8, 247, 5}, {0, 9, 254, 6},
+                                     {100, 100, 100, 7}});
+    EXPECT_TRUE(sameBits(makeBits(5, 1, {{255, 0, 0, 3}, {8, 10, 255, 4}, {56, 6, 193, 5}, {128, 4, 127, 6},
+                                         {100, 100, 100, 7}}),
+                         run(src, [](cBitFilter& f) { return f.REPLACE(kRed, kBlue, 10); })));
+}
+
+TEST(ToneColour, ShiftMovesNearColoursThroughTheShiftTable) {
+    // M[i] = clamp(i + 100). d = 0: (100, 100, 255). d = 164 = t is not strictly nearer:
+    // unchanged. d = 82, k = 0.5: 50, 9 + 50 = 59, 254 + 0.5 -> 254.
+    const Bits src = makeBits(3, 1, {{0, 0, 255, 1}, {8, 10, 255, 2}, {0, 9, 254, 3}});
+    EXPECT_TRUE(sameBits(makeBits(3, 1, {{100, 100, 255, 1}, {8, 10, 255, 2}, {50, 59, 254, 3}}),
+                         run(src, [](cBitFilter& f) { return f.Shift(kRed, 100, 10); })));
+    // A negative shift: M[i] = clamp(i - 255) = 0; d = 0 gives black.
+    EXPECT_TRUE(sameBits(makeBits(1, 1, {{0, 0, 0, 1}}),
+                         run(makeBits(1, 1, {{0, 0, 255, 1}}),
+                             [](cBitFilter& f) { return f.Shift(kRed, -255, 10); })));
+}
+
+TEST(ToneColour, ReplaceLTestsTruncatedLuminanceThenDistance) {
+    // Grey 100 to black. lT = round(4 * 2.55) = 10, t = 16257 (tolerance 100).
+    // (110, 110, 110): L 110, d = 300, k = 0.9815464: 110 - 107.97 = 2.03 -> 2.
+    // (111, 111, 111): L differs by 11: unchanged.
+    // (90, 100, 112): L = 302 \ 3 = 100, d = 244, k = 0.9849911: 1.35, 1.50, 1.68.
+    const Bits src = makeBits(3, 1, {{110, 110, 110, 1}, {111, 111, 111, 2}, {90, 100, 112, 3}});
+    EXPECT_TRUE(sameBits(makeBits(3, 1, {{2, 2, 2, 1}, {111, 111, 111, 2}, {1, 2, 2, 3}}),
+                         run(src, [](cBitFilter& f) { return f.ReplaceL(0x646464u, 0u, 4, 100); })));
+    // Apply tolerance 0: t = 1. d = 1 gives k = 0 (unchanged), d = 0 gives the new colour.
+    const Bits exact = makeBits(2, 1, {{100, 100, 101, 0}, {100, 100, 100, 0}});
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{100, 100, 101, 0}, {0, 0, 0, 0}}),
+                         run(exact, [](cBitFilter& f) { return f.ReplaceL(0x646464u, 0u, 4, 0); })));
+}
+
+TEST(ToneColour, KillChannelAndSpecialColors) {
+    const Bits src = makeBits(1, 1, {{10, 20, 30, 40}});
+    EXPECT_TRUE(sameBits(makeBits(1, 1, {{0, 20, 0, 40}}),
+                         run(src, [](cBitFilter& f) { return f.KillChannel(true, false, true); })));
+    // "HARDRED" keeps red only, "CYAN" keeps green and blue; a flag of 1 is not -1.
+    EXPECT_TRUE(sameBits(makeBits(1, 1, {{0, 0, 30, 40}}),
+                         run(src, [](cBitFilter& f) { return f.SpecialColors(-1, 0, 0); })));
+    EXPECT_TRUE(sameBits(makeBits(1, 1, {{10, 20, 0, 40}}),
+                         run(src, [](cBitFilter& f) { return f.SpecialColors(0, -1, -1); })));
+    EXPECT_TRUE(sameBits(makeBits(1, 1, {{0, 0, 30, 40}}),
+                         run(src, [](cBitFilter& f) { return f.SpecialColors(-1, 1, 1); })));
+}
+
+TEST(ToneColour, SwapBanksModes) {
+    const Bits src = makeBits(1, 1, {{1, 2, 3, 4}});
+    const Px expected[] = {{1, 2, 3, 4}, {2, 3, 1, 4}, {3, 1, 2, 4}, {2, 1, 3, 4},
+                           {3, 2, 1, 4}, {1, 3, 2, 4}, {1, 2, 3, 4}};
+    for (int mode = 0; mode <= 6; ++mode) {
+        const Px& e = expected[mode];
+        EXPECT_TRUE(sameBits(makeBits(1, 1, {e}),
+                             run(src, [mode](cBitFilter& f) { return f.SwapBanks(mode); })))
+            << "mode " << mode;
+    }
+}
+
+TEST(ToneColour, SwapRgbSourcesInvertAndKill) {
+    const Bits src = makeBits(1, 1, {{10, 20, 30, 5}});
+    // The dialog's start: sources 2, 1, 0 and no flags is the identity.
+    EXPECT_TRUE(sameBits(src, run(src, [](cBitFilter& f) {
+                             return f.SwapRGB(2, 1, 0, false, false, false, false, false, false);
+                         })));
+    // Red from blue, inverted: 245. Green from blue, killed. Blue from red, inverted and
+    // killed: killing wins.
+    EXPECT_TRUE(sameBits(makeBits(1, 1, {{0, 0, 245, 5}}), run(src, [](cBitFilter& f) {
+                             return f.SwapRGB(0, 0, 2, true, false, true, false, true, true);
+                         })));
+    // Red from green, green from red inverted, blue from blue.
+    EXPECT_TRUE(sameBits(makeBits(1, 1, {{10, 225, 20, 5}}), run(src, [](cBitFilter& f) {
+                             return f.SwapRGB(1, 2, 0, false, true, false, false, false, false);
+                         })));
+}
+
+TEST(ToneColour, ClassyColorsModes) {
+    const Bits src = makeBits(2, 1, {{100, 50, 200, 9}, {0, 5, 200, 8}});
+    auto classy = [&](int mode) {
+        return run(src, [mode](cBitFilter& f) { return f.ClassyColors(mode); });
+    };
+    // Mode 0: 100 * atan(50) / 1.9 = 81.62; (198 + 49.5) / 2 = 123.75; red = old green.
+    // Second pixel: 0 * atan(5) = 0; (198 + 4.95) / 2 = 101.475.
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{82, 124, 50, 9}, {0, 101, 5, 8}}), classy(0)));
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{100, 124, 50, 9}, {0, 101, 5, 8}}), classy(1)));
+    // Mode 2: blue = red, red = (198 + 99) / 2 = 148.5 -> 148; (198 + 0) / 2 = 99.
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{200, 50, 148, 9}, {200, 5, 99, 8}}), classy(2)));
+    // Mode 3: blue = green, green = (49.5 + 99) / 2 = 74.25; (4.95 + 0) / 2 = 2.475.
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{50, 74, 200, 9}, {5, 2, 200, 8}}), classy(3)));
+    // Mode 6: 100 + 25, 50 + 25, 12.5 + 50 = 62.5 -> 62; 100 + 0, 50 + 2.5 -> 52,
+    // 1.25 + 0 -> 1.
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{125, 75, 62, 9}, {100, 52, 1, 8}}), classy(6)));
+    // Mode 7: k = round((198 + 198) / 12) = 33: |~17| = 18, |~167| = 168, |~67| = 68.
+    // k = round(198 / 12 = 16.5) = 16: |~(-11)| = 10, |~184| = 185, |~(-16)| = 15.
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{18, 168, 68, 9}, {10, 185, 15, 8}}), classy(7)));
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{50, 200, 200, 9}, {5, 200, 200, 8}}), classy(8)));
+    // Mode 10: 50 / 2, 200 / 2; 5 / 2 = 2.5 -> 2.
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{25, 100, 200, 9}, {2, 100, 200, 8}}), classy(10)));
+    EXPECT_TRUE(sameBits(makeBits(2, 1, {{50, 100, 170, 9}, {5, 0, 170, 8}}), classy(11)));
+    for (int mode : {4, 5, 9}) EXPECT_TRUE(sameBits(src, classy(mode))) << "mode " << mode;
+}

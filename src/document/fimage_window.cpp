@@ -108,7 +108,7 @@ bool fImage::QueryUnload() {
         if (answer == QMessageBox::Cancel) return false;
         if (answer == QMessageBox::Yes && h) h->RunCommand("SAVEAS");
     }
-    if (h && !removed_) h->RemoveDocumentWindow(this);
+    if (h) h->RemoveDocumentWindow(this);
     removed_ = true;
     return true;
 }

@@ -1,0 +1,387 @@
+// The document window: zoom and bar clamps, the paint arithmetic and the pixels it puts
+// on the canvas, the two-pass scroll layout across a zoom, undo and redo on screen
+// (with a change of canvas size), the history list, activation, the close question.
+#include "document/fimage.h"
+
+#include "app/settings/settings.h"
+#include "document/dialogs.h"
+#include "document/fake_host.h"
+
+#include <QMessageBox>
+#include <QScrollBar>
+#include <QTabBar>
+
+#include <gtest/gtest.h>
+
+#include <filesystem>
+
+namespace ostrivex {
+namespace {
+
+using test::FakeHost;
+
+// Pixel (x, y): blue 10x + y + 1, green 2, red 3; channel 3 holds 9 (a marker the canvas
+// must not show).
+Bits numbered(int w, int h) {
+    Bits b(w, h);
+    for (int y = 0; y < h; ++y)
+        for (int x = 0; x < w; ++x) {
+            b(0, x, y) = uint8_t(10 * x + y + 1);
+            b(1, x, y) = 2;
+            b(2, x, y) = 3;
+            b(3, x, y) = 9;
+        }
+    return b;
+}
+
+uint32_t shown(int x, int y) {
+    return 0xFF000000u | 3u << 16 | 2u << 8 | uint8_t(10 * x + y + 1);
+}
+
+// A document of the given pixels whose Enhanced panel is panelW x panelH.
+fImage* makeDocument(FakeHost& host, Bits pixels, int panelW, int panelH) {
+    auto* doc = new fImage;
+    host.AddDocumentWindow(doc);
+    doc->BeginDocument(QString());
+    const int tabH = doc->findChild<QTabBar*>("tabViews")->sizeHint().height();
+    doc->resize(panelW, panelH + tabH);
+    doc->PBits(std::move(pixels));
+    return doc;
+}
+
+TEST(fImage, PlanStretchArithmetic) {
+    // Scrolled by 5 and 7 device pixels at zoom 3 on a 200 x 150 canvas: the first image
+    // column (5 div 3 = 1, array column 3) starts 2 pixels left of the canvas.
+    EXPECT_EQ(PlanStretch(100, 80, 3, 200, 150, 5, 100, 7, 90),
+              (StretchPlan{-2, -1, 204, 153, 3, 4, 68, 51}));
+    // A multiple of the zoom starts flush.
+    EXPECT_EQ(PlanStretch(100, 80, 3, 200, 150, 6, 100, 0, 90),
+              (StretchPlan{0, 0, 204, 153, 4, 2, 68, 51}));
+    // No bars: the whole image onto the whole canvas.
+    EXPECT_EQ(PlanStretch(10, 8, 2, 20, 16, 0, 0, 0, 0), (StretchPlan{0, 0, 20, 16, 2, 2, 10, 8}));
+}
+
+TEST(fImage, StretchShowsAPartlyScrolledFirstPixelCut) {
+    const Bits b = numbered(3, 2);
+    // Zoom 2, canvas 4 x 4, scrolled right by one device pixel, no vertical bar.
+    const StretchPlan plan = PlanStretch(3, 2, 2, 4, 4, 1, 2, 0, 0);
+    EXPECT_EQ(plan, (StretchPlan{-1, 0, 8, 4, 2, 2, 4, 2}));
+    QImage canvas(4, 4, QImage::Format_RGB32);
+    canvas.fill(0u);
+    ASSERT_TRUE(StretchBits(b, plan, canvas));
+    // Columns show image x 0 (its right half only), 1, 1, 2; rows y 0, 0, 1, 1.
+    const int xs[4] = {0, 1, 1, 2}, ys[4] = {0, 0, 1, 1};
+    for (int dy = 0; dy < 4; ++dy)
+        for (int dx = 0; dx < 4; ++dx)
+            EXPECT_EQ(canvas.pixel(dx, dy), shown(xs[dx], ys[dy])) << dx << "," << dy;
+
+    // Scrolled to the end the source reaches the guard band, which shows black.
+    const StretchPlan end = PlanStretch(3, 2, 2, 4, 4, 2, 2, 0, 0);
+    EXPECT_EQ(end, (StretchPlan{0, 0, 8, 4, 3, 2, 4, 2}));
+    canvas.fill(0u);
+    ASSERT_TRUE(StretchBits(b, end, canvas));
+    EXPECT_EQ(canvas.pixel(0, 0), shown(1, 0));
+    EXPECT_EQ(canvas.pixel(2, 0), shown(2, 0));
+    EXPECT_EQ(canvas.pixel(3, 3), shown(2, 1));
+
+    QImage small(2, 2, QImage::Format_RGB32);
+    EXPECT_FALSE(StretchBits(b, StretchPlan{}, small));
+}
+
+TEST(fImage, ZoomAndBarsWidthClamps) {
+    FakeHost host;
+    fImage* doc = makeDocument(host, numbered(4, 3), 200, 200);
+    doc->SetZoomFactor(0);
+    EXPECT_EQ(doc->ZoomFactor(), 1);
+    doc->SetZoomFactor(99);
+    EXPECT_EQ(doc->ZoomFactor(), 15);
+    EXPECT_EQ(doc->Zoom(), 15);
+    doc->ZoomIn();
+    EXPECT_EQ(doc->ZoomFactor(), 15);
+    doc->SetZoomFactor(1);
+    doc->ZoomOut();
+    EXPECT_EQ(doc->ZoomFactor(), 1);
+    doc->ZoomIn();
+    EXPECT_EQ(doc->Zoom(), 2);
+
+    doc->SetBarsWidth(13);
+    EXPECT_EQ(doc->BarsWidth(), 13);
+    doc->SetBarsWidth(2);
+    EXPECT_EQ(doc->BarsWidth(), 13);
+    doc->SetBarsWidth(14);
+    EXPECT_EQ(doc->BarsWidth(), 14);
+
+    // An empty document does not zoom.
+    fImage empty;
+    empty.ZoomIn();
+    EXPECT_EQ(empty.ZoomFactor(), 1);
+    EXPECT_EQ(empty.PictureWidth(), 0);
+    EXPECT_TRUE(empty.GetBits().empty());
+}
+
+TEST(fImage, ScrollLayoutInTwoPassesAndAcrossAZoom) {
+    FakeHost host;
+    // 120 x 35 in a 110 x 40 panel: only the horizontal bar is needed at first, and it
+    // takes 16 rows, which then makes the vertical bar needed too.
+    fImage* doc = makeDocument(host, numbered(120, 35), 110, 40);
+    doc->SetBarsWidth(16);
+    int32_t hMax, vMax, hValue, vValue;
+    doc->GetSBM(hMax, vMax);
+    EXPECT_EQ(hMax, 120 - 94);
+    EXPECT_EQ(vMax, 35 - 24);
+    EXPECT_EQ(doc->CanvasSize(), QSize(94, 24));
+    EXPECT_EQ(host.panels["Pixel"], "120 x 35");
+
+    // 100 x 80 in a 50 x 40 panel: both bars; view 34 x 24; they start in the middle.
+    FakeHost host2;
+    fImage* big = makeDocument(host2, numbered(100, 80), 50, 40);
+    big->SetBarsWidth(16);
+    big->GetSBM(hMax, vMax);
+    big->GetSBV(hValue, vValue);
+    EXPECT_EQ(hMax, 66);
+    EXPECT_EQ(vMax, 56);
+    EXPECT_EQ(hValue, 33);
+    EXPECT_EQ(vValue, 28);
+    // Zoom 2 keeps the centre: 166 * 33 / 66 = 83 and 136 * 28 / 56 = 68.
+    big->SetZoomFactor(2);
+    big->GetSBM(hMax, vMax);
+    big->GetSBV(hValue, vValue);
+    EXPECT_EQ(hMax, 166);
+    EXPECT_EQ(vMax, 136);
+    EXPECT_EQ(hValue, 83);
+    EXPECT_EQ(vValue, 68);
+    // The paint used: x from -(83 mod 2) = -1, 17 * 2 + 4 wide, from array column
+    // 83 div 2 + 2 = 43, 19 columns; y from 0, (23 div 2) * 2 + 4 high, from row
+    // 68 div 2 + 2 = 36, 13 rows.
+    EXPECT_EQ(big->LastPlan(), (StretchPlan{-1, 0, 38, 26, 43, 36, 19, 13}));
+    // Canvas pixel (0, 0) is the right half of image pixel (41, 34); (1, 0) is (42, 34).
+    EXPECT_EQ(big->CanvasImage().pixel(0, 0), shown(41, 34));
+    EXPECT_EQ(big->CanvasImage().pixel(1, 0), shown(42, 34));
+    EXPECT_EQ(big->CanvasImage().pixel(2, 1), shown(42, 34));
+
+    // Scroll moves the view without relayout.
+    big->Scroll(10, 3);
+    EXPECT_EQ(big->LastPlan(), (StretchPlan{0, -1, 38, 26, 7, 3, 19, 13}));
+    EXPECT_EQ(big->CanvasImage().pixel(0, 0), shown(5, 1));
+
+    int16_t iw, ih, vw, vh;
+    big->GetDimensions(iw, ih, vw, vh);
+    EXPECT_EQ(iw, 100);
+    EXPECT_EQ(ih, 80);
+    EXPECT_EQ(vw, 34);
+    EXPECT_EQ(vh, 24);
+}
+
+TEST(fImage, PictureReadsPixelsAndClears) {
+    FakeHost host;
+    auto* doc = new fImage;
+    host.AddDocumentWindow(doc);
+    doc->BeginDocument(QString());
+    QImage picture(2, 1, QImage::Format_RGB32);
+    picture.setPixel(0, 0, qRgb(30, 20, 10));
+    picture.setPixel(1, 0, qRgb(60, 50, 40));
+    doc->PPicture(picture);
+    ASSERT_TRUE(doc->PictureExists());
+    EXPECT_EQ(doc->BitmapHeader.biWidth, 6);
+    EXPECT_EQ(doc->BitmapHeader.biHeight, -5);
+    EXPECT_EQ(doc->PictureRect, (Rect{0, 0, 2, 1}));
+    const Bits b = doc->GetBits();
+    EXPECT_EQ(b(0, 0, 0), 10);
+    EXPECT_EQ(b(1, 0, 0), 20);
+    EXPECT_EQ(b(2, 0, 0), 30);
+    EXPECT_EQ(b(3, 0, 0), 0);
+    EXPECT_EQ(b(0, 1, 0), 40);
+    EXPECT_EQ(doc->Picture().pixel(1, 0), qRgb(60, 50, 40));
+    EXPECT_TRUE(doc->RegionMain.contains(1, 0));
+    EXPECT_FALSE(doc->RegionMain.contains(2, 0));
+
+    // CreateBlank leaves the region alone; sizes below 1 are refused.
+    doc->CreateBlank(0, 5);
+    EXPECT_EQ(doc->PictureWidth(), 2);
+    doc->CreateBlank(4, 3);
+    EXPECT_EQ(doc->PictureWidth(), 4);
+    EXPECT_EQ(doc->GetBits()(0, 3, 2), 0);
+    EXPECT_FALSE(doc->RegionMain.contains(3, 2));
+
+    doc->PPicture(QImage());
+    EXPECT_FALSE(doc->PictureExists());
+    EXPECT_EQ(doc->PictureHeight(), 0);
+}
+
+TEST(fImage, UndoRedoAndASizeChangeOnScreen) {
+    FakeHost host;
+    fImage* doc = makeDocument(host, numbered(3, 2), 100, 100);
+    const Bits original = doc->GetBits();
+    doc->SaveUndoBits("Original");
+    // The first undo looks for slot -1 and changes nothing.
+    doc->UndoBits();
+    EXPECT_EQ(doc->HistoryPosition(), 1);
+    EXPECT_EQ(doc->GetBits(), original);
+
+    // A filter that changes the canvas size: the document now holds 5 x 4.
+    const Bits resized = numbered(5, 4);
+    doc->PBits(resized);
+    host.ActionLabel = "Resize";
+    doc->SaveUndoBits();
+    EXPECT_EQ(host.paste.History()->EntryCaption(1), "Resize");
+    doc->RegionMain = Region::rect(1, 1, 2, 2); // a selection of one pixel
+
+    doc->UndoBits();
+    EXPECT_EQ(doc->HistoryPosition(), 1);
+    EXPECT_EQ(doc->HistoryTop(), 2);
+    EXPECT_EQ(doc->PictureWidth(), 3);
+    EXPECT_EQ(doc->PictureHeight(), 2);
+    EXPECT_EQ(doc->GetBits(), original);
+    EXPECT_EQ(doc->BitmapHeader.biWidth, 7);
+    EXPECT_EQ(doc->RegionMain.bounds(), (Rect{0, 0, 3, 2}));
+    EXPECT_EQ(host.filter.bits(), original);
+    EXPECT_EQ(host.filter.region(), &doc->RegionMain);
+    EXPECT_EQ(host.panels["Pixel"], "3x2");
+    EXPECT_TRUE(host.SelectionChanged);
+    EXPECT_EQ(host.paste.History()->PointerIndex(), 0);
+
+    doc->RedoBits();
+    EXPECT_EQ(doc->HistoryPosition(), 2);
+    EXPECT_EQ(doc->GetBits(), resized);
+    EXPECT_EQ(host.panels["Pixel"], "5x4");
+    // Redo past the top finds no file.
+    doc->RedoBits();
+    EXPECT_EQ(doc->HistoryPosition(), 2);
+
+    // An undo of the same size keeps the selection.
+    Bits painted = resized;
+    painted(0, 0, 0) = 200;
+    doc->SetBits(painted);
+    doc->SaveUndoBits("Brush");
+    doc->RegionMain = Region::rect(1, 1, 3, 3);
+    doc->UndoBits();
+    EXPECT_EQ(doc->GetBits(), resized);
+    EXPECT_EQ(doc->RegionMain.bounds(), (Rect{1, 1, 3, 3}));
+}
+
+TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {
+    FakeHost host;
+    HistoryList* list = host.paste.History();
+    fImage* doc = makeDocument(host, numbered(2, 2), 100, 100);
+    doc->SaveUndoBits("Original");
+    for (const char* label : {"Brush", "Fill", "Pencil"}) {
+        Bits b = doc->GetBits();
+        b(0, 0, 0) = uint8_t(b(0, 0, 0) + 1);
+        doc->SetBits(b);
+        host.ActionLabel = label;
+        doc->SaveUndoBits();
+    }
+    ASSERT_EQ(list->EntryCount(), 4);
+    EXPECT_EQ(list->EntryNumber(3), "3");
+    EXPECT_EQ(list->EntryCaption(3), "Pencil");
+    EXPECT_EQ(list->PointerIndex(), 3);
+
+    // Jump to slot 1 by a click: the top stays.
+    list->OwnerId = doc->HistoryId();
+    emit list->entryClicked(1);
+    EXPECT_EQ(doc->HistoryPosition(), 2);
+    EXPECT_EQ(doc->HistoryTop(), 4);
+    EXPECT_EQ(doc->GetBits()(0, 0, 0), 2);
+    EXPECT_EQ(list->PointerIndex(), 1);
+
+    // A save now kills the entries of slots 3 and the file of slot 3; slot 2 is rewritten.
+    host.ActionLabel = "Stamp";
+    doc->SaveUndoBits();
+    EXPECT_EQ(list->EntryCount(), 3);
+    EXPECT_EQ(list->EntryCaption(2), "Stamp");
+    EXPECT_EQ(list->PointerIndex(), 2);
+    EXPECT_FALSE(std::filesystem::exists(doc->History().SlotFileName(3)));
+    EXPECT_EQ(doc->History().ActionNames[3], "");
+
+    // Another document becomes active: the list is rebuilt from its captions; back again.
+    fImage* other = makeDocument(host, numbered(4, 1), 100, 100);
+    other->SaveUndoBits("Original");
+    other->Form_Activate();
+    EXPECT_EQ(list->OwnerId, other->HistoryId());
+    EXPECT_EQ(list->EntryCount(), 1);
+    EXPECT_EQ(list->PointerIndex(), 0);
+    EXPECT_EQ(host.filter.bits(), other->GetBits());
+    EXPECT_EQ(host.panels["Pixel"], "4 x 1");
+    EXPECT_EQ(host.panels["Zoom"], "1 : 1");
+    EXPECT_EQ(host.LastActiveDocumentId, other->HistoryId());
+    doc->Form_Activate();
+    EXPECT_EQ(list->EntryCount(), 3);
+    EXPECT_EQ(list->EntryCaption(0), "Original");
+    EXPECT_EQ(list->EntryCaption(1), "Brush");
+    EXPECT_EQ(list->EntryCaption(2), "Stamp");
+    EXPECT_EQ(list->PointerIndex(), 2);
+    EXPECT_EQ(host.filter.bits(), doc->GetBits());
+}
+
+TEST(fImage, ViewsSetTheCaption) {
+    FakeHost host;
+    fImage* doc = makeDocument(host, numbered(2, 2), 100, 100);
+    doc->SetCaption("/pics/a.png");
+    doc->cLayers_Click();
+    EXPECT_EQ(doc->windowTitle(), "New Layered Image");
+    doc->LayerTag = "layers.olf";
+    doc->cLayers_Click();
+    EXPECT_EQ(doc->windowTitle(), "layers.olf");
+    doc->cOptimize_Click();
+    EXPECT_EQ(doc->windowTitle(), "New Optimized Image");
+    EXPECT_EQ(doc->CurrentView(), fImage::ViewOptimize);
+    doc->cOriginal_Click();
+    EXPECT_EQ(doc->windowTitle(), "/pics/a.png");
+}
+
+TEST(fImage, CloseQuestionAndUnload) {
+    FakeHost host;
+    QStringList asked;
+    int answer = QMessageBox::Cancel;
+    const auto realQuestion = DocumentDialogs::AskYesNoCancel;
+    DocumentDialogs::AskYesNoCancel = [&](QWidget*, const QString& text, const QString& title) {
+        asked << title + "|" + text;
+        return answer;
+    };
+    Settings.ConfirmClose = kTrue16;
+    fImage* a = makeDocument(host, numbered(2, 2), 100, 100);
+    fImage* b = makeDocument(host, numbered(2, 2), 100, 100);
+    a->SetCaption("/pics/a.png");
+    a->SaveUndoBits("Original");
+    a->Changed = true;
+    // One state only: no question even though changed.
+    EXPECT_TRUE(a->QueryUnload());
+    EXPECT_TRUE(asked.isEmpty());
+    host.AddDocumentWindow(a); // still open for the next steps
+
+    a->SaveUndoBits("Brush");
+    EXPECT_FALSE(a->QueryUnload());
+    ASSERT_EQ(asked.size(), 1);
+    EXPECT_EQ(asked[0], "Ostrivex|/pics/a.png\n\nThis image has changed.\nDo you want to save it ?");
+    EXPECT_EQ(host.docs.size(), 2u);
+
+    answer = QMessageBox::Yes;
+    EXPECT_TRUE(a->QueryUnload());
+    EXPECT_EQ(host.commands, QStringList{"SAVEAS"});
+    EXPECT_EQ(host.docs.size(), 1u);
+
+    const auto slot0 = a->History().SlotFileName(0);
+    ASSERT_TRUE(std::filesystem::exists(slot0));
+    host.panels["Pixel"] = "2 x 2";
+    a->Unload();
+    EXPECT_FALSE(std::filesystem::exists(slot0));
+    // Another document is still open: the status bar stays.
+    EXPECT_EQ(host.clearedPanels, 0);
+    EXPECT_EQ(host.panels["Pixel"], "2 x 2");
+    delete a;
+
+    answer = QMessageBox::No;
+    b->Changed = true;
+    EXPECT_TRUE(b->QueryUnload());
+    EXPECT_EQ(host.commands, QStringList{"SAVEAS"});
+    b->Unload();
+    EXPECT_EQ(host.clearedPanels, 1);
+    EXPECT_EQ(host.clearedPan, 1);
+    EXPECT_TRUE(host.panels.isEmpty());
+    delete b;
+    Settings.ConfirmClose = kFalse16;
+    DocumentDialogs::AskYesNoCancel = realQuestion;
+}
+
+} // namespace
+} // namespace ostrivex

@@ -1,0 +1,9 @@
+// ostrivex-batch: the editor's pixel commands on files, without a window.
+#include "tools/batch/batch.h"
+
+#include <iostream>
+
+int main(int argc, char** argv) {
+    std::vector<std::string> args(argv + 1, argv + argc);
+    return ostrivex::batch::runBatch(args, std::cout, std::cerr);
+}

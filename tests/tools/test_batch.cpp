@@ -1,0 +1,182 @@
+#include "tools/batch/batch.h"
+
+#include "imagefile/imagefile.h"
+#include "pixel/fixedcommands.h"
+#include "pixel_test_util.h"
+
+#include <gtest/gtest.h>
+
+#include <sys/wait.h>
+
+#include <cstdio>
+#include <filesystem>
+#include <fstream>
+#include <sstream>
+
+using namespace ostrivex;
+using namespace ostrivex::test;
+namespace fs = std::filesystem;
+
+namespace {
+
+class BatchTest : public ::testing::Test {
+protected:
+    void SetUp() override {
+        dir_ = fs::temp_directory_path() /
+               ("ostrivex-batch-test-" + std::to_string(::getpid()) + "-" +
+                ::testing::UnitTest::GetInstance()->current_test_info()->name());
+        fs::remove_all(dir_);
+        fs::create_directories(dir_);
+    }
+    void TearDown() override { fs::remove_all(dir_); }
+
+    std::string path(const std::string& name) const { return (dir_ / name).string(); }
+
+    // Writes a picture as a lossless PNG.
+    std::string writePng(const std::string& name, const Bits& b) {
+        const std::string p = path(name);
+        EXPECT_TRUE(SaveImageFile(b, p, "png").ok);
+        return p;
+    }
+    Bits readBack(const std::string& p, const std::string& ext) {
+        EXPECT_TRUE(LoadImageFile(p, ext).ok) << p;
+        return LoadedBitmap;
+    }
+    int run(std::vector<std::string> args) {
+        out_.str("");
+        err_.str("");
+        return batch::runBatch(args, out_, err_);
+    }
+
+    fs::path dir_;
+    std::ostringstream out_, err_;
+};
+
+// Channel 3 is not kept by image files: pictures compared after a round trip have it 0.
+Bits colours(int w, int h, std::initializer_list<Px> px) { return makeBits(w, h, px); }
+
+} // namespace
+
+TEST_F(BatchTest, StepsRunInOrderInsideTheSelection) {
+    const Bits src = colours(4, 3, {{10, 20, 30}, {40, 50, 60}, {70, 80, 90}, {100, 110, 120},
+                                    {0, 0, 0}, {250, 240, 230}, {5, 6, 7}, {8, 9, 10},
+                                    {11, 12, 13}, {14, 15, 16}, {17, 18, 19}, {200, 201, 202}});
+    const std::string in = writePng("in.png", src);
+    // BRIGHTNESS:40 then INVERT on columns 1..2 of rows 0..1: 255 - min(255, c + 40).
+    ASSERT_EQ(run({in, path("out.png"), "--select", "rect:1,0,3,2", "BRIGHTNESS:40", "INVERT"}), 0)
+        << err_.str();
+    const Bits want = colours(4, 3, {{10, 20, 30}, {175, 165, 155}, {145, 135, 125}, {100, 110, 120},
+                                     {0, 0, 0}, {0, 0, 0}, {210, 209, 208}, {8, 9, 10},
+                                     {11, 12, 13}, {14, 15, 16}, {17, 18, 19}, {200, 201, 202}});
+    EXPECT_TRUE(sameBits(want, readBack(path("out.png"), "png")));
+
+    // An ellipse box of 4 x 3 leaves the corners alone; ROTATE is a regular operation step.
+    ASSERT_EQ(run({in, path("e.png"), "--select", "ellipse:0,0,4,3", "KillChannel:-1,0,0"}), 0);
+    const Bits e = readBack(path("e.png"), "png");
+    const Region ell = Region::ellipse(0, 0, 4, 3);
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 4; ++x) {
+            EXPECT_EQ(e(2, x, y), ell.contains(x, y) ? 0 : src(2, x, y)) << x << "," << y;
+            EXPECT_EQ(e(1, x, y), src(1, x, y));
+        }
+}
+
+TEST_F(BatchTest, SelectionFromFileAndSizeChanges) {
+    const Bits src = colours(3, 2, {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}, {10, 11, 12}, {13, 14, 15},
+                                    {16, 17, 18}});
+    const std::string in = writePng("in.png", src);
+    // A selection file of pixel (2, 1) and one pixel outside the picture.
+    const std::vector<int32_t> data =
+        Region::rect(2, 1, 3, 2).united(Region::rect(5, 5, 6, 6)).dump();
+    {
+        std::ofstream f(path("sel.osf"), std::ios::binary);
+        f.write(reinterpret_cast<const char*>(data.data()), std::streamsize(data.size() * 4));
+    }
+    ASSERT_EQ(run({in, path("o.png"), "--select", "osf:" + path("sel.osf"), "Invert"}), 0)
+        << err_.str();
+    EXPECT_TRUE(sameBits(colours(3, 2, {{1, 2, 3}, {4, 5, 6}, {7, 8, 9}, {10, 11, 12},
+                                        {13, 14, 15}, {239, 238, 237}}),
+                         readBack(path("o.png"), "png")));
+
+    // After a size change the selection is dropped: INVERT then covers the whole picture.
+    ASSERT_EQ(run({in, path("r.png"), "--select", "rect:0,0,1,1", "BitsResize:6,4", "INVERT"}), 0)
+        << err_.str();
+    const Bits r = readBack(path("r.png"), "png");
+    ASSERT_EQ(r.width(), 6);
+    ASSERT_EQ(r.height(), 4);
+    // Nearest neighbour doubling: output (5, 3) comes from source (2, 1).
+    EXPECT_EQ(r(0, 5, 3), 255 - 16);
+    EXPECT_EQ(r(0, 0, 0), 255 - 1);
+}
+
+TEST_F(BatchTest, ConversionWithoutStepsKeepsPixels) {
+    const Bits src = patternBits(7, 5, 9);
+    Bits rgb = src;
+    for (int y = 0; y < 5; ++y)
+        for (int x = 0; x < 7; ++x) rgb(3, x, y) = 0;
+    const std::string in = writePng("in.png", rgb);
+    ASSERT_EQ(run({in, path("out.bmp")}), 0) << err_.str();
+    EXPECT_TRUE(sameBits(rgb, readBack(path("out.bmp"), "bmp")));
+}
+
+TEST_F(BatchTest, SeedFixesRandomFilters) {
+    const std::string in = writePng("in.png", patternBits(16, 16, 4));
+    ASSERT_EQ(run({in, path("a.png"), "--seed", "7", "HEAVYNOISE"}), 0);
+    ASSERT_EQ(run({in, path("b.png"), "--seed", "7", "NOISE:40,0"}), 0);
+    ASSERT_EQ(run({in, path("c.png"), "--seed", "8", "NOISE:40,0"}), 0);
+    const Bits a = readBack(path("a.png"), "png");
+    EXPECT_TRUE(sameBits(a, readBack(path("b.png"), "png")));
+    EXPECT_FALSE(sameBits(a, readBack(path("c.png"), "png")));
+}
+
+TEST_F(BatchTest, BadInputEndsWithOneLineAndWritesNothing) {
+    const std::string in = writePng("in.png", patternBits(4, 4));
+    struct Case {
+        std::vector<std::string> args;
+        std::string message;
+    };
+    const std::string out = path("never.png");
+    const std::vector<Case> cases = {
+        {{in, out, "NOSUCHSTEP"}, "unknown step 'NOSUCHSTEP' (see --help)"},
+        {{in, out, "BRIGHTNESS:251"}, "step BRIGHTNESS, argument level: 251 is not a whole number from -100 to 250"},
+        {{in, out, "BRIGHTNESS:1.5"}, "step BRIGHTNESS, argument level: 1.5 is not a whole number from -100 to 250"},
+        {{in, out, "BRIGHTNESS"}, "step BRIGHTNESS takes 1 argument(s), got 0"},
+        {{in, out, "ROTATE:90"}, "step ROTATE takes 2 argument(s), got 1"},
+        {{in, out, "COLORIZE:0.5,x,1"}, "step COLORIZE, argument saturation: 'x' is not a number"},
+        {{in, out, "GLASS:wavy,1"}, "step GLASS, argument style: 'wavy' is not one of slanting | horizontal | vertical | squary | curtain"},
+        {{in, out, "--select", "circle:1,2,3,4"}, "unknown selection 'circle:1,2,3,4' (rect:L,T,R,B, ellipse:L,T,R,B or osf:FILE)"},
+        {{in, out, "--select", "rect:1,2,3"}, "selection box needs four numbers L,T,R,B"},
+        {{in, out, "--seed", "-1"}, "--seed needs a whole number from 0 to 4294967295"},
+        {{in}, "usage: ostrivex-batch INPUT OUTPUT [STEP...] (see --help)"},
+        {{path("missing.png"), out}, path("missing.png") + ": Unexpected error loading image"},
+        {{in, path("x.jpe")}, path("x.jpe") + ": Unexpected error saving image"},
+        {{in, out, "Texturize:" + path("none.png")}, "step Texturize:" + path("none.png") +
+                                                      ": cannot load image '" + path("none.png") +
+                                                      "': Unexpected error loading image"},
+    };
+    for (const Case& c : cases) {
+        EXPECT_EQ(run(c.args), 2) << c.message;
+        EXPECT_EQ(err_.str(), "ostrivex-batch: " + c.message + "\n");
+        EXPECT_FALSE(fs::exists(out)) << c.message;
+    }
+}
+
+TEST_F(BatchTest, HelpListsEveryStepAndTheProgramExitCodes) {
+    ASSERT_EQ(run({"--help"}), 0);
+    const std::string help = out_.str();
+    for (const FixedCommand& c : FixedCommands())
+        EXPECT_NE(help.find(std::string("  ") + c.word + "  = " + c.call), std::string::npos) << c.word;
+    for (const batch::StepDef& s : batch::operationSteps())
+        EXPECT_NE(help.find("  " + s.name), std::string::npos) << s.name;
+    EXPECT_NE(help.find("  BitsResample:width,height\n      width: 2 to 30000"), std::string::npos);
+
+    // The installed program: exit codes and nothing written on failure.
+    const std::string in = writePng("in.png", patternBits(4, 4));
+    const std::string exe = OSTRIVEX_BATCH_EXE;
+    const std::string ok = exe + " " + in + " " + path("p.pgm") + " GRAYSCALE 2>/dev/null";
+    EXPECT_EQ(WEXITSTATUS(std::system(ok.c_str())), 0);
+    EXPECT_TRUE(fs::exists(path("p.pgm")));
+    const std::string bad = exe + " " + in + " " + path("q.png") + " WHAT 2>/dev/null";
+    EXPECT_EQ(WEXITSTATUS(std::system(bad.c_str())), 2);
+    EXPECT_FALSE(fs::exists(path("q.png")));
+}

@@ -143,9 +143,12 @@ TEST(Resample, ProgressCountsRowsOfTheNewHeight) {
 
 TEST(Resample, FastLoopsEqualThePlainRule) {
     std::mt19937 rng(11);
-    for (int round = 0; round < 60; ++round) {
-        const int ws = 2 + int(rng() % 40), hs = 2 + int(rng() % 40);
-        const int w = 2 + int(rng() % 70), h = 2 + int(rng() % 70);
+    // Small and wide sizes: growing (by less and by more than twice, which take different
+    // loops), shrinking slightly and strongly, and rows of vector width plus a remainder.
+    for (int round = 0; round < 90; ++round) {
+        const int range = round % 3 == 0 ? 300 : 40;
+        const int ws = 2 + int(rng() % range), hs = 2 + int(rng() % 40);
+        const int w = 2 + int(rng() % (range * 2)), h = 2 + int(rng() % 70);
         const Bits src = patternBits(ws, hs, rng());
         cBitFilter f;
         f.SetBits(patternBits(5, 3)); // a buffer of another size, to be replaced

@@ -53,8 +53,6 @@ QPixmap fSplash::picture() {
     p.setFont(f);
     p.drawText(QRect(152, 120, 260, 30), Qt::AlignLeft | Qt::AlignVCenter,
                QStringLiteral("Raster image editor"));
-    p.drawText(QRect(0, 200, pm.width() - 12, 30), Qt::AlignRight | Qt::AlignVCenter,
-               QStringLiteral("Starting..."));
     return pm;
 }
 
@@ -72,6 +70,9 @@ void fSplash::mousePressEvent(QMouseEvent* e) {
 void fSplash::paintEvent(QPaintEvent*) {
     QPainter p(this);
     p.drawPixmap(0, 0, picture_);
+    p.setPen(Qt::white);
+    p.drawText(QRect(0, height() - 40, width() - 12, 30), Qt::AlignRight | Qt::AlignVCenter,
+               QStringLiteral("Starting..."));
 }
 
 void fSplash::fire() {

@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <vector>
 
 #if defined(__SSE2__)
 #include <emmintrin.h>
@@ -58,6 +59,117 @@ struct MeanTable {
     uint8_t operator[](int32_t i) const { return t[size_t(i)]; }
 };
 const MeanTable kMean;
+
+// Luminance-like weighted sums round(B * wb + G * wg + R * wr) with weights in thousandths
+// that add up to one, summed in double in that order. The exact sum is S / 1000 with
+// S = kb B + kg G + kr R, and the double sum lies within 1e-12 of it, so unless S ends in
+// 500 (a tie) the rounding is that of S / 1000. A table by S (255001 entries) holds that
+// rounding, or kTie, where the double sum of the pixel itself decides.
+constexpr uint16_t kTie = 0xFFFF;
+
+struct WeightedSum {
+    int32_t kb, kg, kr;
+    double wb, wg, wr;
+    std::vector<uint16_t> table;
+
+    WeightedSum(int32_t b, int32_t g, int32_t r)
+        : kb(b), kg(g), kr(r), wb(b / 1000.0), wg(g / 1000.0), wr(r / 1000.0),
+          table(255001) {
+        for (int32_t s = 0; s <= 255000; ++s) {
+            const int32_t q = s / 1000, rem = s % 1000;
+            table[size_t(s)] = rem == 500 ? kTie : uint16_t(q + (rem > 500 ? 1 : 0));
+        }
+    }
+    int32_t operator()(int32_t b, int32_t g, int32_t r) const {
+        const uint16_t v = table[size_t(kb * b + kg * g + kr * r)];
+        return v != kTie ? v : vbRound(b * wb + g * wg + r * wr);
+    }
+};
+
+// The weights of GreyScale and of Equalize's luminance. 71 / 1000.0 is the double
+// nearest 0.071, the same constant as the literal.
+const WeightedSum& greyWeights() {
+    static const WeightedSum w(71, 707, 222);
+    return w;
+}
+const WeightedSum& equalizeWeights() {
+    static const WeightedSum w(113, 586, 301);
+    return w;
+}
+
+// One round of Contrast's spill: the overflow of each channel in turn is spread half and
+// half over the other two. A pixel already inside 0..255 comes out unchanged, so a round
+// may be applied to every pixel of a group until all of them are inside; written without
+// branches, a group runs as vector code.
+inline int32_t spillOf(int32_t c) {
+    const int32_t under = c / 2, over = (c - 255) / 2;
+    return c < 0 ? under : (c > 255 ? over : 0);
+}
+inline int32_t limitByte(int32_t c) {
+    const int32_t lo = c < 0 ? 0 : c;
+    return lo > 255 ? 255 : lo;
+}
+// One round over a group of pixels (plain selects, so that it runs as vector code).
+template <int32_t N> void spillRounds(int32_t* __restrict bs, int32_t* __restrict gs,
+                                      int32_t* __restrict rs) {
+    for (int32_t i = 0; i < N; ++i) {
+        int32_t b = bs[i], g = gs[i], r = rs[i];
+        // If none is above 0 all turn 0; if none is below 255 all turn 255.
+        const int32_t low = -int32_t((b <= 0) & (g <= 0) & (r <= 0));
+        b &= ~low;
+        g &= ~low;
+        r &= ~low;
+        const bool high = (b >= 255) & (g >= 255) & (r >= 255);
+        b = high ? 255 : b;
+        g = high ? 255 : g;
+        r = high ? 255 : r;
+        // Blue spills into green and red, then green into blue and red, then red into
+        // green and blue, each with the values as they stand by then.
+        const int32_t sb = spillOf(b);
+        g += sb;
+        r += sb;
+        b = limitByte(b);
+        const int32_t sg = spillOf(g);
+        b += sg;
+        r += sg;
+        g = limitByte(g);
+        const int32_t sr = spillOf(r);
+        g += sr;
+        b += sr;
+        r = limitByte(r);
+        bs[i] = b;
+        gs[i] = g;
+        rs[i] = r;
+    }
+}
+
+// Maps n <= kSpillGroup pixels through M and spills them, in place.
+constexpr int32_t kSpillGroup = 16;
+void contrastGroup(uint8_t* p, int32_t n, const int32_t* m) {
+    // Lanes past n hold black, which no round changes.
+    int32_t b[kSpillGroup] = {}, g[kSpillGroup] = {}, r[kSpillGroup] = {};
+    uint32_t outside = 0;
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t v = load32(p + 4 * i);
+        b[i] = m[v & 255u];
+        g[i] = m[(v >> 8) & 255u];
+        r[i] = m[(v >> 16) & 255u];
+        outside |= uint32_t(b[i]) | uint32_t(g[i]) | uint32_t(r[i]);
+    }
+    // Any value outside 0..255 sets a bit above the low byte (negative ones all of them).
+    // Most overflowing pixels settle in one round: one round for the whole group as vector
+    // code, then the few that still overflow go on alone.
+    if (outside > 255u) {
+        spillRounds<kSpillGroup>(b, g, r);
+        for (int32_t i = 0; i < n; ++i)
+            while ((uint32_t(b[i]) | uint32_t(g[i]) | uint32_t(r[i])) > 255u)
+                spillRounds<1>(b + i, g + i, r + i);
+    }
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t v = load32(p + 4 * i);
+        store32(p + 4 * i, packPixel(v, uint32_t(b[i]), uint32_t(g[i]), uint32_t(r[i])));
+    }
+}
 
 } // namespace
 
@@ -105,26 +217,16 @@ Bits cBitFilter::Invert() {
 
 Bits cBitFilter::GreyScale() {
     Bits out = buffer_;
-    // v = round(B * 0.071 + G * 0.707 + R * 0.222), summed in double in that order. The
-    // exact sum is S / 1000 with S = 71 B + 707 G + 222 R, and the double sum lies within
-    // 1e-12 of it, so unless S ends in 500 (a tie) the rounding is that of S / 1000; the
-    // ties take the double path and round as the double sum does.
+    // v = round(B * 0.071 + G * 0.707 + R * 0.222), through the weighted-sum table.
+    const WeightedSum& grey = greyWeights();
     RegionBounds(0);
     forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
         uint8_t* p = out.pixel(x0, y);
         const int32_t n = x1 - x0;
         for (int32_t i = 0; i < n; ++i) {
             const uint32_t v = load32(p + 4 * i);
-            const int32_t b = int32_t(v & 255u), g = int32_t((v >> 8) & 255u),
-                          r = int32_t((v >> 16) & 255u);
-            const int32_t s = 71 * b + 707 * g + 222 * r;
-            const int32_t q = s / 1000, rem = s - q * 1000;
-            int32_t grey;
-            if (rem != 500)
-                grey = q + (rem > 500 ? 1 : 0);
-            else
-                grey = vbRound(b * 0.071 + g * 0.707 + r * 0.222);
-            const uint32_t gv = uint32_t(grey);
+            const uint32_t gv = uint32_t(
+                grey(int32_t(v & 255u), int32_t((v >> 8) & 255u), int32_t((v >> 16) & 255u)));
             store32(p + 4 * i, packPixel(v, gv, gv, gv));
         }
     });
@@ -232,48 +334,12 @@ Bits cBitFilter::Contrast(int32_t level) {
     std::array<int32_t, 256> m{}; // not clamped
     for (int32_t i = 0; i < 256; ++i) m[size_t(i)] = vbRound((i - mean) * double(f) + mean);
 
+    // Then each pixel's b, g, r = M[B], M[G], M[R], and while any of them lies outside
+    // 0..255 the overflow is spread over the other two so that the hue holds (spillRound).
     RegionBounds(0);
     forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
-        for (int32_t i = 0; i < n; ++i) {
-            const uint32_t v = load32(p + 4 * i);
-            int32_t b = m[v & 255u], g = m[(v >> 8) & 255u], r = m[(v >> 16) & 255u];
-            // Spread the overflow of a channel over the other two, so the hue holds.
-            auto outside = [](int32_t c) { return uint32_t(c) > 255u; };
-            while (outside(b) || outside(g) || outside(r)) {
-                if (b <= 0 && g <= 0 && r <= 0) b = g = r = 0;
-                if (b >= 255 && g >= 255 && r >= 255) b = g = r = 255;
-                if (b < 0) {
-                    g += b / 2;
-                    r += b / 2;
-                    b = 0;
-                } else if (b > 255) {
-                    g += (b - 255) / 2;
-                    r += (b - 255) / 2;
-                    b = 255;
-                }
-                if (g < 0) {
-                    b += g / 2;
-                    r += g / 2;
-                    g = 0;
-                } else if (g > 255) {
-                    b += (g - 255) / 2;
-                    r += (g - 255) / 2;
-                    g = 255;
-                }
-                if (r < 0) {
-                    g += r / 2;
-                    b += r / 2;
-                    r = 0;
-                } else if (r > 255) {
-                    g += (r - 255) / 2;
-                    b += (r - 255) / 2;
-                    r = 255;
-                }
-            }
-            store32(p + 4 * i, packPixel(v, uint32_t(b), uint32_t(g), uint32_t(r)));
-        }
+        for (int32_t x = x0; x < x1; x += kSpillGroup)
+            contrastGroup(out.pixel(x, y), std::min(kSpillGroup, x1 - x), m.data());
     });
     finishProgress();
     return out;
@@ -283,19 +349,12 @@ Bits cBitFilter::Equalize() {
     Bits out = buffer_;
     const int32_t w = BitsWidth(), h = BitsHeight();
     // Pass 1: the histogram of v = round(B * 0.113 + G * 0.586 + R * 0.301) over the whole
-    // image. As in GreyScale, the integer sum S = 113 B + 586 G + 301 R decides the rounding
-    // except on ties (S ending in 500), which take the double sum.
+    // image, through the weighted-sum table.
+    const WeightedSum& lum = equalizeWeights();
     std::array<int64_t, 256> hist{};
     for (int32_t y = 0; y < h; ++y) {
         const uint8_t* p = buffer_.row(y);
-        for (int32_t x = 0; x < w; ++x) {
-            const int32_t b = p[4 * x], g = p[4 * x + 1], r = p[4 * x + 2];
-            const int32_t s = 113 * b + 586 * g + 301 * r;
-            const int32_t q = s / 1000, rem = s - q * 1000;
-            const int32_t v =
-                rem != 500 ? q + (rem > 500 ? 1 : 0) : vbRound(b * 0.113 + g * 0.586 + r * 0.301);
-            ++hist[size_t(v)];
-        }
+        for (int32_t x = 0; x < w; ++x) ++hist[size_t(lum(p[4 * x], p[4 * x + 1], p[4 * x + 2]))];
     }
     if (int64_t(w) * h == 0) {
         // No pixel: the median walk would run off the histogram. Nothing to change.

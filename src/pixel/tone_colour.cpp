@@ -141,28 +141,34 @@ Bits cBitFilter::ReplaceL(uint32_t colour, uint32_t newColour, int32_t lumTolera
     return out;
 }
 
+namespace {
+// Output channel k takes source channel Sk (channel 0 is bits 0..7). Fixed shifts let the
+// loop run as vector code.
+template <uint32_t S0, uint32_t S1, uint32_t S2> void swapChannels(uint8_t* p, int32_t n) {
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t v = load32(p + 4 * i);
+        store32(p + 4 * i, (v & kMarkerMask) | ((v >> (8 * S0)) & 255u) |
+                               (((v >> (8 * S1)) & 255u) << 8) |
+                               (((v >> (8 * S2)) & 255u) << 16));
+    }
+}
+} // namespace
+
 Bits cBitFilter::SwapBanks(int32_t mode) {
     Bits out = buffer_;
-    RegionBounds(0);
-    if (mode >= 1 && mode <= 5) {
-        // Output channel k takes source channel src[k] (channel 0 is bits 0..7).
-        static constexpr int kSources[6][3] = {
-            {0, 1, 2}, {1, 2, 0}, {2, 0, 1}, {1, 0, 2}, {2, 1, 0}, {0, 2, 1}};
-        const uint32_t s0 = uint32_t(kSources[mode][0]) * 8u, s1 = uint32_t(kSources[mode][1]) * 8u,
-                       s2 = uint32_t(kSources[mode][2]) * 8u;
-        forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-            uint8_t* p = out.pixel(x0, y);
-            const int32_t n = x1 - x0;
-            for (int32_t i = 0; i < n; ++i) {
-                const uint32_t v = load32(p + 4 * i);
-                store32(p + 4 * i, (v & kMarkerMask) | ((v >> s0) & 255u) |
-                                       (((v >> s1) & 255u) << 8) | (((v >> s2) & 255u) << 16));
-            }
-        });
-    } else {
-        // Any other mode leaves every pixel as it is; the rows are still walked.
-        forEachSpan([](int32_t, int32_t, int32_t) {});
+    void (*swap)(uint8_t*, int32_t) = nullptr;
+    switch (mode) {
+    case 1: swap = swapChannels<1, 2, 0>; break; // "RGB2BRG"
+    case 2: swap = swapChannels<2, 0, 1>; break; // "RGB2GBR"
+    case 3: swap = swapChannels<1, 0, 2>; break; // "RGB2RBG"
+    case 4: swap = swapChannels<2, 1, 0>; break; // "RGB2BGR"
+    case 5: swap = swapChannels<0, 2, 1>; break; // "RGB2GRB"
+    default: break; // any other mode leaves every pixel as it is
     }
+    RegionBounds(0);
+    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
+        if (swap) swap(out.pixel(x0, y), x1 - x0);
+    });
     finishProgress();
     return out;
 }

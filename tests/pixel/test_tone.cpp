@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
 #include <functional>
 
 using namespace ostrivex;
@@ -148,6 +149,107 @@ TEST(Tone, ContrastSpreadsTheOverflowOverTheOtherChannels) {
     Bits expected = a;
     expected(0, 1, 1) = expected(1, 1, 1) = expected(2, 1, 1) = 100;
     EXPECT_TRUE(sameBits(expected, run(a, [](cBitFilter& f) { return f.Contrast(-100); }, &one)));
+}
+
+namespace {
+// Contrast as a plain loop over the pixels, with the spill rule as the loop it is.
+Bits referenceContrast(const Bits& src, int32_t level) {
+    int64_t sum = 0;
+    for (int y = 0; y < src.height(); ++y)
+        for (int x = 0; x < src.width(); ++x) sum += (src(0, x, y) + src(1, x, y) + src(2, x, y)) / 3;
+    const int32_t mean = int32_t(sum / (int64_t(src.width()) * src.height()));
+    const float f = float((level + 100) / 100.0);
+    Bits out = src;
+    for (int y = 0; y < src.height(); ++y)
+        for (int x = 0; x < src.width(); ++x) {
+            auto map = [&](int c) { return int(std::nearbyint((c - mean) * double(f) + mean)); };
+            int b = map(src(0, x, y)), g = map(src(1, x, y)), r = map(src(2, x, y));
+            auto out255 = [](int c) { return c < 0 || c > 255; };
+            while (out255(b) || out255(g) || out255(r)) {
+                if (b <= 0 && g <= 0 && r <= 0) b = g = r = 0;
+                if (b >= 255 && g >= 255 && r >= 255) b = g = r = 255;
+                if (b < 0) { g += b / 2; r += b / 2; b = 0; }
+                else if (b > 255) { g += (b - 255) / 2; r += (b - 255) / 2; b = 255; }
+                if (g < 0) { b += g / 2; r += g / 2; g = 0; }
+                else if (g > 255) { b += (g - 255) / 2; r += (g - 255) / 2; g = 255; }
+                if (r < 0) { g += r / 2; b += r / 2; r = 0; }
+                else if (r > 255) { g += (r - 255) / 2; b += (r - 255) / 2; r = 255; }
+            }
+            out(0, x, y) = uint8_t(b);
+            out(1, x, y) = uint8_t(g);
+            out(2, x, y) = uint8_t(r);
+        }
+    return out;
+}
+} // namespace
+
+TEST(Tone, ContrastEqualsThePlainSpillLoopOnRandomImages) {
+    for (uint32_t seed : {4u, 5u})
+        for (int32_t level : {-100, -30, 60, 250}) {
+            const Bits src = patternBits(67, 23, seed);
+            EXPECT_TRUE(sameBits(referenceContrast(src, level),
+                                 run(src, [=](cBitFilter& f) { return f.Contrast(level); })))
+                << "level " << level;
+        }
+}
+
+TEST(Tone, GreyScaleEqualsTheDoubleSumOnEveryColour) {
+    Bits src(4096, 4096);
+    for (int y = 0; y < 4096; ++y)
+        for (int x = 0; x < 4096; ++x) {
+            const uint32_t c = uint32_t(y) * 4096u + uint32_t(x);
+            src(0, x, y) = uint8_t(c & 255u);
+            src(1, x, y) = uint8_t((c >> 8) & 255u);
+            src(2, x, y) = uint8_t(c >> 16);
+        }
+    const Bits grey = run(src, [](cBitFilter& f) { return f.GreyScale(); });
+    int64_t wrong = 0;
+    for (int y = 0; y < 4096; ++y)
+        for (int x = 0; x < 4096; ++x) {
+            const int v = int(std::nearbyint(src(0, x, y) * 0.071 + src(1, x, y) * 0.707 +
+                                             src(2, x, y) * 0.222));
+            wrong += grey(0, x, y) != v || grey(1, x, y) != v || grey(2, x, y) != v;
+        }
+    EXPECT_EQ(wrong, 0);
+}
+
+namespace {
+Bits referenceEqualize(const Bits& src) {
+    int64_t hist[256] = {};
+    for (int y = 0; y < src.height(); ++y)
+        for (int x = 0; x < src.width(); ++x)
+            ++hist[int(std::nearbyint(src(0, x, y) * 0.113 + src(1, x, y) * 0.586 + src(2, x, y) * 0.301))];
+    const int64_t half = int64_t(src.width()) * src.height() / 2;
+    int64_t sum = 0;
+    int i = 0;
+    for (; i < 256; ++i) {
+        sum += hist[i];
+        if (sum > half) break;
+    }
+    const int m = hist[i] / 2 <= sum - half ? i - 1 : i;
+    const float high = float(127.0 / (255 - m)), low = float(127.0 / (m - 1));
+    Bits out = src;
+    for (int y = 0; y < src.height(); ++y)
+        for (int x = 0; x < src.width(); ++x)
+            for (int c = 0; c < 3; ++c) {
+                const int v = src(c, x, y);
+                const double e = v >= m ? (v - m) * double(high) + 128.0 : v * double(low);
+                const double r = std::nearbyint(e);
+                if (r >= 0 && r <= 255) out(c, x, y) = uint8_t(r);
+            }
+    return out;
+}
+} // namespace
+
+TEST(Tone, EqualizeEqualsThePlainFormulaOnRandomImages) {
+    for (uint32_t seed : {6u, 7u, 8u}) {
+        Bits src = patternBits(61, 37, seed);
+        // Darken some rows so that the median moves off the middle.
+        for (int y = 0; y < 37; y += 2)
+            for (int x = 0; x < 61; ++x)
+                for (int c = 0; c < 3; ++c) src(c, x, y) = uint8_t(src(c, x, y) / (seed - 4));
+        EXPECT_TRUE(sameBits(referenceEqualize(src), run(src, [](cBitFilter& f) { return f.Equalize(); })));
+    }
 }
 
 TEST(Tone, EqualizeMovesTheMedianTo128) {

@@ -253,7 +253,10 @@ bool LoadSettings();
 // Writes `Settings` whole over the start of the settings file. False on failure; the
 // program shows nothing in that case.
 bool SaveSettings();
-// Records `path` in the recent-file list (see the rules in settings.cpp).
+// Records `path` in the recent-file list: a path already listed (entries compared with
+// blanks trimmed) stays where it is; else it goes into the first entry made of blanks only;
+// else the list moves down one, dropping the last, and the path goes on top. A never-written
+// entry holds NULs, not blanks, so after a first start new paths go on top.
 void AddRecentFile(const std::string& path);
 // True if anything of that exact name exists: a file, a folder or a dangling link.
 bool FileExists(const std::string& path);

@@ -21,6 +21,28 @@ template <class Fn> void forPixels(Bits& out, int32_t y, int32_t x0, int32_t x1,
     for (int32_t x = x0; x < x1; ++x, p += 4) fn(p[0], p[1], p[2]);
 }
 
+// Replaces every pixel word p of the span (blue in the low byte, alpha in the high byte)
+// by fn(p); written on whole words so that the compiler can vectorise it.
+template <class Fn> void forWords(Bits& out, int32_t y, int32_t x0, int32_t x1, Fn&& fn) {
+    uint8_t* p = out.pixel(x0, y);
+    const int32_t n = x1 - x0;
+    for (int32_t i = 0; i < n; ++i) {
+        uint32_t w;
+        std::memcpy(&w, p + 4 * i, 4);
+        w = fn(w);
+        std::memcpy(p + 4 * i, &w, 4);
+    }
+}
+
+inline uint32_t maxOf3(uint32_t w) {
+    const uint32_t b = w & 0xFF, g = (w >> 8) & 0xFF, r = (w >> 16) & 0xFF;
+    return std::max(b, std::max(g, r));
+}
+inline uint32_t minOf3(uint32_t w) {
+    const uint32_t b = w & 0xFF, g = (w >> 8) & 0xFF, r = (w >> 16) & 0xFF;
+    return std::min(b, std::min(g, r));
+}
+
 } // namespace
 
 // Blocks aligned to multiples of size from (0, 0). The three averages outlive the pixel
@@ -160,21 +182,19 @@ Bits cBitFilter::HALFTONE(int32_t radius, int32_t definition, int32_t intensity)
 }
 
 // Green and red become L = Round(0.071 * blue + 0.707 * green + 0.222 * red); blue stays.
+// The double sum is rounded ties-to-even by adding and taking away 1.5 * 2^52, which
+// gives the same integer as nearbyint and lets the loop run on whole words.
 Bits cBitFilter::OLDPHOTO() {
     Bits out = buffer_;
     RegionBounds(0);
-    // The three products, each exactly the double of the formula, so the sum is too.
-    std::array<double, 256> tb{}, tg{}, tr{};
-    for (int v = 0; v < 256; ++v) {
-        tb[size_t(v)] = 0.071 * v;
-        tg[size_t(v)] = 0.707 * v;
-        tr[size_t(v)] = 0.222 * v;
-    }
     forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        forPixels(out, y, x0, x1, [&](uint8_t& b, uint8_t& g, uint8_t& r) {
-            const uint8_t l = uint8_t(std::nearbyint(tb[b] + tg[g] + tr[r]));
-            g = l;
-            r = l;
+        forWords(out, y, x0, x1, [](uint32_t w) {
+            constexpr double kMagic = 6755399441055744.0;
+            const double b = double(w & 0xFF), g = double((w >> 8) & 0xFF),
+                         r = double((w >> 16) & 0xFF);
+            const double sum = 0.071 * b + 0.707 * g + 0.222 * r;
+            const uint32_t l = uint32_t(int64_t((sum + kMagic) - kMagic));
+            return (w & 0xFF0000FFu) | (l << 8) | (l << 16);
         });
     });
     finishProgress();
@@ -186,17 +206,14 @@ Bits cBitFilter::THERMIQUE() {
     Bits out = buffer_;
     RegionBounds(0);
     forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        forPixels(out, y, x0, x1, [](uint8_t& b, uint8_t& g, uint8_t& r) {
-            if (r > g && r > b) {
-                g = 0;
-                b = 0;
-            } else if (g > r && g > b) {
-                r = 0;
-                b = 0;
-            } else if (b > r && b > g) {
-                r = 0;
-                g = 0;
-            }
+        forWords(out, y, x0, x1, [](uint32_t w) {
+            const uint32_t b = w & 0xFF, g = (w >> 8) & 0xFF, r = (w >> 16) & 0xFF;
+            // The bytes kept: alpha and the winner.
+            const uint32_t keep = (r > g && r > b)   ? 0xFFFF0000u
+                                  : (g > r && g > b) ? 0xFF00FF00u
+                                  : (b > r && b > g) ? 0xFF0000FFu
+                                                     : 0xFFFFFFFFu;
+            return w & keep;
         });
     });
     finishProgress();
@@ -205,7 +222,7 @@ Bits cBitFilter::THERMIQUE() {
 
 namespace {
 // A channel is dark at or below 127.5, so at or below 127.
-constexpr uint8_t kDarkMax = 127;
+constexpr uint32_t kDarkMax = 127;
 } // namespace
 
 // All three channels dark: white; all bright: black; mixed pixels stay.
@@ -213,9 +230,10 @@ Bits cBitFilter::XBLACK() {
     Bits out = buffer_;
     RegionBounds(0);
     forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        forPixels(out, y, x0, x1, [](uint8_t& b, uint8_t& g, uint8_t& r) {
-            if (b <= kDarkMax && g <= kDarkMax && r <= kDarkMax) b = g = r = 255;
-            else if (b > kDarkMax && g > kDarkMax && r > kDarkMax) b = g = r = 0;
+        forWords(out, y, x0, x1, [](uint32_t w) {
+            if (maxOf3(w) <= kDarkMax) return w | 0x00FFFFFFu;
+            if (minOf3(w) > kDarkMax) return w & 0xFF000000u;
+            return w;
         });
     });
     finishProgress();
@@ -227,9 +245,10 @@ Bits cBitFilter::PHOTOCOP() {
     Bits out = buffer_;
     RegionBounds(0);
     forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        forPixels(out, y, x0, x1, [](uint8_t& b, uint8_t& g, uint8_t& r) {
-            if (b <= kDarkMax && g <= kDarkMax && r <= kDarkMax) b = g = r = 0;
-            else if (b > kDarkMax && g > kDarkMax && r > kDarkMax) b = g = r = 255;
+        forWords(out, y, x0, x1, [](uint32_t w) {
+            if (maxOf3(w) <= kDarkMax) return w & 0xFF000000u;
+            if (minOf3(w) > kDarkMax) return w | 0x00FFFFFFu;
+            return w;
         });
     });
     finishProgress();

@@ -4,6 +4,7 @@
 #include "pixel/vbmath.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdlib>
 
 namespace ostrivex {
@@ -66,6 +67,7 @@ Bits cBitFilter::PAINTING() {
     const int32_t w1 = lastColumn_, h1 = lastRow_;
     const Bits& src = buffer_;
     constexpr int32_t kHalf = 3, kLength = 2 * kHalf + 1;
+    const ptrdiff_t stride = ptrdiff_t(src.stride());
     forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
         const int32_t yUp = std::max(y - 1, 0), yDown = std::min(y + 1, h1);
         uint8_t* d = out.pixel(x0, y);
@@ -81,13 +83,24 @@ Bits cBitFilter::PAINTING() {
             else if ((gx > 0) == (gy > 0)) sx = 1, sy = -1;
             else sx = 1, sy = 1;
             int32_t sum[3] = {0, 0, 0};
-            for (int32_t i = -kHalf; i <= kHalf; ++i) {
-                const int32_t px = std::clamp(x + i * sx, 0, w1);
-                const int32_t py = std::clamp(y + i * sy, 0, h1);
-                const uint8_t* s = src.pixel(px, py);
-                sum[0] += s[0];
-                sum[1] += s[1];
-                sum[2] += s[2];
+            if (x >= kHalf && x + kHalf <= w1 && y >= kHalf && y + kHalf <= h1) {
+                // Away from the edges the stroke is a fixed step through the buffer.
+                const ptrdiff_t step = ptrdiff_t(sx) * 4 + ptrdiff_t(sy) * stride;
+                const uint8_t* s = src.pixel(x, y) - kHalf * step;
+                for (int32_t i = 0; i < kLength; ++i, s += step) {
+                    sum[0] += s[0];
+                    sum[1] += s[1];
+                    sum[2] += s[2];
+                }
+            } else {
+                for (int32_t i = -kHalf; i <= kHalf; ++i) {
+                    const int32_t px = std::clamp(x + i * sx, 0, w1);
+                    const int32_t py = std::clamp(y + i * sy, 0, h1);
+                    const uint8_t* s = src.pixel(px, py);
+                    sum[0] += s[0];
+                    sum[1] += s[1];
+                    sum[2] += s[2];
+                }
             }
             d[0] = uint8_t(sum[0] / kLength);
             d[1] = uint8_t(sum[1] / kLength);

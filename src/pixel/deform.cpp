@@ -147,14 +147,7 @@ Bits cBitFilter::WAVES(int32_t frequency, int32_t amplitude, int32_t startDegree
     forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
         const int32_t sy = rowOf[size_t(y)];
         if (sy == y) return; // the copy already holds the row
-        const uint8_t* s = src.pixel(x0, sy);
-        uint8_t* d = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
-        for (int32_t i = 0; i < n; ++i) {
-            d[4 * i + 0] = s[4 * i + 0];
-            d[4 * i + 1] = s[4 * i + 1];
-            d[4 * i + 2] = s[4 * i + 2];
-        }
+        deform::copyColourRun(out.pixel(x0, y), src.pixel(x0, sy), x1 - x0);
     });
     finishProgress();
     return out;

@@ -63,11 +63,6 @@ void whitenTable(uint8_t* table, double a) {
         table[v] = uint8_t(std::min(roundEven(v + (255 - v) * a), 255));
 }
 
-int32_t positiveMod(int32_t a, int32_t p) {
-    const int32_t r = a % p;
-    return r < 0 ? r + p : r;
-}
-
 } // namespace
 
 Bits cBitFilter::GLASS(const std::string& style, int32_t value) {
@@ -84,19 +79,30 @@ Bits cBitFilter::GLASS(const std::string& style, int32_t value) {
         if (level == 0) p = std::max(8, L / 12);
         else if (level == 2) p = std::max(4, L / 48);
         else p = std::max(6, L / 24);
+        // The moves are laid out per column and per row of the box before the walk, so the
+        // loop does no division.
+        const int32_t boxWidth = std::max(boxW, 0), boxHeight = std::max(boxH, 0);
         if (style == "slanting") {
             const std::vector<int32_t> move = reedMoves(p, 0.75);
+            // moveAt[(y - top) mod p + (x - left)] = move[(x - left + y - top) mod p].
+            std::vector<int32_t> moveAt(static_cast<size_t>(p + boxWidth));
+            for (size_t i = 0; i < moveAt.size(); ++i) moveAt[i] = move[i % size_t(p)];
+            std::vector<int32_t> rowPhase(static_cast<size_t>(boxHeight));
+            for (int32_t j = 0; j < boxHeight; ++j) rowPhase[size_t(j)] = j % p;
             return deformMap(false, [&](int32_t x, int32_t y, int32_t& sx, int32_t& sy) {
-                const int32_t m = move[size_t(positiveMod(x - left + y - top, p))];
+                const int32_t m = moveAt[size_t(rowPhase[size_t(y - top)] + (x - left))];
                 sx = x + m;
                 sy = y + m;
             });
         }
         const std::vector<int32_t> move = reedMoves(p, 1.5);
         const bool alongX = style != "horizontal", alongY = style != "vertical";
+        std::vector<int32_t> columnMove(static_cast<size_t>(boxWidth)), rowMove(static_cast<size_t>(boxHeight));
+        for (int32_t i = 0; i < boxWidth; ++i) columnMove[size_t(i)] = alongX ? move[size_t(i % p)] : 0;
+        for (int32_t j = 0; j < boxHeight; ++j) rowMove[size_t(j)] = alongY ? move[size_t(j % p)] : 0;
         return deformMap(false, [&](int32_t x, int32_t y, int32_t& sx, int32_t& sy) {
-            sx = alongX ? x + move[size_t((x - left) % p)] : x;
-            sy = alongY ? y + move[size_t((y - top) % p)] : y;
+            sx = x + columnMove[size_t(x - left)];
+            sy = y + rowMove[size_t(y - top)];
         });
     }
 

@@ -6,6 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+#include <cmath>
 #include <utility>
 #include <vector>
 
@@ -371,4 +373,36 @@ TEST(Artistic, GridDrawsLinesFromTheBoxCorner) {
                                 100, 255, 100, 255, 100, //
                                 100, 255, 255, 255, 100, //
                                 100, 100, 100, 100, 100}));
+}
+
+TEST(Artistic, OldPhotoRoundsHalvesToEven) {
+    // 0.222 * 250 = 55.5 -> 56 and 0.707 * 50 + 0.071 * 50 + 0.222 * 25 = 44.45 -> 44;
+    // 0.071 * 0 + 0.707 * 0 + 0.222 * 252.25 is not a pixel, but red 125 gives 27.75 -> 28
+    // and (b 100, g 0, r 0) gives 7.1 -> 7.
+    const Bits src = makeBits(4, 1, {{0, 0, 250}, {50, 50, 25}, {0, 0, 125}, {100, 0, 0}});
+    Loaded l(src);
+    EXPECT_TRUE(sameBits(makeBits(4, 1, {{0, 56, 56}, {50, 44, 44}, {0, 28, 28}, {100, 7, 7}}),
+                         l.f.OLDPHOTO()));
+    // Every pixel whose exact sum ends in .5 (71 b + 707 g + 222 r = 500 mod 1000) is
+    // rounded as the formula's own double sum rounds with nearbyint.
+    std::vector<std::array<int, 3>> ties;
+    for (int b = 0; b < 256; b += 3)
+        for (int g = 0; g < 256; ++g)
+            for (int r = 0; r < 256; ++r)
+                if ((71 * b + 707 * g + 222 * r) % 1000 == 500) ties.push_back({b, g, r});
+    ASSERT_GT(ties.size(), 1000u);
+    Bits tieImage(int(ties.size()), 1);
+    for (size_t i = 0; i < ties.size(); ++i) {
+        uint8_t* p = tieImage.pixel(int(i), 0);
+        p[0] = uint8_t(ties[i][0]);
+        p[1] = uint8_t(ties[i][1]);
+        p[2] = uint8_t(ties[i][2]);
+    }
+    Loaded t(tieImage);
+    const Bits out = t.f.OLDPHOTO();
+    for (size_t i = 0; i < ties.size(); ++i) {
+        const auto& c = ties[i];
+        const int want = int(std::nearbyint(0.071 * c[0] + 0.707 * c[1] + 0.222 * c[2]));
+        ASSERT_EQ(out(1, int(i), 0), want) << c[0] << "," << c[1] << "," << c[2];
+    }
 }

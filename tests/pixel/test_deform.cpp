@@ -362,3 +362,32 @@ TEST(Deform, CurtainFoldsShadeAndRipple) {
     // Value 0 or 5 is no curtain.
     EXPECT_TRUE(sameBits(src, l.f.GLASS("curtain", 5)));
 }
+
+TEST(Deform, EllipseRegionTestsTargetAndSourcePixelByPixel) {
+    // On a region of many spans every output pixel follows the per-pixel rule: outside
+    // the region it stays; inside, it takes its source if that lies in the region, else
+    // turns black. STRETCH(100, 0) on 9 x 7: box 0..8 x 1..5 (the ellipse (0,1)-(9,6)),
+    // centre (4, 3), sx = 2 x - 4.
+    const Bits src = numbered(9, 7);
+    Loaded l(src, Region::ellipse(0, 1, 9, 6));
+    const Bits out = l.f.STRETCH(100, 0, true);
+    int copied = 0, blackened = 0;
+    for (int y = 0; y < 7; ++y)
+        for (int x = 0; x < 9; ++x) {
+            const int sx = 2 * x - 4;
+            std::vector<int> want{src(0, x, y), src(1, x, y), src(2, x, y)};
+            if (l.region.contains(x, y)) {
+                if (l.region.contains(sx, y)) {
+                    want = {src(0, sx, y), src(1, sx, y), src(2, sx, y)};
+                    ++copied;
+                } else {
+                    want = {0, 0, 0};
+                    ++blackened;
+                }
+            }
+            EXPECT_EQ((std::vector<int>{out(0, x, y), out(1, x, y), out(2, x, y)}), want)
+                << x << "," << y;
+        }
+    EXPECT_GT(copied, 5);
+    EXPECT_GT(blackened, 5);
+}

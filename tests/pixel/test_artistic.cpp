@@ -406,3 +406,44 @@ TEST(Artistic, OldPhotoRoundsHalvesToEven) {
         ASSERT_EQ(out(1, int(i), 0), want) << c[0] << "," << c[1] << "," << c[2];
     }
 }
+
+TEST(Artistic, EmptyRegionChangesNothingAndStillReportsDone) {
+    const Bits src = patternBits(6, 5);
+    Loaded l(src, Region());
+    const cBitFilter::ClockFunction realClock = cBitFilter::clock;
+    cBitFilter::clock = []() -> uint32_t { return 0; };
+    std::vector<int> reported;
+    l.f.Progress = [&](int32_t& percent) { reported.push_back(percent); };
+    const int32_t palette[1][3] = {{1, 2, 3}};
+    const std::vector<std::pair<const char*, Bits>> results = {
+        {"PIXELIZE", l.f.PIXELIZE(2)},
+        {"HALFTONE", l.f.HALFTONE(1, 50, 0)},
+        {"OLDPHOTO", l.f.OLDPHOTO()},
+        {"THERMIQUE", l.f.THERMIQUE()},
+        {"XBLACK", l.f.XBLACK()},
+        {"PHOTOCOP", l.f.PHOTOCOP()},
+        {"Scanlines", l.f.Scanlines(30)},
+        {"Texturize", l.f.Texturize(patternBits(3, 3))},
+        {"PaletteApply", l.f.PaletteApply(true, palette, 1)},
+        {"StuckiBW", l.f.StuckiBW(0)},
+        {"SKETCH", l.f.SKETCH(255, true, 0)},
+        {"PAINTING", l.f.PAINTING()},
+        {"Dissolve", l.f.Dissolve(100, 0)},
+        {"Grid", l.f.Grid(1, 1, true, 0, 255)},
+        {"Light", l.f.Light(0.5f, 0.5f, 0.5f, 100, 0)},
+        {"STRETCH", l.f.STRETCH(50, 50, true)},
+        {"ROTATE", l.f.ROTATE(45, true)},
+        {"FOLD", l.f.FOLD(50, 50, true)},
+        {"TWIRL", l.f.TWIRL(50, 0, true)},
+        {"BEND", l.f.BEND(0, true)},
+        {"WAVES", l.f.WAVES(30, 40, 0)},
+        {"TILE", l.f.TILE(2)},
+        {"LENS", l.f.LENS(0.5f, 0.5f, 0.5f, 100)},
+        {"GLASS slanting", l.f.GLASS("slanting", 0)},
+        {"GLASS curtain", l.f.GLASS("curtain", 3)},
+    };
+    cBitFilter::clock = realClock;
+    for (const auto& [name, out] : results) EXPECT_TRUE(sameBits(src, out)) << name;
+    // Each one ends with 100, and with a test clock standing still nothing else is raised.
+    EXPECT_EQ(reported, std::vector<int>(results.size(), 100));
+}

@@ -47,25 +47,33 @@ void fImage::RedoBits() {
 }
 
 bool fImage::LoadUndoBits(const QString& file) {
-    Bits loaded;
-    if (!UndoStore::ReadSlotFile(file.toStdString(), loaded)) return false;
-    const int32_t w = loaded.width(), h = loaded.height();
+    const int32_t oldW = PictureWidth(), oldH = PictureHeight();
     DocumentHost* hst = host();
     cBitFilter* filter = hst ? &hst->Filter() : nullptr;
-    if (filter) filter->SetBits(std::move(loaded));
+    // Read straight into the document's buffer when the sizes agree: no second 4*(W+4)*(H+4)
+    // buffer per undo.
+    bool damaged = false;
+    if (!UndoStore::ReadSlotFileInto(file.toStdString(), bits_, damaged)) {
+        // A read error in the middle of the raster: the filter still holds the state that
+        // was on screen.
+        if (damaged && filter && filter->bits().width() == oldW && filter->bits().height() == oldH)
+            bits_ = filter->bits();
+        return false;
+    }
+    const int32_t w = bits_.width(), h = bits_.height();
+    if (filter) filter->SetBits(bits_);
 
     // A state of another canvas size resets the selection to the whole image.
-    const bool sizeChanged = w != PictureWidth() || h != PictureHeight();
+    const bool sizeChanged = w != oldW || h != oldH;
     if (sizeChanged) RegionMain = Region::rect(0, 0, w, h);
     if (filter) filter->BitsRegion(&RegionMain);
     if (sizeChanged) {
         SetAutoRedraw(false);
+        Bits loaded = std::move(bits_);
         CreateBlank(w, h);
+        bits_ = std::move(loaded); // the same pixels as the filter's
+
     }
-    if (filter)
-        bits_ = filter->GetBits();
-    else
-        bits_ = std::move(loaded);
     UpdateImage();
     if (sizeChanged) SetAutoRedraw(true);
     if (hst) {

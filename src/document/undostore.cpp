@@ -92,6 +92,15 @@ bool UndoStore::WriteSlotFile(const fs::path& file, const Bits& bits) {
 }
 
 bool UndoStore::ReadSlotFile(const fs::path& file, Bits& out) {
+    Bits loaded;
+    bool damaged = false;
+    if (!ReadSlotFileInto(file, loaded, damaged)) return false;
+    out = std::move(loaded);
+    return true;
+}
+
+bool UndoStore::ReadSlotFileInto(const fs::path& file, Bits& out, bool& damaged) {
+    damaged = false;
     const int fd = ::open(file.c_str(), O_RDONLY | O_CLOEXEC);
     if (fd < 0) return false;
     struct stat st {};
@@ -106,7 +115,10 @@ bool UndoStore::ReadSlotFile(const fs::path& file, Bits& out) {
         // file's own length.
         ok = getU32(header) == 40 && w >= 0 && h >= 0 && h <= INT32_MAX &&
              uint64_t(st.st_size) == 40u + uint64_t(width) * uint64_t(h + 4) * 4u;
-        if (ok) {
+        if (ok && out.width() == w && out.height() == h && !out.empty()) {
+            ok = readAll(fd, out.data(), out.size());
+            damaged = !ok;
+        } else if (ok) {
             Bits loaded(w, int32_t(h));
             ok = readAll(fd, loaded.data(), loaded.size());
             if (ok) out = std::move(loaded);

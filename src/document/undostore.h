@@ -77,6 +77,11 @@ public:
     // Reads a slot file. False (and out untouched) if the file is missing, short, longer
     // than its header says, or its header is not one this program writes.
     static bool ReadSlotFile(const std::filesystem::path& file, Bits& out);
+    // As ReadSlotFile, but when out already has the file's size the raster is read
+    // straight into out's memory (no new 4*(W+4)*(H+4) buffer to allocate and fault in).
+    // A refused file leaves out untouched; `damaged` is set if a read error struck after
+    // out's bytes began to change.
+    static bool ReadSlotFileInto(const std::filesystem::path& file, Bits& out, bool& damaged);
 
 private:
     std::filesystem::path appFolder_;

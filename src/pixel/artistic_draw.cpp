@@ -6,6 +6,7 @@
 #include <algorithm>
 #include <cstddef>
 #include <cstdlib>
+#include <vector>
 
 namespace ostrivex {
 
@@ -68,20 +69,35 @@ Bits cBitFilter::PAINTING() {
     const Bits& src = buffer_;
     constexpr int32_t kHalf = 3, kLength = 2 * kHalf + 1;
     const ptrdiff_t stride = ptrdiff_t(src.stride());
+    // The greys of three image rows, each kept in slot row mod 3 and made when first asked.
+    const size_t w = size_t(std::max(w1 + 1, 0));
+    std::vector<int32_t> greyRows(3 * w);
+    int32_t rowInSlot[3] = {-1, -1, -1};
+    auto greyRow = [&](int32_t yy) -> const int32_t* {
+        const int slot = yy % 3;
+        int32_t* g = greyRows.data() + size_t(slot) * w;
+        if (rowInSlot[slot] != yy) {
+            const uint8_t* s = src.row(yy);
+            for (size_t x = 0; x < w; ++x) g[x] = greyOf(s + 4 * x);
+            rowInSlot[slot] = yy;
+        }
+        return g;
+    };
     forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        const int32_t yUp = std::max(y - 1, 0), yDown = std::min(y + 1, h1);
+        const int32_t* gUp = greyRow(std::max(y - 1, 0));
+        const int32_t* gMid = greyRow(y);
+        const int32_t* gDown = greyRow(std::min(y + 1, h1));
         uint8_t* d = out.pixel(x0, y);
         for (int32_t x = x0; x < x1; ++x, d += 4) {
-            const int32_t gx = greyOf(src.pixel(std::min(x + 1, w1), y)) -
-                               greyOf(src.pixel(std::max(x - 1, 0), y));
-            const int32_t gy = greyOf(src.pixel(x, yDown)) - greyOf(src.pixel(x, yUp));
+            const int32_t gx = gMid[std::min(x + 1, w1)] - gMid[std::max(x - 1, 0)];
+            const int32_t gy = gDown[x] - gUp[x];
             const int32_t ax = std::abs(gx), ay = std::abs(gy);
-            int32_t sx, sy;
-            if (gx == 0 && gy == 0) sx = 1, sy = 1;
-            else if (ax >= 2 * ay) sx = 0, sy = 1;
-            else if (ay >= 2 * ax) sx = 1, sy = 0;
-            else if ((gx > 0) == (gy > 0)) sx = 1, sy = -1;
-            else sx = 1, sy = 1;
+            // The same choice as the rule above, written as selections rather than jumps:
+            // on a busy picture the direction changes from pixel to pixel.
+            const bool flat = (gx | gy) == 0, across = ax >= 2 * ay, along = ay >= 2 * ax;
+            const bool sameSign = (gx > 0) == (gy > 0);
+            const int32_t sx = (!flat && across) ? 0 : 1;
+            const int32_t sy = (flat || across) ? 1 : (along ? 0 : (sameSign ? -1 : 1));
             int32_t sum[3] = {0, 0, 0};
             if (x >= kHalf && x + kHalf <= w1 && y >= kHalf && y + kHalf <= h1) {
                 // Away from the edges the stroke is a fixed step through the buffer.

@@ -1,0 +1,501 @@
+#include "app/fmain.h"
+
+#include "app/globals.h"
+#include "app/settings/settings.h"
+#include "app/shell/compactpath.h"
+#include "app/toolbox.h"
+#include "document/fimage.h"
+#include "document/fpaste.h"
+#include "pixel/random.h"
+
+#include <QAction>
+#include <QActionGroup>
+#include <QApplication>
+#include <QCloseEvent>
+#include <QComboBox>
+#include <QDateTime>
+#include <QDir>
+#include <QFileInfo>
+#include <QLabel>
+#include <QMdiArea>
+#include <QMdiSubWindow>
+#include <QMenu>
+#include <QMenuBar>
+#include <QProgressBar>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QWindowStateChangeEvent>
+
+namespace ostrivex {
+
+fImage* ActiveDocument = nullptr;
+QString LastCommandCaption;
+bool DocumentChanged = false;
+fMain* MainWindow = nullptr;
+
+bool GetActiveDocument(fImage*& ref) {
+    if (!MainWindow) return false;
+    QMdiSubWindow* sub = MainWindow->mdiArea()->currentSubWindow();
+    if (!sub) return false;
+    auto* doc = qobject_cast<fImage*>(sub->widget());
+    if (!doc) return false;
+    ref = doc;
+    return true;
+}
+
+const std::array<const char*, 15> fMain::ToolKeys{
+    "Pencil",   "ZoomIn", "ZoomOut", "MouseScroll", "MM",    "GetColor", "SelectionMove",
+    "Select",   "Brush",  "Airbrush", "Stamp",      "Fill",  "Gradient", "Shape",
+    "Layers"};
+
+// The zoom factors the combo offers; a document's factor runs from 1 to 15, and one past
+// the ninth shows in the combo as no selection.
+const std::array<const char*, 9> fMain::ZoomItems{"1 : 1", "2 : 1", "3 : 1", "4 : 1", "5 : 1",
+                                                  "6 : 1", "7 : 1", "8 : 1", "9 : 1"};
+
+namespace {
+
+// Box names, captions and settings fields, in Views order. Sizes of the fixed boxes are
+// the program's own choice (the stored layout leaves room for them between their
+// neighbours' default places).
+struct BoxInfo {
+    const char* form;
+    const char* caption;
+    BoxFields fields;
+};
+
+using SR = SettingsRecord;
+const std::array<BoxInfo, fMain::BoxCount> kBoxes{{
+    {"fToolColor", "Color Box",
+     {&SR::ColorBoxVisible, &SR::ColorBoxLeft, &SR::ColorBoxTop, nullptr, nullptr,
+      &SR::ColorBoxMinimized, QSize(210, 160)}},
+    {"fToolTextures", "Textures Box",
+     {&SR::TexturesBoxVisible, &SR::TexturesBoxLeft, &SR::TexturesBoxTop, nullptr, nullptr,
+      &SR::TexturesBoxMinimized, QSize(210, 160)}},
+    {"fPaste", "History Box",
+     {&SR::HistoryBoxVisible, &SR::HistoryBoxLeft, &SR::HistoryBoxTop, &SR::HistoryBoxWidth,
+      &SR::HistoryBoxHeight, &SR::HistoryBoxMinimized, QSize()}},
+    {"fPanView", "Panoramic Box",
+     {&SR::PanoramicBoxVisible, &SR::PanoramicBoxLeft, &SR::PanoramicBoxTop,
+      &SR::PanoramicBoxWidth, &SR::PanoramicBoxHeight, &SR::PanoramicBoxMinimized, QSize()}},
+    {"fToolBrowser", "Browser Box",
+     {&SR::BrowserBoxVisible, &SR::BrowserBoxLeft, &SR::BrowserBoxTop, &SR::BrowserBoxWidth,
+      &SR::BrowserBoxHeight, &SR::BrowserBoxMinimized, QSize()}},
+    {"finfo", "Optimize Box",
+     {&SR::OptimizeBoxVisible, &SR::OptimizeBoxLeft, &SR::OptimizeBoxTop, nullptr, nullptr,
+      &SR::OptimizeBoxMinimized, QSize(210, 155)}},
+    {"fLayerBox", "Layer Box",
+     {&SR::LayerBoxVisible, &SR::LayerBoxLeft, &SR::LayerBoxTop, &SR::LayerBoxWidth,
+      &SR::LayerBoxHeight, &SR::LayerBoxMinimized, QSize()}},
+}};
+
+// Load order of the boxes at start-up: Color, Textures, History, Browser, Optimize,
+// Panoramic, Layer.
+constexpr std::array<int, fMain::BoxCount> kLoadOrder{
+    fMain::BoxColor,   fMain::BoxTextures, fMain::BoxHistory, fMain::BoxBrowser,
+    fMain::BoxOptimize, fMain::BoxPanoramic, fMain::BoxLayer};
+
+QString qs(std::string_view s) { return QString::fromUtf8(s.data(), qsizetype(s.size())); }
+
+} // namespace
+
+fMain::fMain(QWidget* parent) : QMainWindow(parent) {
+    setObjectName("fMain");
+    setWindowTitle("Ostrivex");
+    MainWindow = this;
+    SetDocumentHost(this);
+
+    mdi_ = new QMdiArea(this);
+    mdi_->setObjectName("MDIArea");
+    mdi_->setHorizontalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    mdi_->setVerticalScrollBarPolicy(Qt::ScrollBarAsNeeded);
+    setCentralWidget(mdi_);
+
+    buildMenus();
+    buildToolBar();
+    buildStatusBar();
+    buildBoxes();
+
+    // The load handler's own steps.
+    cbZoom_->setCurrentIndex(0);
+    Randomize(static_cast<uint32_t>(QDateTime::currentMSecsSinceEpoch()));
+    DocumentCounter = 0;
+}
+
+fMain::~fMain() {
+    if (GetDocumentHost() == this) SetDocumentHost(nullptr);
+    if (MainWindow == this) MainWindow = nullptr;
+    ActiveDocument = nullptr;
+    // The boxes are owned windows; they go with the main window.
+}
+
+// --- Building ---------------------------------------------------------------------------
+
+void fMain::buildMenus() {
+    for (const TopMenu& t : TopMenus()) {
+        QMenu* m = menuBar()->addMenu(qs(t.caption));
+        m->setObjectName(qs(t.name));
+        menus_[qs(t.name)] = m;
+    }
+    std::map<std::pair<QString, QString>, QMenu*> submenus;
+    for (const MenuEntry& e : MenuTable()) {
+        QMenu* into = menus_[qs(e.menu)];
+        if (!e.parent.empty()) into = submenus[{qs(e.menu), qs(e.parent)}];
+        if (e.route == MenuRoute::Separator) {
+            QAction* a = into->addSeparator();
+            actions_[&e] = a;
+            continue;
+        }
+        if (e.route == MenuRoute::Submenu) {
+            QMenu* sub = into->addMenu(qs(e.caption));
+            submenus[{qs(e.menu), qs(e.caption)}] = sub;
+            sub->menuAction()->setVisible(!e.hidden);
+            actions_[&e] = sub->menuAction();
+            if (e.caption == "Recent") {
+                for (int i = 0; i < RecentEntryCount; ++i) {
+                    QAction* rf = sub->addAction(QString());
+                    rf->setObjectName(QString("RF%1").arg(i));
+                    rf->setVisible(i == 0);
+                    connect(rf, &QAction::triggered, this, [this, i] { recentClick(i); });
+                    recent_[size_t(i)] = rf;
+                }
+            }
+            continue;
+        }
+        QAction* a = into->addAction(qs(e.caption));
+        if (!e.key.empty()) a->setShortcut(QKeySequence(qs(e.key)));
+        a->setVisible(!e.hidden);
+        a->setEnabled(!e.disabled);
+        actions_[&e] = a;
+        if (e.word == "ToggleBox") {
+            // The check mark is the box's state: a click flips it, and the flip shows or
+            // hides the box.
+            const int box = e.index - 4;
+            a->setCheckable(true);
+            viewsActions_[size_t(box)] = a;
+            connect(a, &QAction::toggled, this, [this, box](bool on) { applyBoxState(box, on); });
+            continue;
+        }
+        const MenuEntry* entry = &e;
+        connect(a, &QAction::triggered, this, [this, entry] { menuClick(*entry); });
+    }
+}
+
+void fMain::buildToolBar() {
+    tbTool_ = addToolBar("tbTool");
+    tbTool_->setObjectName("tbTool");
+    tbTool_->setMovable(false);
+    // Placeholder buttons: the tool panels and their images come with the tools' own work.
+    for (size_t i = 0; i < ToolKeys.size(); ++i) {
+        QAction* a = tbTool_->addAction(ToolKeys[i]);
+        a->setObjectName(ToolKeys[i]);
+        a->setCheckable(true);
+        a->setToolTip(ToolKeys[i]);
+    }
+    tbTool_->addSeparator();
+    cbZoom_ = new QComboBox(tbTool_);
+    cbZoom_->setObjectName("cbZoom");
+    for (const char* item : ZoomItems) cbZoom_->addItem(item);
+    tbTool_->addWidget(cbZoom_);
+    connect(cbZoom_, &QComboBox::activated, this, [this](int index) {
+        fImage* doc = nullptr;
+        if (!GetActiveDocument(doc)) return;
+        doc->SetZoomFactor(index + 1);
+        doc->UpdateImage();
+    });
+
+    // The text toolbar: a grip, style text, 3D text, logo maker, a grip.
+    tbText_ = addToolBar("tb");
+    tbText_->setObjectName("tb");
+    tbText_->setMovable(false);
+    const char* texts[] = {"Grip", "Style Text", "3D Text", "Logo", "Layer Grip"};
+    for (int i = 0; i < 5; ++i) {
+        QAction* a = tbText_->addAction(texts[i]);
+        connect(a, &QAction::triggered, this, [this, i] { tb_ButtonClick(i); });
+    }
+}
+
+void fMain::buildStatusBar() {
+    QStatusBar* bar = statusBar();
+    bar->setObjectName("sbStatus");
+    // Keyed panels: the action caption, the pixel under the cursor, the zoom.
+    for (const char* key : {"Status", "Pixel", "Zoom"}) {
+        auto* label = new QLabel(bar);
+        label->setObjectName(key);
+        label->setMinimumWidth(key == QString("Status") ? 240 : 120);
+        bar->addWidget(label, key == QString("Status") ? 1 : 0);
+        statusPanels_[key] = label;
+    }
+    progress_ = new QProgressBar(bar);
+    progress_->setObjectName("ProgressBar");
+    progress_->setRange(0, 100);
+    progress_->setValue(0);
+    progress_->setMaximumWidth(200);
+    bar->addPermanentWidget(progress_);
+}
+
+void fMain::buildBoxes() {
+    for (int i : kLoadOrder) {
+        const BoxInfo& info = kBoxes[size_t(i)];
+        auto* b = new ToolBox(info.form, info.caption, info.fields, this);
+        connect(b, &ToolBox::closeRequested, this, [this, i] { closeBox(i); });
+        boxes_[size_t(i)] = b;
+        // The History Box holds the clip history and the undo list; the other boxes' own
+        // controls are later work and they show an empty area under their title.
+        if (i == BoxHistory) {
+            historyContent_ = new fPaste(b);
+            b->setContent(historyContent_);
+        }
+    }
+}
+
+// --- Menus ------------------------------------------------------------------------------
+
+QMenu* fMain::menu(const QString& objectName) const {
+    auto it = menus_.find(objectName);
+    return it == menus_.end() ? nullptr : it->second;
+}
+
+QAction* fMain::action(const MenuEntry& entry) const {
+    auto it = actions_.find(&entry);
+    return it == actions_.end() ? nullptr : it->second;
+}
+
+void fMain::FillRecent() {
+    for (int i = 0; i < RecentEntryCount; ++i) {
+        const std::string path = FieldText(Settings.RecentFiles[size_t(i)]);
+        QAction* a = recent_[size_t(i)];
+        if (!path.empty() && FileExists(path)) {
+            a->setText(CompactPath(QString::fromLocal8Bit(path.c_str()), 400));
+            a->setVisible(true);
+        } else if (i == 0) {
+            // Entry 0 stays in the menu with an empty caption.
+            a->setText(QString());
+            a->setVisible(true);
+        } else {
+            a->setVisible(false);
+        }
+    }
+}
+
+void fMain::recentClick(int i) {
+    const std::string path = FieldText(Settings.RecentFiles[size_t(i)]);
+    if (path.empty()) return;
+    // Loading the file (LoadImageFile unless "olf", then loadBitmap) is the file
+    // commands' work.
+    route("loadBitmap");
+}
+
+// --- Boxes ------------------------------------------------------------------------------
+
+void fMain::PlaceBox(int index) {
+    ToolBox* b = boxes_[size_t(index)];
+    const bool visible = IsTrue(Settings.*b->fields().visible);
+    QAction* a = viewsActions_[size_t(index)];
+    if (a->isChecked() != visible) {
+        a->setChecked(visible); // shows or hides the box through applyBoxState
+    } else if (visible) {
+        b->PlaceFromSettings();
+        b->show();
+    }
+}
+
+void fMain::ToggleBox(int index) { viewsActions_[size_t(index)]->toggle(); }
+
+void fMain::applyBoxState(int index, bool on) {
+    ToolBox* b = boxes_[size_t(index)];
+    Settings.*b->fields().visible = Bool16(on);
+    if (on) {
+        b->PlaceFromSettings();
+        b->show();
+    } else {
+        b->hide();
+    }
+}
+
+void fMain::closeBox(int index) { viewsActions_[size_t(index)]->setChecked(false); }
+
+// --- Status and progress ----------------------------------------------------------------
+
+QString fMain::statusPanel(const QString& key) const {
+    auto it = statusPanels_.find(key);
+    return it == statusPanels_.end() ? QString() : it->second->text();
+}
+
+void fMain::SetStatusPanel(const QString& key, const QString& text) {
+    auto it = statusPanels_.find(key);
+    if (it != statusPanels_.end()) it->second->setText(text);
+}
+
+void fMain::ClearStatusPanels() {
+    for (auto& [key, label] : statusPanels_) label->clear();
+    progress_->setValue(0);
+}
+
+void fMain::ShowZoom(int zoom) {
+    cbZoom_->setCurrentIndex(zoom >= 1 && zoom <= int(ZoomItems.size()) ? zoom - 1 : -1);
+    SetStatusPanel("Zoom", QString("Zoom %1 : 1").arg(zoom));
+}
+
+bool fMain::HandScrollDown() {
+    const auto list = tbTool_->actions();
+    return list.size() > 14 && list[14]->isChecked();
+}
+
+void fMain::cFilter_Progress(int value) {
+    if (value <= -1) return;
+    progress_->setValue(value > 100 ? 100 : value);
+    SetStatusPanel("Status", QString("%1 %").arg(value));
+}
+
+void fMain::DisableTools(int except) {
+    const auto list = tbTool_->actions();
+    for (int i = 0; i < int(ToolKeys.size()) && i < list.size(); ++i)
+        if (i != except) list[i]->setChecked(false);
+}
+
+void fMain::tb_ButtonClick(int button) {
+    fImage* doc = nullptr;
+    if (!GetActiveDocument(doc)) return;
+    ActiveDocument = doc;
+    switch (button) {
+    case 1: route("fLayerText"); break; // style text dialog
+    case 2: route("f3D"); break;        // 3D text dialog
+    case 3: route("LogoMan"); break;    // logo maker
+    case 0:
+    case 4: route("ShowGrip"); break;   // the layer work's ShowGrip with no text, no object
+    default: break;
+    }
+}
+
+// --- Documents --------------------------------------------------------------------------
+
+cBitFilter& fMain::Filter() {
+    if (!cFilter_) CreateFilter();
+    return *cFilter_;
+}
+
+void fMain::CreateFilter() {
+    cFilter_ = std::make_unique<cBitFilter>();
+    cFilter_->Progress = [this](int32_t& percent) { cFilter_Progress(percent); };
+}
+
+void fMain::AddDocumentWindow(fImage* document) {
+    QMdiSubWindow* sub = mdi_->addSubWindow(document);
+    sub->setAttribute(Qt::WA_DeleteOnClose);
+    document->show();
+    sub->show();
+    mdi_->setActiveSubWindow(sub);
+}
+
+void fMain::RemoveDocumentWindow(fImage* document) {
+    for (QMdiSubWindow* sub : mdi_->subWindowList())
+        if (sub->widget() == document) mdi_->removeSubWindow(sub);
+    if (ActiveDocument == document) ActiveDocument = nullptr;
+}
+
+std::vector<fImage*> fMain::Documents() {
+    std::vector<fImage*> list;
+    for (QMdiSubWindow* sub : mdi_->subWindowList())
+        if (auto* doc = qobject_cast<fImage*>(sub->widget())) list.push_back(doc);
+    return list;
+}
+
+void fMain::RunCommand(const QString& word) {
+    MenuStatic(word);
+    MenuExec(word);
+}
+
+void fMain::DocumentActivated(fImage* document) {
+    // Swapping in the document's layers, the Optimize settings and the selection timer
+    // belong to the layer, web and selection work.
+    ActiveDocument = document;
+}
+
+void fMain::Update(const QString& label, bool saveUndo) {
+    fImage* doc = nullptr;
+    if (!GetActiveDocument(doc)) return;
+    ActiveDocument = doc;
+    // 1. The status caption; the undo step below is filed under the same label.
+    ActionLabel = label;
+    SetStatusPanel("Status", label);
+    // 2.
+    if (label.isEmpty()) doc->UpdateImage();
+    // 3.
+    RefreshPanView();
+    // 4.
+    if (saveUndo) {
+        doc->SaveUndoBits();
+        doc->Changed = true;
+    }
+    // 5.
+    ReloadOptimizePreview();
+    // 6.
+    DocumentChanged = true;
+}
+
+// --- Main window geometry ---------------------------------------------------------------
+
+void fMain::rememberMainSize() {
+    if (!isVisible()) return;
+    const Qt::WindowStates s = windowState();
+    Settings.MainMaximized = Bool16(s & Qt::WindowMaximized);
+    if (s & (Qt::WindowMaximized | Qt::WindowMinimized | Qt::WindowFullScreen)) return;
+    // Only a real change is stored, so a size that maps to the stored twips keeps them.
+    if (TwipsToPixels(Settings.MainWidth) != width()) Settings.MainWidth = PixelsToTwips(width());
+    if (TwipsToPixels(Settings.MainHeight) != height())
+        Settings.MainHeight = PixelsToTwips(height());
+}
+
+void fMain::resizeEvent(QResizeEvent* e) {
+    QMainWindow::resizeEvent(e);
+    rememberMainSize();
+}
+
+void fMain::changeEvent(QEvent* e) {
+    QMainWindow::changeEvent(e);
+    if (e->type() == QEvent::WindowStateChange) rememberMainSize();
+}
+
+void fMain::closeEvent(QCloseEvent* e) {
+    Unload();
+    e->accept();
+    QApplication::quit();
+}
+
+void fMain::Unload() {
+    if (unloaded_) return;
+    unloaded_ = true;
+    // 1. Every other window, last first. A document runs its own close handling, and a
+    // refusal stops nothing here.
+    const auto docs = Documents();
+    for (auto it = docs.rbegin(); it != docs.rend(); ++it) {
+        fImage* doc = *it;
+        doc->QueryUnload();
+        doc->Unload();
+        RemoveDocumentWindow(doc);
+        delete doc;
+    }
+    const auto windows = QApplication::topLevelWidgets();
+    for (auto it = windows.rbegin(); it != windows.rend(); ++it) {
+        QWidget* w = *it;
+        if (w == this || !w->isWindow()) continue;
+        if (auto* b = qobject_cast<ToolBox*>(w)) {
+            b->hide(); // the boxes are owned windows and die with the main window
+            continue;
+        }
+        if (w->parentWidget() == nullptr && w->isVisible()) w->close();
+    }
+    // 2.
+    SaveSettings();
+    // 3. The work files of this run and of any other that shares the folder.
+    QDir temp(QString::fromLocal8Bit(AppFolder().c_str()) + "/Temp");
+    for (const QFileInfo& f : temp.entryInfoList(QDir::Files | QDir::Hidden | QDir::System))
+        QFile::remove(f.absoluteFilePath());
+    // 4.
+    ClipboardBits = Bits();
+    StampBits = Bits();
+    ActiveDocument = nullptr;
+}
+
+} // namespace ostrivex

@@ -1,5 +1,6 @@
 // ostrivex-devil: the helper program that runs the fragile decoders (DevIL, libwmf,
-// libemf2svg) away from the editor. A crash, a hang (the parent kills it after its time
+// libemf2svg, and FreeImage, whose IFF loader spins for ever on a cut file) away from the
+// editor. A crash, a hang (the parent kills it after its time
 // limit) or any failure shows up as a non-zero exit and becomes a failed load or save.
 //
 //   ostrivex-devil load <source> <bmp>
@@ -7,6 +8,7 @@
 //   ostrivex-devil convert <source> <target> <IL type number>
 //   ostrivex-devil wmf <source> <bmp>
 //   ostrivex-devil emf <source> <svg>
+//   ostrivex-devil fi <FreeImage format number, or -1 for the file's own> <source> <bmp>
 #include <IL/il.h>
 #include <IL/ilu.h>
 #include <IL/ilut.h>
@@ -39,6 +41,40 @@ void limitResources() {
     setrlimit(RLIMIT_AS, &mem);
 }
 
+// Reads of the decoders go through these, which note a read that came back short: a
+// file cut off before the end of the data its header promises. Several loaders would
+// otherwise fill the missing rows with zeros and call the picture good.
+bool shortRead = false;
+
+ILHANDLE ILAPIENTRY ilOpen(ILconst_string name) { return std::fopen(name, "rb"); }
+void ILAPIENTRY ilClose(ILHANDLE h) { std::fclose(static_cast<FILE*>(h)); }
+ILboolean ILAPIENTRY ilEof(ILHANDLE h) { return std::feof(static_cast<FILE*>(h)) ? IL_TRUE : IL_FALSE; }
+ILint ILAPIENTRY ilGetc(ILHANDLE h) { return std::fgetc(static_cast<FILE*>(h)); }
+ILint ILAPIENTRY ilRead(void* buf, ILuint size, ILuint count, ILHANDLE h) {
+    const size_t n = std::fread(buf, size, count, static_cast<FILE*>(h));
+    if (n < count) shortRead = true;
+    return ILint(n);
+}
+ILint ILAPIENTRY ilSeek(ILHANDLE h, ILint offset, ILint origin) {
+    return std::fseek(static_cast<FILE*>(h), offset, origin);
+}
+ILint ILAPIENTRY ilTell(ILHANDLE h) { return ILint(std::ftell(static_cast<FILE*>(h))); }
+
+// A read that found nothing left at all: a block reader wanted more than the file has.
+bool emptyRead = false;
+
+unsigned DLL_CALLCONV fiRead(void* buf, unsigned size, unsigned count, fi_handle h) {
+    const size_t n = std::fread(buf, size, count, static_cast<FILE*>(h));
+    if (n < count) shortRead = true;
+    if (n == 0 && count > 0 && size > 0) emptyRead = true;
+    return unsigned(n);
+}
+unsigned DLL_CALLCONV fiWrite(void*, unsigned, unsigned, fi_handle) { return 0; }
+int DLL_CALLCONV fiSeek(fi_handle h, long offset, int origin) {
+    return std::fseek(static_cast<FILE*>(h), offset, origin);
+}
+long DLL_CALLCONV fiTell(fi_handle h) { return std::ftell(static_cast<FILE*>(h)); }
+
 void startDevil() {
     ilInit();
     iluInit();
@@ -46,6 +82,7 @@ void startDevil() {
     ilEnable(IL_ORIGIN_SET);
     ilOriginFunc(IL_ORIGIN_UPPER_LEFT);
     ilEnable(IL_FILE_OVERWRITE);
+    ilSetRead(ilOpen, ilClose, ilEof, ilGetc, ilRead, ilSeek, ilTell);
 }
 
 int devilLoad(const char* source, const char* bmp, bool raw) {
@@ -53,8 +90,16 @@ int devilLoad(const char* source, const char* bmp, bool raw) {
     ILuint id = 0;
     ilGenImages(1, &id);
     ilBindImage(id);
-    ILboolean loaded = raw ? ilLoad(IL_RAW, source) : ilLoadImage(source);
-    if (loaded != IL_TRUE) return 1;
+    // The type comes from the extension alone: DevIL would otherwise guess it from the
+    // contents when the extension has no loader, and load a png named .lmp.
+    const ILenum type = raw ? ILenum(IL_RAW) : ilTypeFromExt(source);
+    if (type == IL_TYPE_UNKNOWN) return 1;
+    shortRead = false;
+    ILboolean loaded = ilLoad(type, source);
+    // The Pixar and SGI loaders take a cut file for a whole one; the others read ahead
+    // past the end of good files too, and fail cut ones by themselves.
+    const bool exactReader = type == IL_PXR || type == IL_SGI;
+    if (loaded != IL_TRUE || (shortRead && exactReader)) return 1;
     if (ilGetInteger(IL_IMAGE_WIDTH) < 1 || ilGetInteger(IL_IMAGE_HEIGHT) < 1) return 1;
     ILboolean saved = ilSave(IL_BMP, bmp);
     ilDeleteImages(1, &id);
@@ -274,6 +319,47 @@ int emfConvert(const char* source, const char* svg) {
     return rc;
 }
 
+// FreeImage load by format, saved as a BMP at the picture's own depth, so the editor
+// reads the depth the library reported from the BMP. Pictures of other sample types
+// (16-bit grey, 48-bit colour, float) are brought to 24 bits first.
+int freeImageLoad(const char* formatText, const char* source, const char* bmp) {
+    char* end = nullptr;
+    const long number = std::strtol(formatText, &end, 10);
+    if (!end || *end) return 2;
+    FreeImage_Initialise(FALSE);
+    FREE_IMAGE_FORMAT fif = number < 0 ? FreeImage_GetFileType(source, 0) : FREE_IMAGE_FORMAT(number);
+    int rc = 1;
+    FreeImageIO io{fiRead, fiWrite, fiSeek, fiTell};
+    FILE* file = std::fopen(source, "rb");
+    shortRead = emptyRead = false;
+    FIBITMAP* dib = fif == FIF_UNKNOWN || !file ? nullptr : FreeImage_LoadFromHandle(fif, &io, file, 0);
+    if (file) std::fclose(file);
+    // The JPEG family and PCX read ahead in whole blocks and so end on a short read in any
+    // file; libjpeg, libpng and libtiff tell a cut file by themselves, the PCX reader does
+    // not: for it a read that finds nothing left is the sign.
+    const bool blockReader = fif == FIF_JPEG || fif == FIF_JNG || fif == FIF_MNG ||
+                             fif == FIF_PNG || fif == FIF_TIFF || fif == FIF_PCX;
+    const bool cut = blockReader ? (fif == FIF_PCX && emptyRead) : shortRead;
+    if (dib && cut) {
+        FreeImage_Unload(dib);
+        dib = nullptr;
+    }
+    if (dib && FreeImage_HasPixels(dib)) {
+        if (FreeImage_GetImageType(dib) != FIT_BITMAP) {
+            FIBITMAP* rgb = FreeImage_ConvertTo24Bits(dib);
+            FreeImage_Unload(dib);
+            dib = rgb;
+        }
+        if (dib && FreeImage_GetWidth(dib) >= 1 && FreeImage_GetHeight(dib) >= 1 &&
+            FreeImage_GetWidth(dib) <= 32767 && FreeImage_GetHeight(dib) <= 32767 &&
+            FreeImage_Save(FIF_BMP, dib, bmp, 0))
+            rc = 0;
+    }
+    if (dib) FreeImage_Unload(dib);
+    FreeImage_DeInitialise();
+    return rc;
+}
+
 } // namespace
 
 int main(int argc, char** argv) {
@@ -285,5 +371,6 @@ int main(int argc, char** argv) {
     if (command == "convert" && argc == 5) return devilConvert(argv[2], argv[3], argv[4]);
     if (command == "wmf" && argc == 4) return wmfRender(argv[2], argv[3]);
     if (command == "emf" && argc == 4) return emfConvert(argv[2], argv[3]);
+    if (command == "fi" && argc == 5) return freeImageLoad(argv[2], argv[3], argv[4]);
     return 2;
 }

@@ -77,6 +77,30 @@ const LoadRow* findLoadRow(const std::string& ext) {
 
 bool fileReadable(const std::string& path) { return access(path.c_str(), R_OK) == 0; }
 
+// Two formats have no signature that their loaders check, so that any file decodes to
+// noise; they are held to their fixed layouts first. A Koala picture is 10001 bytes of
+// bitmap, screen and colour memory and background, plus a 2-byte load address in the
+// usual 10003-byte file. A PhotoCD file says "PCD_IPI" at 0x800 and holds its 768 x 512
+// base picture (1.5 bytes a pixel) from 0x30000 on.
+bool plausibleFile(const std::string& path, const std::string& ext) {
+    if (ext != "koa" && ext != "pcd") return true;
+    FILE* f = std::fopen(path.c_str(), "rb");
+    if (!f) return false;
+    bool ok = false;
+    if (std::fseek(f, 0, SEEK_END) == 0) {
+        const long size = std::ftell(f);
+        if (ext == "koa") {
+            ok = size == 10001 || size == 10003;
+        } else if (size >= 0x30000 + 768 * 512 * 3 / 2) {
+            char mark[7] = {};
+            ok = std::fseek(f, 0x800, SEEK_SET) == 0 && std::fread(mark, 1, 7, f) == 7 &&
+                 std::memcmp(mark, "PCD_IPI", 7) == 0;
+        }
+    }
+    std::fclose(f);
+    return ok;
+}
+
 ImageFileResult loadFailed() {
     ClearLoadState();
     return {false, kLoadErrorText};
@@ -107,27 +131,27 @@ ImageFileResult LoadImageFile(const std::string& path, const std::string& extens
     const LoadRow* row = findLoadRow(ext);
     if (!row || !fileReadable(path)) return loadFailed();
 
-    FreeImageSession session;
-    FIBITMAP* dib = nullptr;
+    if (!plausibleFile(path, ext)) return loadFailed();
+
+    // Every decode runs in the helper, which hands the pixels over as a BMP of fixed name;
+    // an earlier one must never pass for this file's result.
+    const std::string temp = TempLoadName();
+    std::remove(temp.c_str());
+    bool decoded = false;
     switch (row->via) {
-    case LoadVia::Devil: {
-        // DevIL hands its pixels over through a BMP of fixed name; an earlier one must
-        // never pass for this file's result.
-        const std::string temp = TempLoadName();
-        std::remove(temp.c_str());
-        const char* command = ext == "raw" ? "loadraw" : "load";
-        if (RunHelper({command, path, temp})) dib = FreeImage_Load(FIF_BMP, temp.c_str(), 0);
+    case LoadVia::Devil:
+        decoded = RunHelper({ext == "raw" ? "loadraw" : "load", path, temp});
         break;
-    }
     case LoadVia::FreeImageType:
-        dib = FreeImage_Load(row->format, path.c_str(), 0);
+        decoded = RunHelper({"fi", std::to_string(int(row->format)), path, temp});
         break;
-    case LoadVia::FreeImageByContent: {
-        FREE_IMAGE_FORMAT fif = FreeImage_GetFileType(path.c_str(), 0);
-        if (fif != FIF_UNKNOWN) dib = FreeImage_Load(fif, path.c_str(), 0);
+    case LoadVia::FreeImageByContent:
+        decoded = RunHelper({"fi", "-1", path, temp});
         break;
     }
-    }
+    if (!decoded) return loadFailed();
+    FreeImageSession session;
+    FIBITMAP* dib = FreeImage_Load(FIF_BMP, temp.c_str(), 0);
     if (!dib) return loadFailed();
     const int bpp = int(FreeImage_GetBPP(dib));
     Bits pixels;

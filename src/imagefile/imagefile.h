@@ -1,10 +1,11 @@
 // Image files by extension: from a file name to pixels and back.
 //
 // Two libraries serve the formats: FreeImage for most rows, and DevIL for the formats
-// FreeImage lacks. DevIL always runs in a child process (the helper program
-// `ostrivex-devil`, installed next to `ostrivex`) with a time limit, because some of its
-// loaders crash or hang on valid files; it hands its pixels over through a BMP work file
-// in the private temporary folder. A few formats (gif, wmf, emf, dib, bmp) also go
+// FreeImage lacks. Every decode runs in a child process (the helper program
+// `ostrivex-devil`, installed next to `ostrivex`) with a time limit, because DevIL's
+// loaders crash or hang on some valid files and FreeImage's spin on some cut ones; the
+// helper hands the pixels over through a BMP work file in the private temporary folder.
+// Files cut short, of another format, or of no format at all end in the load error. A few formats (gif, wmf, emf, dib, bmp) also go
 // through the platform picture loader (`LoadPictureFile`): Qt for raster files, libwmf
 // for WMF, libemf2svg + Qt SVG for EMF.
 //
@@ -91,7 +92,7 @@ std::string TempLoadName();
 std::string DevilHelperPath();
 void SetDevilHelperPath(const std::string& path);
 // Time limit of one helper run in milliseconds (default 10000). A run past the limit is
-// killed and counts as a failed load or save.
+// killed and counts as a failed load or save. Raise it for very large pictures.
 void SetDevilTimeLimit(int milliseconds);
 int DevilTimeLimit();
 

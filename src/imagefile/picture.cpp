@@ -75,7 +75,17 @@ int headerDepth(const std::string& path, bool gif) {
     return u8(at) | u8(at + 1) << 8;
 }
 
+// A gif ends with its trailer byte 0x3B; Qt shows a cut-off gif with its missing rows
+// blank, which is no good load.
+bool gifComplete(const std::string& path) {
+    QFile file(QString::fromStdString(path));
+    if (!file.open(QIODevice::ReadOnly) || file.size() < 14) return false;
+    file.seek(file.size() - 1);
+    return file.read(1) == QByteArray(1, char(0x3B));
+}
+
 ImageFileResult loadRaster(const std::string& path, const char* format) {
+    if (std::string(format) == "gif" && !gifComplete(path)) return loadFailed();
     // The format is forced by the extension: a png named .gif is refused, as the
     // platform loader refuses it.
     QImageReader reader(QString::fromStdString(path), format);

@@ -40,6 +40,32 @@ void softenRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, p
     }
 }
 
+// SOFTEN for levels 0 to 100: the sum stays below 2^15 and the quotient within a byte, so
+// 16-bit lanes and a reciprocal multiply give the same bytes.
+OSTRIVEX_ROW_CLONES
+void softenRow16(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy,
+                 uint16_t k, uint16_t m, int shift) {
+    for (int32_t i = 0; i < nb; ++i) {
+        const uint16_t n = uint16_t(k * s[i] + s[i - 4] + s[i + 4] + s[i - dy] + s[i + dy]);
+        o[i] = uint8_t(uint16_t((uint32_t(n) * m) >> 16) >> shift);
+    }
+}
+
+// SHARPEN and EDGEENHANCE where a * 255 + b * 2040 stays below 2^15: 16-bit lanes; a
+// negative numerator truncates to a quotient of at most 0, which clamps to 0.
+OSTRIVEX_ROW_CLONES
+void sharpenRow16(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy,
+                  int16_t a, int16_t b, uint16_t m, int shift) {
+    for (int32_t i = 0; i < nb; ++i) {
+        const int16_t sum8 = int16_t(s[i - dy - 4] + s[i - dy] + s[i - dy + 4] + s[i - 4] +
+                                     s[i + 4] + s[i + dy - 4] + s[i + dy] + s[i + dy + 4]);
+        const int16_t n = int16_t(a * s[i] - b * sum8);
+        const uint16_t v = n < 0 ? 0 : uint16_t(n);
+        const uint16_t q = uint16_t(uint16_t((uint32_t(v) * m) >> 16) >> shift);
+        o[i] = uint8_t(q > 255 ? 255 : q);
+    }
+}
+
 // SHARPEN and EDGEENHANCE: clamp((a * C - b * sum8) \ d).
 OSTRIVEX_ROW_CLONES
 void sharpenRow(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy,
@@ -149,8 +175,13 @@ Bits cBitFilter::SOFTEN(int32_t level) {
     RegionBounds(1);
     const int64_t k = 101 - int64_t(level), d = k + 4;
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    nb::Recip16 r;
     if (d == 0) {
         // Every division fails and every byte keeps its value.
+    } else if (k >= 0 && k * 255 + 1020 < 32768 && nb::findRecip16(uint32_t(d), uint32_t(k * 255 + 1020), r)) {
+        const uint16_t k16 = uint16_t(k), m = uint16_t(r.m);
+        const int shift = r.shift;
+        OSTRIVEX_NB_SPANS(out, softenRow16(sp, op, nbytes, dy, k16, m, shift));
     } else if (nb::floatDivisionExact(std::abs(k) * 255 + 1020, d)) {
         const int32_t k32 = int32_t(k);
         const float df = float(d);
@@ -183,8 +214,15 @@ Bits cBitFilter::SHARPEN(int32_t level) {
     RegionBounds(1);
     const int64_t a = 124 - int64_t(level), d = 108 - int64_t(level);
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    nb::Recip16 r;
     if (d == 0) {
         // Every division fails and every byte keeps its value.
+    } else if (a >= 0 && d > 0 && a * 255 + 2 * 8 * 255 < 32768 &&
+               nb::findRecip16(uint32_t(d), uint32_t(a * 255), r)) {
+        const int16_t a16 = int16_t(a);
+        const uint16_t m = uint16_t(r.m);
+        const int shift = r.shift;
+        OSTRIVEX_NB_SPANS(out, sharpenRow16(sp, op, nbytes, dy, a16, 2, m, shift));
     } else if (nb::floatDivisionExact(std::abs(a) * 255 + 2 * 8 * 255, d)) {
         const int32_t a32 = int32_t(a);
         const float df = float(d);
@@ -203,8 +241,15 @@ Bits cBitFilter::EDGEENHANCE(int32_t level) {
     RegionBounds(0);
     const int64_t a = int64_t(level) + 9, d = int64_t(level) + 1;
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
+    nb::Recip16 r;
     if (d == 0) {
         // Every division fails and every byte keeps its value.
+    } else if (a >= 0 && d > 0 && a * 255 + 8 * 255 < 32768 &&
+               nb::findRecip16(uint32_t(d), uint32_t(a * 255), r)) {
+        const int16_t a16 = int16_t(a);
+        const uint16_t m = uint16_t(r.m);
+        const int shift = r.shift;
+        OSTRIVEX_NB_SPANS(out, sharpenRow16(sp, op, nbytes, dy, a16, 1, m, shift));
     } else if (nb::floatDivisionExact(std::abs(a) * 255 + 8 * 255, d)) {
         const int32_t a32 = int32_t(a);
         const float df = float(d);

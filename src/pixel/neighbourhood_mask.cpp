@@ -41,6 +41,32 @@ __attribute__((always_inline)) inline void maskRowBody(const uint8_t* __restrict
     }
 }
 
+// The same on 16-bit lanes, for kernels whose sums and biased results stay within 15 bits
+// (every preset, and most kernels typed into the dialog): the quotient of |sum| comes from
+// a reciprocal multiply (see findRecip16), its sign from the signs of sum and divisor.
+template <int N, bool Unit>
+__attribute__((always_inline)) inline void maskRowBody16(const uint8_t* __restrict w,
+                                                         uint8_t* __restrict o, int32_t nb,
+                                                         ptrdiff_t stride,
+                                                         const int16_t* __restrict coef,
+                                                         uint16_t m, int shift, bool negative,
+                                                         const int16_t* __restrict bias) {
+    int16_t c[N * N];
+    for (int t = 0; t < N * N; ++t) c[t] = coef[t];
+    for (int32_t k = 0; k < nb; ++k) {
+        int16_t sum = 0;
+        for (int j = 0; j < N; ++j)
+            for (int i = 0; i < N; ++i)
+                sum = int16_t(sum + c[j * N + i] * w[j * stride + 4 * i + k]);
+        const uint16_t a = sum < 0 ? uint16_t(-sum) : uint16_t(sum);
+        const int16_t q = Unit ? int16_t(a) : int16_t(uint16_t((uint32_t(a) * m) >> 16) >> shift);
+        const int16_t v = int16_t(bias[k] + (((sum < 0) != negative) ? -q : q));
+        o[k] = uint8_t(v < 0 ? 0 : (v > 255 ? 255 : v));
+    }
+}
+
+using MaskRow16 = void (*)(const uint8_t*, uint8_t*, int32_t, ptrdiff_t, const int16_t*,
+                           uint16_t, int, bool, bool, const int16_t*);
 using MaskRowFloat = void (*)(const uint8_t*, uint8_t*, int32_t, ptrdiff_t, const int32_t*,
                               float, const int32_t*);
 using MaskRowDouble = void (*)(const uint8_t*, uint8_t*, int32_t, ptrdiff_t, const int32_t*,
@@ -56,6 +82,15 @@ using MaskRowDouble = void (*)(const uint8_t*, uint8_t*, int32_t, ptrdiff_t, con
                                          ptrdiff_t stride, const int32_t* coef,            \
                                          double div, const int32_t* bias) {                \
         maskRowBody<N, double>(w, o, nb, stride, coef, div, bias);                         \
+    }                                                                                      \
+    OSTRIVEX_ROW_CLONES void maskRow16_##N(const uint8_t* w, uint8_t* o, int32_t nb,      \
+                                           ptrdiff_t stride, const int16_t* coef,          \
+                                           uint16_t m, int shift, bool negative,           \
+                                           bool unit, const int16_t* bias) {               \
+        if (unit)                                                                          \
+            maskRowBody16<N, true>(w, o, nb, stride, coef, m, shift, negative, bias);      \
+        else                                                                               \
+            maskRowBody16<N, false>(w, o, nb, stride, coef, m, shift, negative, bias);     \
     }
 OSTRIVEX_MASK_ROW(1)
 OSTRIVEX_MASK_ROW(2)
@@ -66,6 +101,8 @@ OSTRIVEX_MASK_ROW(5)
 
 constexpr MaskRowFloat kRowsF[6] = {nullptr, maskRowF1, maskRowF2, maskRowF3, maskRowF4,
                                     maskRowF5};
+constexpr MaskRow16 kRows16[6] = {nullptr, maskRow16_1, maskRow16_2, maskRow16_3, maskRow16_4,
+                                  maskRow16_5};
 constexpr MaskRowDouble kRowsD[6] = {nullptr, maskRowD1, maskRowD2, maskRowD3, maskRowD4,
                                      maskRowD5};
 
@@ -139,6 +176,20 @@ Bits cBitFilter::MaskFilter(const std::vector<std::vector<int32_t>>& mask, int32
     std::vector<int32_t> biasRow(
         size_t(std::max({lastColumn_ + 1, boxRight_ - boxLeft_ + 1, 0})) * 4u);
     for (size_t k = 0; k < biasRow.size(); ++k) biasRow[k] = biasPixel[k & 3];
+    // The 16-bit kernel: sums and biased quotients within 15 bits, a reciprocal for |div|.
+    nb::Recip16 recip;
+    const int64_t absDiv = std::llabs(int64_t(div));
+    // A divisor of +-1 (the contour and emboss presets) needs no multiply at all.
+    const bool unit = absDiv == 1;
+    const bool use16 = div != 0 && maxSum + maxBias < 32768 &&
+                       (unit || absDiv > maxSum ||
+                        nb::findRecip16(uint32_t(absDiv), uint32_t(maxSum), recip));
+    if (use16 && !unit && absDiv > maxSum) recip = {0, 0};
+    std::vector<int16_t> biasRow16(use16 ? biasRow.size() : 0);
+    for (size_t k = 0; k < biasRow16.size(); ++k) biasRow16[k] = int16_t(biasRow[k]);
+    int16_t coef16[25];
+    for (int32_t t = 0; t < n * n; ++t) coef16[t] = int16_t(coef[t]);
+    const MaskRow16 row16 = kRows16[n];
     const ptrdiff_t stride = ptrdiff_t(buffer_.stride());
     const MaskRowFloat rowF = kRowsF[n];
     const MaskRowDouble rowD = kRowsD[n];
@@ -158,7 +209,10 @@ Bits cBitFilter::MaskFilter(const std::vector<std::vector<int32_t>>& mask, int32
                 return;
             }
             const int32_t nbytes = 4 * (x1 - x0);
-            if (useFloat)
+            if (use16)
+                row16(w, o, nbytes, stride, coef16, uint16_t(recip.m), recip.shift, div < 0,
+                      unit, biasRow16.data());
+            else if (useFloat)
                 rowF(w, o, nbytes, stride, coef, float(div), biasRow.data());
             else
                 rowD(w, o, nbytes, stride, coef, double(div), biasRow.data());

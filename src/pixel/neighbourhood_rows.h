@@ -33,4 +33,42 @@ inline bool floatDivisionExact(int64_t maxNumerator, int64_t divisor) {
     return divisor != 0 && maxNumerator < (int64_t(1) << 24) && d < (int64_t(1) << 24);
 }
 
+// Division by a constant d of every n in [0, nmax] (nmax < 2^16) as a high-half multiply:
+// n / d == ((n * m) >> 16) >> shift, which vectorises on 16-bit lanes. m = 0 stands for a
+// divisor larger than every n (the quotient is always 0).
+struct Recip16 {
+    uint32_t m = 0;
+    int shift = 0;
+};
+
+// Finds m and shift for d and checks them: with m >= 2^(16 + shift) / d the product never
+// falls short of n / d, and within each block [k d, k d + d - 1] it grows with n, so
+// checking the top of every block (and nmax) proves every n. False when no 16-bit m works,
+// which includes d = 1 (its multiplier would be 2^16).
+inline bool findRecip16(uint32_t d, uint32_t nmax, Recip16& out) {
+    if (d == 0 || nmax > 0xFFFF) return false;
+    if (d > nmax) {
+        out = {0, 0};
+        return true;
+    }
+    for (int shift = 0; shift < 16; ++shift) {
+        const uint64_t m = ((uint64_t(1) << (16 + shift)) + d - 1) / d;
+        if (m > 0xFFFF) break;
+        bool ok = true;
+        for (uint32_t top = d - 1;; top += d) {
+            const uint32_t n = top < nmax ? top : nmax;
+            if (((uint64_t(n) * m) >> (16 + shift)) != n / d) {
+                ok = false;
+                break;
+            }
+            if (top >= nmax) break;
+        }
+        if (ok) {
+            out = {uint32_t(m), shift};
+            return true;
+        }
+    }
+    return false;
+}
+
 } // namespace ostrivex::nb

@@ -4,6 +4,7 @@
 // images, several region shapes, parameters inside and outside the dialogs' ranges.
 #include "pixel/bitfilter.h"
 #include "pixel/filtermask.h"
+#include "pixel/neighbourhood_rows.h"
 #include "pixel/pixel_test_util.h"
 #include "pixel/random.h"
 #include "pixel/vbmath.h"
@@ -328,12 +329,13 @@ TEST(NeighbourhoodReference, MaskFilterPresetsAndRandomKernels) {
                                      f.MaskFilter(m, keep)))
                     << at << " preset " << p << " keep " << keep;
         }
-        std::uniform_int_distribution<int> coef(-20, 20), div(-40, 40), bias(-100, 300);
+        // Small coefficients keep the sums within 15 bits, larger ones go past them.
+        std::uniform_int_distribution<int> small(-4, 4), coef(-20, 20), div(-40, 40), bias(-100, 300);
         for (int n : {1, 2, 3, 4, 5})
-            for (int trial = 0; trial < 3; ++trial) {
+            for (int trial = 0; trial < 6; ++trial) {
                 std::vector<std::vector<int32_t>> m(static_cast<size_t>(n), std::vector<int32_t>(static_cast<size_t>(n)));
                 for (auto& row : m)
-                    for (auto& v : row) v = coef(rng);
+                    for (auto& v : row) v = trial % 2 ? coef(rng) : small(rng);
                 int d = div(rng);
                 if (d == 0) d = 3;
                 const int bR = bias(rng), bG = bias(rng), bB = bias(rng);
@@ -367,6 +369,27 @@ TEST(NeighbourhoodReference, RandomFilters) {
             EXPECT_TRUE(sameBits(want, f.DIFFUSE(h, v))) << at << " diffuse " << h << "," << v;
         }
     });
+}
+
+TEST(NeighbourhoodReference, ReciprocalsDivideExactly) {
+    // Every divisor from 2 up to those the fixed filters use in their dialog ranges has a
+    // reciprocal (1 would need a multiplier of 2^16), and every reciprocal found divides
+    // every numerator of its range exactly.
+    for (uint32_t d = 1; d <= 300; ++d)
+        for (uint32_t nmax : {255u, 26775u, 31620u, 32767u}) {
+            nb::Recip16 r;
+            const bool found = nb::findRecip16(d, nmax, r);
+            if (d >= 2 && d <= 108) {
+                EXPECT_TRUE(found) << d << " " << nmax;
+            }
+            if (!found) continue;
+            for (uint32_t n = 0; n <= nmax; ++n)
+                ASSERT_EQ(((n * r.m) >> 16) >> r.shift, n / d) << n << " / " << d;
+        }
+    nb::Recip16 r;
+    EXPECT_FALSE(nb::findRecip16(0, 100, r));
+    EXPECT_FALSE(nb::findRecip16(1, 100, r));
+    EXPECT_FALSE(nb::findRecip16(3, 70000, r));
 }
 
 } // namespace

@@ -266,16 +266,27 @@ Bits cBitFilter::Light(float centreX, float centreY, float radius, int32_t inten
     const int32_t R = vbRound(double(radius) * std::max(w1, h1));
     const double k = 1 - focus / 100.0;
     const int64_t limit = int64_t(R) * R;
+    // Each row of the disc meets the region's runs of that row; pixels outside the image
+    // are never in the region, so the runs are cut to the image and to the disc's columns.
+    const Span wholeRow{0, w1 + 1};
+    const std::vector<Span> wholeRowSpans{wholeRow};
+    const int32_t left = std::max(cx - R, 0), right = std::min(cx + R, w1) + 1;
     for (int32_t dy = -R; dy <= R; ++dy) {
         const int32_t y = cy + dy;
-        for (int32_t dx = -R; dx <= R; ++dx) {
-            const int64_t d2 = int64_t(dx) * dx + int64_t(dy) * dy;
-            const int32_t x = cx + dx;
-            if (d2 >= limit || !inRegion(x, y)) continue;
-            const int32_t add = vbRound((1 - k * std::sqrt(double(d2)) / R) * intensity);
-            uint8_t* p = out.pixel(x, y);
-            for (int c = 0; c < 3; ++c) p[c] = clampByte(p[c] + add);
-        }
+        const std::vector<Span>* spans = nullptr;
+        if (y >= 0 && y <= h1) spans = region_ ? region_->rowSpans(y) : &wholeRowSpans;
+        if (spans)
+            for (const Span& run : *spans) {
+                const int32_t x0 = std::max(run.x1, left), x1 = std::min(run.x2, right);
+                for (int32_t x = x0; x < x1; ++x) {
+                    const int64_t dx = x - cx;
+                    const int64_t d2 = dx * dx + int64_t(dy) * dy;
+                    if (d2 >= limit) continue;
+                    const int32_t add = vbRound((1 - k * std::sqrt(double(d2)) / R) * intensity);
+                    uint8_t* p = out.pixel(x, y);
+                    for (int c = 0; c < 3; ++c) p[c] = clampByte(p[c] + add);
+                }
+            }
         // Progress counts the rows of the disc; a disc of radius 0 has one row and
         // reports only the final 100.
         const uint32_t now = clock();

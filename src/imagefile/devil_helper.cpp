@@ -116,6 +116,9 @@ int devilConvert(const char* source, const char* target, const char* typeText) {
     ilGenImages(1, &id);
     ilBindImage(id);
     if (ilLoadImage(source) != IL_TRUE) return 1;
+    // A raw file records no channel order and DevIL's raw loader reads red first, while a
+    // picture loaded from a BMP is held blue first: put it in red-first order before.
+    if (type == IL_RAW && ilConvertImage(IL_RGB, IL_UNSIGNED_BYTE) != IL_TRUE) return 1;
     ILboolean saved = ilSave(ILenum(type), target);
     ilDeleteImages(1, &id);
     return saved == IL_TRUE ? 0 : 1;

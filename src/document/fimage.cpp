@@ -183,10 +183,11 @@ void fImage::SetCaption(const QString& caption) {
 }
 
 QSize fImage::sizeHint() const {
-    // The picture at the zoom plus the frame: the tab strip and the borders.
-    const int frame = 35;
+    // The picture at the zoom under the tab strip (the sub-window adds its own frame).
     if (!pictureExists_) return QSize(500, 500);
-    return QSize(PictureWidth() * Zoom() + 4, PictureHeight() * Zoom() + tabs_->sizeHint().height() + frame);
+    const int64_t w = int64_t(PictureWidth()) * Zoom(), h = int64_t(PictureHeight()) * Zoom();
+    return QSize(int(std::min<int64_t>(w, 32767)),
+                 int(std::min<int64_t>(h + tabs_->sizeHint().height(), 32767)));
 }
 
 // --- Pixels ---------------------------------------------------------------------------------

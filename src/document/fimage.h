@@ -188,6 +188,7 @@ private:
 
     DocumentHost* host() const;
     void hookActivation();
+    void fitSubWindow();
 
     std::unique_ptr<UndoStore> history_;
     QString caption_;

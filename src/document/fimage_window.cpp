@@ -3,6 +3,7 @@
 
 #include "app/settings/settings.h"
 #include "document/dialogs.h"
+#include "document/fpaste.h"
 #include "document/host.h"
 #include "pixel/bitfilter.h"
 
@@ -40,7 +41,20 @@ void fImage::cOptimize_Click() { showView(ViewOptimize); }
 
 void fImage::showEvent(QShowEvent* event) {
     QWidget::showEvent(event);
+    if (!activationHooked_) fitSubWindow();
     hookActivation();
+}
+
+// The first show inside the MDI area sizes the sub-window to the picture at the zoom plus
+// its frame and the tab strip, within the area; an empty document gets 500 x 500.
+void fImage::fitSubWindow() {
+    auto* sub = qobject_cast<QMdiSubWindow*>(parentWidget());
+    QMdiArea* area = sub ? sub->mdiArea() : nullptr;
+    if (!area) return;
+    const QSize frame = sub->size() - size();
+    QSize want = pictureExists_ ? sizeHint() + frame.expandedTo(QSize(0, 0)) : QSize(500, 500);
+    want = want.boundedTo(area->viewport()->size());
+    if (want.isValid() && !want.isEmpty()) sub->resize(want);
 }
 
 // Activation follows the MDI area: the document activates when its sub-window becomes the
@@ -132,6 +146,12 @@ void fImage::Unload() {
     ClearHistoryFiles();
     DocumentHost* h = host();
     if (!h) return;
+    // The undo list no longer shows a closed document.
+    if (fPaste* box = h->HistoryBox())
+        if (box->History()->OwnerId == history_->HistoryId) {
+            box->History()->KeepEntries(0);
+            box->History()->OwnerId = -1;
+        }
     // cFilter must not keep a pointer into a closed document.
     if (h->Filter().region() == &RegionMain) h->Filter().BitsRegion(nullptr);
     if (!removed_) {

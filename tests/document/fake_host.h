@@ -27,7 +27,7 @@ public:
     std::vector<fImage*> docs;
     QStringList commands;
     QMap<QString, QString> panels;
-    int clearedPanels = 0, clearedPan = 0, savedStates = 0, optimizeReloads = 0, recentFills = 0;
+    int activated = 0, deactivated = 0, clearedPanels = 0, clearedPan = 0, savedStates = 0, optimizeReloads = 0, recentFills = 0;
 
     cBitFilter& Filter() override { return filter; }
     fPaste* HistoryBox() override { return &paste; }
@@ -50,8 +50,8 @@ public:
     void ReloadOptimizePreview() override { ++optimizeReloads; }
     void UndoStateSaved(int) override { ++savedStates; }
     void FillRecent() override { ++recentFills; }
-    void DocumentActivated(fImage*) override {}
-    void DocumentDeactivated(fImage*) override {}
+    void DocumentActivated(fImage*) override { ++activated; }
+    void DocumentDeactivated(fImage*) override { ++deactivated; }
     void ViewChanged(fImage*, int) override {}
 };
 

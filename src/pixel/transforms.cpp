@@ -12,6 +12,10 @@
 #include <cstring>
 #include <stdexcept>
 
+#if defined(__x86_64__) || defined(__i386__)
+#include <immintrin.h>
+#endif
+
 namespace ostrivex {
 
 namespace {
@@ -86,6 +90,64 @@ void cBitFilter::BitsCropMasked(const Bits& source, int32_t left, int32_t top, i
     raiseProgress(100);
 }
 
+namespace {
+
+// Output row y of a quarter turn, columns [x0, x1): source column ws - 1 - y read down
+// from row x0, colour only.
+void turnRun(uint8_t* o, const uint8_t* s, size_t srcStride, int32_t n) {
+    for (int32_t i = 0; i < n; ++i, o += 4, s += srcStride) store32(o, load32(s) & kColourMask);
+}
+
+#if defined(__x86_64__) || defined(__i386__)
+bool haveAvx2() {
+    static const bool yes = __builtin_cpu_supports("avx2");
+    return yes;
+}
+
+// Turns the 8 x 8 pixels at source (c0, r0): source row r0 + i becomes output column
+// r0 + i, source column c0 + j output row ws - 1 - c0 - j (`dst` points at output
+// (r0, ws - 1 - c0), `dstStride` is the output's row step).
+__attribute__((target("avx2"))) inline void turnBlock8(const uint8_t* src, size_t srcStride,
+                                                       uint8_t* dst, size_t dstStride) {
+    __m256i r[8];
+    for (int i = 0; i < 8; ++i)
+        r[i] = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + srcStride * size_t(i)));
+    const __m256i t0 = _mm256_unpacklo_epi32(r[0], r[1]), t1 = _mm256_unpackhi_epi32(r[0], r[1]);
+    const __m256i t2 = _mm256_unpacklo_epi32(r[2], r[3]), t3 = _mm256_unpackhi_epi32(r[2], r[3]);
+    const __m256i t4 = _mm256_unpacklo_epi32(r[4], r[5]), t5 = _mm256_unpackhi_epi32(r[4], r[5]);
+    const __m256i t6 = _mm256_unpacklo_epi32(r[6], r[7]), t7 = _mm256_unpackhi_epi32(r[6], r[7]);
+    const __m256i u0 = _mm256_unpacklo_epi64(t0, t2), u1 = _mm256_unpackhi_epi64(t0, t2);
+    const __m256i u2 = _mm256_unpacklo_epi64(t1, t3), u3 = _mm256_unpackhi_epi64(t1, t3);
+    const __m256i u4 = _mm256_unpacklo_epi64(t4, t6), u5 = _mm256_unpackhi_epi64(t4, t6);
+    const __m256i u6 = _mm256_unpacklo_epi64(t5, t7), u7 = _mm256_unpackhi_epi64(t5, t7);
+    const __m256i colour = _mm256_set1_epi32(int32_t(kColourMask));
+    const __m256i cols[8] = {
+        _mm256_permute2x128_si256(u0, u4, 0x20), _mm256_permute2x128_si256(u1, u5, 0x20),
+        _mm256_permute2x128_si256(u2, u6, 0x20), _mm256_permute2x128_si256(u3, u7, 0x20),
+        _mm256_permute2x128_si256(u0, u4, 0x31), _mm256_permute2x128_si256(u1, u5, 0x31),
+        _mm256_permute2x128_si256(u2, u6, 0x31), _mm256_permute2x128_si256(u3, u7, 0x31)};
+    for (int j = 0; j < 8; ++j)
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(dst - dstStride * size_t(j)),
+                            _mm256_and_si256(cols[j], colour));
+}
+
+// The part of the turn whose source rows and columns are whole multiples of 8, in bands of
+// 16 source columns: each source row of a band is one cache line, and the band's 16
+// output rows are written in step.
+__attribute__((target("avx2"))) void turnAvx2(const Bits& source, Bits& out, int32_t rows8,
+                                              int32_t c0, int32_t c1) {
+    const int32_t ws = source.width();
+    const size_t srcStride = source.stride(), dstStride = out.stride();
+    for (int32_t r0 = 0; r0 < rows8; r0 += 8)
+        for (int32_t c = c0; c < c1; c += 8)
+            turnBlock8(source.pixel(c, r0), srcStride, out.pixel(r0, ws - 1 - c), dstStride);
+}
+#else
+bool haveAvx2() { return false; }
+#endif
+
+} // namespace
+
 void cBitFilter::BitsRotate90(const Bits& source) {
     const int32_t ws = source.width(), hs = source.height();
     const int32_t w = hs, h = ws; // the new size
@@ -93,22 +155,25 @@ void cBitFilter::BitsRotate90(const Bits& source) {
     lastColumn_ = w - 1;
     lastRow_ = h - 1;
     image_ = {0, 0, w, h};
-    // Output row Y is source column ws - 1 - Y read downwards. Blocks of 32 x 32 pixels keep
-    // both the strided reads and the writes inside the cache.
-    constexpr int32_t kBlock = 32;
     const size_t srcStride = source.stride();
-    for (int32_t y0 = 0; y0 < h; y0 += kBlock) {
-        const int32_t y1 = std::min(y0 + kBlock, h);
-        for (int32_t x0 = 0; x0 < w; x0 += kBlock) {
-            const int32_t x1 = std::min(x0 + kBlock, w);
-            for (int32_t y = y0; y < y1; ++y) {
-                uint8_t* o = out.pixel(x0, y);
-                const uint8_t* s = source.pixel(ws - 1 - y, x0);
-                for (int32_t x = x0; x < x1; ++x, o += 4, s += srcStride)
-                    store32(o, load32(s) & kColourMask);
-            }
+    // Source columns [c0, c0 + 16) are output rows ws - 1 - c0 down to ws - 16 - c0.
+    const bool simd = haveAvx2();
+    const int32_t rows8 = simd ? hs / 8 * 8 : 0, cols8 = simd ? ws / 8 * 8 : 0;
+    constexpr int32_t kBand = 16;
+    for (int32_t c0 = 0; c0 < ws; c0 += kBand) {
+        const int32_t c1 = std::min(c0 + kBand, ws);
+        const int32_t vectorEnd = std::min(c1, cols8);
+#if defined(__x86_64__) || defined(__i386__)
+        if (vectorEnd > c0) turnAvx2(source, out, rows8, c0, vectorEnd);
+#endif
+        for (int32_t c = c0; c < c1; ++c) {
+            const int32_t y = ws - 1 - c;
+            // Columns left to the plain loop: the rows below the last whole block of 8,
+            // or the whole column when it lies beyond the last whole block of 8.
+            const int32_t from = c < vectorEnd ? rows8 : 0;
+            turnRun(out.pixel(from, y), source.pixel(c, from), srcStride, hs - from);
         }
-        progressStep(y1 - 1);
+        progressStep(c1 - 1);
     }
     if (&out == &fresh) buffer_ = std::move(fresh);
     finishProgress();

@@ -7,14 +7,19 @@
 //
 // That double-precision arithmetic is exact here, which the fast path uses. A ratio in
 // single precision is m / 2^s for whole numbers m < 2^24 and s, so the position x * ratio
-// is (x * m) / 2^s exactly, its whole part is (x * m) >> s and its fraction D1 / 2^s with
-// D1 = (x * m) mod 2^s; 1 - fraction is D0 / 2^s with D0 = 2^s - D1. A weighted sum of
-// two bytes, (D0 * P + D1 * Q) / 2^s, needs s + 8 bits, well inside a double's 53, so
-// the double result is exactly that fraction, and rounding it to nearest even is
-// (N + 2^(s-1) - 1 + ((N >> s) & 1)) >> s on the whole number N = D0 * P + D1 * Q. With s
-// at most 24 (every ratio of at least 1/2, that is every shrink and any growth up to
-// twice) N fits 32 bits, and the loops run on 32-bit integer lanes. Larger s (growing
-// more than twice) takes the plain double-precision loop.
+// is (x * m) / 2^s exactly: its whole part is (x * m) >> s, its fraction D / 2^s with
+// D = (x * m) mod 2^s, and 1 - fraction is (2^s - D) / 2^s. The weighted sum of two bytes
+// P and Q is N / 2^s with N = (2^s - D) P + D Q = P 2^s + D (Q - P), which needs s + 8
+// bits, inside a double's 53: the double result is exactly that fraction, and rounding it
+// to nearest even is (N + 2^(s-1) - 1 + ((N >> s) & 1)) >> s.
+//
+// With s at most 24 (every ratio of at least 1/2: any shrink, any growth up to twice) N
+// fits 32 bits and the vector loops compute it exactly on 32-bit lanes. With larger s
+// (growing more than twice) they use the top 24 bits of D: that sum differs from the
+// exact N / 2^s by less than 255 / 2^24, which can change the rounding only when its
+// fraction lies that close to one half, and the lanes where it does are recomputed
+// exactly on 64-bit integers. Beyond s = 48, which no image size reaches, the plain
+// double-precision loop runs.
 //
 // Layout of the work: positions and weights depend on x alone or on y alone and are
 // tables built before the loops. The vertical step runs once per output row over the
@@ -25,6 +30,7 @@
 #include <algorithm>
 #include <cmath>
 #include <cstring>
+#include <functional>
 #include <vector>
 
 #if defined(__x86_64__) || defined(__i386__)
@@ -44,7 +50,9 @@ struct Fraction {
 
 Fraction splitRatio(float ratio) {
     Fraction f;
-    if (!(ratio > 0.0f)) return f; // 0 (a source one pixel wide): every position is 0
+    // 0 (a source one pixel wide) puts every position at 0; so does a size of 0, for
+    // which there are no positions at all.
+    if (!(ratio > 0.0f) || !std::isfinite(ratio)) return f;
     int exp = 0;
     const float mant = std::frexp(ratio, &exp); // ratio = mant * 2^exp, mant in [0.5, 1)
     int64_t m = int64_t(std::ldexp(double(mant), 24));
@@ -56,103 +64,129 @@ Fraction splitRatio(float ratio) {
     return f;
 }
 
-// Round-to-nearest-even of n / 2^s for the exact integer path.
-inline uint32_t roundShift(uint32_t n, int32_t s) {
-    return (n + ((1u << (s - 1)) - 1u) + ((n >> s) & 1u)) >> s;
+constexpr int32_t kLaneBits = 24; // weight bits the 32-bit lanes carry
+constexpr int32_t kExactBits = 48; // largest s of the integer path
+
+// Round to nearest even of (p 2^s + d (q - p)) / 2^s, exactly.
+inline uint8_t lerpExact(int64_t p, int64_t q, int64_t d, int32_t s) {
+    const int64_t n = (p << s) + d * (q - p);
+    return uint8_t((n + ((int64_t(1) << (s - 1)) - 1) + ((n >> s) & 1)) >> s);
 }
 
-// d0 * p + d1 * q with d0 + d1 = 2^s, as (p << s) + d1 * (q - p): one product. The
-// product may pass 32 bits on its own, but the sum is below 2^32, so arithmetic modulo 2^32
-// gives it exactly.
-inline uint32_t weighted(uint32_t p, uint32_t q, uint32_t d1, int32_t s) {
-    return (p << s) + d1 * (q - p);
-}
-
-// Vertical step on n bytes: v[j] = Round(((2^s - d1) * p[j] + d1 * q[j]) / 2^s).
-void verticalPlain(uint8_t* v, const uint8_t* p, const uint8_t* q, size_t n, uint32_t d1,
+// Vertical step on n bytes: v[j] = the rounded blend of p[j] and q[j] with weight d / 2^s.
+void verticalPlain(uint8_t* v, const uint8_t* p, const uint8_t* q, size_t n, uint64_t d,
                    int32_t s) {
-    for (size_t j = 0; j < n; ++j) v[j] = uint8_t(roundShift(weighted(p[j], q[j], d1, s), s));
+    for (size_t j = 0; j < n; ++j) v[j] = lerpExact(p[j], q[j], int64_t(d), s);
 }
 
 // Horizontal step for output pixels [x0, x1): channels 0..2 from the row buffer v.
 void horizontalPlain(uint8_t* out, int32_t x0, int32_t x1, const uint8_t* v, const int32_t* ix,
-                     const uint32_t* w1, int32_t s) {
+                     const uint64_t* d, int32_t s) {
     for (int32_t x = x0; x < x1; ++x) {
         const uint8_t* l = v + size_t(ix[x]) * 4u;
-        const uint32_t b = w1[size_t(x) * 4];
         uint8_t* o = out + size_t(x) * 4u;
-        for (int c = 0; c < 3; ++c) o[c] = uint8_t(roundShift(weighted(l[c], l[4 + c], b, s), s));
+        for (int c = 0; c < 3; ++c) o[c] = lerpExact(l[c], l[4 + c], int64_t(d[x]), s);
         o[3] = 0;
     }
 }
 
 #ifdef OSTRIVEX_X86
-__attribute__((target("avx2"))) inline __m256i roundShift8(__m256i n, __m128i sh, __m256i bias,
-                                                          __m256i one) {
-    const __m256i odd = _mm256_and_si256(_mm256_srl_epi32(n, sh), one);
-    return _mm256_srl_epi32(_mm256_add_epi32(n, _mm256_add_epi32(bias, odd)), sh);
+// The lane arithmetic with t = min(s, 24) weight bits.
+struct LaneMath {
+    __m128i shift;
+    __m256i bias, one, half, margin, low;
+    bool approximate; // s > 24: lanes near a half are recomputed
+};
+
+__attribute__((target("avx2"))) LaneMath laneMath(int32_t s) {
+    const int32_t t = std::min(s, kLaneBits);
+    LaneMath m;
+    m.shift = _mm_cvtsi32_si128(t);
+    m.bias = _mm256_set1_epi32(int32_t((1u << (t - 1)) - 1u));
+    m.one = _mm256_set1_epi32(1);
+    m.half = _mm256_set1_epi32(int32_t(1u << (t - 1)));
+    m.margin = _mm256_set1_epi32(256);
+    m.low = _mm256_set1_epi32(int32_t((1u << t) - 1u));
+    m.approximate = s > kLaneBits;
+    return m;
+}
+
+// (p << t) + d (q - p), rounded to nearest even by t bits; `near` collects the lanes whose
+// fraction lies within 256 / 2^t of one half.
+__attribute__((target("avx2"))) inline __m256i lerp8(__m256i p, __m256i q, __m256i d,
+                                                    const LaneMath& m, __m256i& near) {
+    const __m256i n = _mm256_add_epi32(_mm256_sll_epi32(p, m.shift),
+                                       _mm256_mullo_epi32(_mm256_sub_epi32(q, p), d));
+    if (m.approximate) {
+        const __m256i off = _mm256_abs_epi32(_mm256_sub_epi32(_mm256_and_si256(n, m.low), m.half));
+        near = _mm256_or_si256(near, _mm256_cmpgt_epi32(m.margin, off));
+    }
+    const __m256i odd = _mm256_and_si256(_mm256_srl_epi32(n, m.shift), m.one);
+    return _mm256_srl_epi32(_mm256_add_epi32(n, _mm256_add_epi32(m.bias, odd)), m.shift);
 }
 
 // Four vectors of eight 32-bit results (each 0..255) to 32 bytes in order.
-__attribute__((target("avx2"))) inline __m256i packFour(__m256i r0, __m256i r1, __m256i r2,
-                                                        __m256i r3) {
+__attribute__((target("avx2"))) inline __m256i packFour(const __m256i* r) {
     const __m256i bytes =
-        _mm256_packus_epi16(_mm256_packus_epi32(r0, r1), _mm256_packus_epi32(r2, r3));
+        _mm256_packus_epi16(_mm256_packus_epi32(r[0], r[1]), _mm256_packus_epi32(r[2], r[3]));
     return _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
 }
 
-__attribute__((target("avx2"))) inline __m256i weighted8(__m256i p, __m256i q, __m256i d1,
-                                                         __m128i sh) {
-    return _mm256_add_epi32(_mm256_sll_epi32(p, sh), _mm256_mullo_epi32(_mm256_sub_epi32(q, p), d1));
-}
-
 __attribute__((target("avx2"))) void verticalAvx2(uint8_t* v, const uint8_t* p,
-                                                  const uint8_t* q, size_t n, uint32_t d1,
+                                                  const uint8_t* q, size_t n, uint64_t d,
                                                   int32_t s) {
-    const __m256i b = _mm256_set1_epi32(int32_t(d1));
-    const __m128i sh = _mm_cvtsi32_si128(s);
-    const __m256i bias = _mm256_set1_epi32(int32_t((1u << (s - 1)) - 1u));
-    const __m256i one = _mm256_set1_epi32(1);
+    const LaneMath m = laneMath(s);
+    const __m256i dv = _mm256_set1_epi32(int32_t(uint32_t(d >> (s - std::min(s, kLaneBits)))));
     size_t j = 0;
     for (; j + 32 <= n; j += 32) {
         __m256i r[4];
+        __m256i near = _mm256_setzero_si256();
         for (int k = 0; k < 4; ++k) {
             const __m256i pv = _mm256_cvtepu8_epi32(
                 _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p + j + 8 * k)));
             const __m256i qv = _mm256_cvtepu8_epi32(
                 _mm_loadl_epi64(reinterpret_cast<const __m128i*>(q + j + 8 * k)));
-            r[k] = roundShift8(weighted8(pv, qv, b, sh), sh, bias, one);
+            r[k] = lerp8(pv, qv, dv, m, near);
         }
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(v + j), packFour(r[0], r[1], r[2], r[3]));
+        if (m.approximate && !_mm256_testz_si256(near, near))
+            verticalPlain(v + j, p + j, q + j, 32, d, s);
+        else
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(v + j), packFour(r));
     }
-    verticalPlain(v + j, p + j, q + j, n - j, d1, s);
+    verticalPlain(v + j, p + j, q + j, n - j, d, s);
 }
 
+// dTop holds, per output pixel, the lane weight four times over.
 __attribute__((target("avx2"))) void horizontalAvx2(uint8_t* out, int32_t w, const uint8_t* v,
-                                                    const int32_t* ix, const uint32_t* w1,
-                                                    int32_t s) {
-    const __m128i sh = _mm_cvtsi32_si128(s);
-    const __m256i bias = _mm256_set1_epi32(int32_t((1u << (s - 1)) - 1u));
-    const __m256i one = _mm256_set1_epi32(1);
+                                                    const int32_t* ix, const uint32_t* dTop,
+                                                    const uint64_t* d, int32_t s) {
+    const LaneMath m = laneMath(s);
     const __m256i colour = _mm256_set1_epi32(0x00FFFFFF);
     int32_t x = 0;
     for (; x + 8 <= w; x += 8) {
         __m256i r[4];
+        __m256i near = _mm256_setzero_si256();
         for (int k = 0; k < 4; ++k) {
             const int32_t xa = x + 2 * k;
             // Left and right neighbours of two output pixels: L0 R0 and L1 R1.
-            const __m128i q0 = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(v + size_t(ix[xa]) * 4u));
-            const __m128i q1 = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(v + size_t(ix[xa + 1]) * 4u));
+            const __m128i q0 =
+                _mm_loadl_epi64(reinterpret_cast<const __m128i*>(v + size_t(ix[xa]) * 4u));
+            const __m128i q1 =
+                _mm_loadl_epi64(reinterpret_cast<const __m128i*>(v + size_t(ix[xa + 1]) * 4u));
             const __m128i lr = _mm_unpacklo_epi32(q0, q1); // L0 L1 R0 R1
             const __m256i left = _mm256_cvtepu8_epi32(lr);
             const __m256i right = _mm256_cvtepu8_epi32(_mm_srli_si128(lr, 8));
-            const __m256i b = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(w1 + size_t(xa) * 4));
-            r[k] = roundShift8(weighted8(left, right, b, sh), sh, bias, one);
+            const __m256i dv =
+                _mm256_loadu_si256(reinterpret_cast<const __m256i*>(dTop + size_t(xa) * 4));
+            r[k] = lerp8(left, right, dv, m, near);
         }
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + size_t(x) * 4u),
-                            _mm256_and_si256(packFour(r[0], r[1], r[2], r[3]), colour));
+        if (m.approximate && !_mm256_testz_si256(near, near))
+            horizontalPlain(out, x, x + 8, v, ix, d, s);
+        else
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + size_t(x) * 4u),
+                                _mm256_and_si256(packFour(r), colour));
     }
-    horizontalPlain(out, x, w, v, ix, w1, s);
+    horizontalPlain(out, x, w, v, ix, d, s);
 }
 
 bool haveAvx2() {
@@ -169,6 +203,35 @@ inline double roundEven(double v) {
     return (v + kShift) - kShift;
 }
 
+// The plain rule in double precision, for ratios beyond the integer path.
+void resampleDouble(const Bits& source, Bits& out, int32_t w, int32_t h, float ratioX,
+                    float ratioY, const std::function<void(int32_t)>& rowDone) {
+    std::vector<int32_t> ix(static_cast<size_t>(w));
+    std::vector<double> dx(static_cast<size_t>(w));
+    for (int32_t x = 0; x < w; ++x) {
+        const double fx = double(x) * double(ratioX);
+        ix[size_t(x)] = int32_t(std::floor(fx));
+        dx[size_t(x)] = fx - std::floor(fx);
+    }
+    for (int32_t y = 0; y < h; ++y) {
+        const double fy = double(y) * double(ratioY);
+        const int32_t iy = int32_t(std::floor(fy));
+        const double dy = fy - iy;
+        uint8_t* o = out.row(y);
+        for (int32_t x = 0; x < w; ++x) {
+            const uint8_t* p = source.pixel(ix[size_t(x)], iy);
+            const uint8_t* q = source.pixel(ix[size_t(x)], iy + 1);
+            const double a = dx[size_t(x)];
+            for (int c = 0; c < 3; ++c) {
+                const double left = roundEven((1 - dy) * p[c] + dy * q[c]);
+                const double right = roundEven((1 - dy) * p[4 + c] + dy * q[4 + c]);
+                o[size_t(x) * 4 + size_t(c)] = uint8_t(roundEven((1 - a) * left + a * right));
+            }
+        }
+        rowDone(y);
+    }
+}
+
 } // namespace
 
 void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height) {
@@ -177,50 +240,6 @@ void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height)
     const float ratioY = float(double(hs - 1) / double(height));
     const int32_t w = std::max(width, 0), h = std::max(height, 0);
     const Fraction fx = splitRatio(ratioX), fy = splitRatio(ratioY);
-    const bool exact32 = fx.s <= 24 && fy.s <= 24;
-
-    // Column tables: whole part and, per output pixel, the weight of the right neighbour
-    // repeated for the four channels (integer path), or both weights (double path).
-    std::vector<int32_t> ix(static_cast<size_t>(w));
-    std::vector<uint32_t> w1;
-    std::vector<double> f0, f1;
-    if (exact32) {
-        w1.resize(size_t(w) * 4);
-    } else {
-        f0.resize(size_t(w));
-        f1.resize(size_t(w));
-    }
-    for (int32_t x = 0; x < w; ++x) {
-        const uint64_t pos = uint64_t(x) * fx.m;
-        ix[size_t(x)] = int32_t(pos >> fx.s);
-        const uint64_t d1 = pos & ((uint64_t(1) << fx.s) - 1);
-        if (exact32) {
-            for (int c = 0; c < 4; ++c) w1[size_t(x) * 4 + size_t(c)] = uint32_t(d1);
-        } else {
-            f1[size_t(x)] = std::ldexp(double(d1), -fx.s);
-            f0[size_t(x)] = 1.0 - f1[size_t(x)];
-        }
-    }
-    // The source columns read, lo..hi; the reads may reach into the guard band. A strong
-    // shrink reads few of them: then only those are interpolated.
-    const int32_t lo = w > 0 ? ix.front() : 0;
-    const int32_t hi = w > 0 ? ix.back() + 1 : -1;
-    const int32_t span = hi - lo + 1;
-    std::vector<int32_t> cols;
-    for (int32_t x = 0; x < w; ++x)
-        for (int32_t c : {ix[size_t(x)], ix[size_t(x)] + 1})
-            if (cols.empty() || cols.back() < c) cols.push_back(c);
-    const bool sparse = size_t(span) > cols.size() * 3;
-    for (int32_t& v : ix) v -= lo;
-    for (int32_t& c : cols) c -= lo;
-    std::vector<uint8_t> row(size_t(std::max(span, 0)) * 4u + 32u);
-    std::vector<double> vb, vg, vr;
-    if (!exact32) {
-        vb.resize(size_t(std::max(span, 0)) + 1);
-        vg = vb;
-        vr = vb;
-    }
-    const bool simd = exact32 && haveAvx2();
 
     Bits fresh;
     Bits& out = (&source == &buffer_) ? fresh : buffer_;
@@ -229,57 +248,65 @@ void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height)
     lastRow_ = h - 1;
     image_ = {0, 0, w, h};
 
-    for (int32_t y = 0; y < h; ++y) {
-        const uint64_t pos = uint64_t(y) * fy.m;
-        const int32_t iy = int32_t(pos >> fy.s);
-        const uint64_t d1 = pos & ((uint64_t(1) << fy.s) - 1);
-        const uint8_t* top = source.pixel(lo, iy);
-        const uint8_t* bottom = source.pixel(lo, iy + 1);
-        if (exact32) {
-            const uint32_t b = uint32_t(d1);
+    if (fx.s > kExactBits || fy.s > kExactBits) {
+        resampleDouble(source, out, w, h, ratioX, ratioY, [this](int32_t y) { progressStep(y); });
+    } else {
+        // Column tables: whole part and weight, and the weight's top bits four times over
+        // for the vector loop.
+        std::vector<int32_t> ix(static_cast<size_t>(w));
+        std::vector<uint64_t> d(static_cast<size_t>(w));
+        std::vector<uint32_t> dTop(size_t(w) * 4);
+        const int32_t dropX = fx.s - std::min(fx.s, kLaneBits);
+        for (int32_t x = 0; x < w; ++x) {
+            const uint64_t pos = uint64_t(x) * fx.m;
+            ix[size_t(x)] = int32_t(pos >> fx.s);
+            d[size_t(x)] = pos & ((uint64_t(1) << fx.s) - 1);
+            for (int c = 0; c < 4; ++c) dTop[size_t(x) * 4 + size_t(c)] = uint32_t(d[size_t(x)] >> dropX);
+        }
+        // The source columns read, lo..hi; the reads may reach into the guard band. A strong
+        // shrink reads few of them: then only those are interpolated.
+        const int32_t lo = w > 0 ? ix.front() : 0;
+        const int32_t hi = w > 0 ? ix.back() + 1 : -1;
+        const int32_t span = hi - lo + 1;
+        std::vector<int32_t> cols;
+        for (int32_t x = 0; x < w; ++x)
+            for (int32_t c : {ix[size_t(x)], ix[size_t(x)] + 1})
+                if (cols.empty() || cols.back() < c) cols.push_back(c);
+        const bool sparse = size_t(span) > cols.size() * 3;
+        for (int32_t& v : ix) v -= lo;
+        for (int32_t& c : cols) c -= lo;
+        std::vector<uint8_t> row(size_t(std::max(span, 0)) * 4u + 32u);
+        const bool simd = haveAvx2();
+
+        for (int32_t y = 0; y < h; ++y) {
+            const uint64_t pos = uint64_t(y) * fy.m;
+            const int32_t iy = int32_t(pos >> fy.s);
+            const uint64_t dy = pos & ((uint64_t(1) << fy.s) - 1);
+            const uint8_t* top = source.pixel(lo, iy);
+            const uint8_t* bottom = source.pixel(lo, iy + 1);
             const uint8_t* v = row.data();
-            if (d1 == 0) {
+            if (dy == 0) {
                 v = top; // on a source row: the vertical step is that row
             } else if (sparse) {
                 for (int32_t c : cols)
                     verticalPlain(row.data() + size_t(c) * 4u, top + size_t(c) * 4u,
-                                  bottom + size_t(c) * 4u, 4, b, fy.s);
+                                  bottom + size_t(c) * 4u, 4, dy, fy.s);
+            } else {
+#ifdef OSTRIVEX_X86
+                if (simd)
+                    verticalAvx2(row.data(), top, bottom, size_t(span) * 4u, dy, fy.s);
+                else
+#endif
+                    verticalPlain(row.data(), top, bottom, size_t(span) * 4u, dy, fy.s);
             }
 #ifdef OSTRIVEX_X86
-            else if (simd) {
-                verticalAvx2(row.data(), top, bottom, size_t(span) * 4u, b, fy.s);
-            }
+            if (simd)
+                horizontalAvx2(out.row(y), w, v, ix.data(), dTop.data(), d.data(), fx.s);
+            else
 #endif
-            else {
-                verticalPlain(row.data(), top, bottom, size_t(span) * 4u, b, fy.s);
-            }
-#ifdef OSTRIVEX_X86
-            if (simd) {
-                horizontalAvx2(out.row(y), w, v, ix.data(), w1.data(), fx.s);
-                progressStep(y);
-                continue;
-            }
-#endif
-            horizontalPlain(out.row(y), 0, w, v, ix.data(), w1.data(), fx.s);
-        } else {
-            const double dy1 = std::ldexp(double(d1), -fy.s), dy0 = 1.0 - dy1;
-            for (int32_t c : cols) {
-                const uint8_t* p = top + size_t(c) * 4u;
-                const uint8_t* q = bottom + size_t(c) * 4u;
-                vb[size_t(c)] = roundEven(dy0 * p[0] + dy1 * q[0]);
-                vg[size_t(c)] = roundEven(dy0 * p[1] + dy1 * q[1]);
-                vr[size_t(c)] = roundEven(dy0 * p[2] + dy1 * q[2]);
-            }
-            uint8_t* o = out.row(y);
-            for (int32_t x = 0; x < w; ++x) {
-                const size_t i = size_t(ix[size_t(x)]);
-                const double a = f0[size_t(x)], b = f1[size_t(x)];
-                o[size_t(x) * 4 + 0] = uint8_t(roundEven(a * vb[i] + b * vb[i + 1]));
-                o[size_t(x) * 4 + 1] = uint8_t(roundEven(a * vg[i] + b * vg[i + 1]));
-                o[size_t(x) * 4 + 2] = uint8_t(roundEven(a * vr[i] + b * vr[i + 1]));
-            }
+                horizontalPlain(out.row(y), 0, w, v, ix.data(), d.data(), fx.s);
+            progressStep(y);
         }
-        progressStep(y);
     }
     if (&out == &fresh) buffer_ = std::move(fresh);
     finishProgress();

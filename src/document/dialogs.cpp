@@ -1,6 +1,7 @@
 #include "document/dialogs.h"
 
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QMessageBox>
 #include <QStringList>
 
@@ -37,6 +38,9 @@ std::function<QString(QWidget*, const QString&, const QString&, const QString&, 
         dialog.setAcceptMode(QFileDialog::AcceptSave);
         dialog.setOption(QFileDialog::DontUseNativeDialog, true);
         if (!currentName.isEmpty()) dialog.selectFile(currentName);
+        // A name typed without an extension keeps the document's format.
+        const QString suffix = QFileInfo(currentName).suffix();
+        if (!suffix.isEmpty() && !suffix.contains('*')) dialog.setDefaultSuffix(suffix);
         if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
             return QString();
         return dialog.selectedFiles().first();

@@ -6,6 +6,8 @@
 #include "document/host.h"
 #include "imagefile/imagefile.h"
 
+#include <QFileInfo>
+
 namespace ostrivex {
 
 std::function<fImage*(const QString&)> DocumentFiles::OpenLayeredFile;
@@ -49,8 +51,11 @@ QString FolderOf(const QString& path) {
 fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
     DocumentHost* host = GetDocumentHost();
     if (!reload && host) {
+        // Compared as absolute, cleaned paths: "./a.png" and "/home/u/a.png" are one file.
+        const QString wanted = QFileInfo(path).absoluteFilePath();
         for (fImage* doc : host->Documents())
-            if (doc && doc->FileName == path) {
+            if (doc && !doc->FileName.isEmpty() &&
+                QFileInfo(doc->FileName).absoluteFilePath() == wanted) {
                 DocumentDialogs::Inform(dialogParent(), kAlreadyOpenedText, kAlreadyOpenedTitle);
                 return nullptr;
             }

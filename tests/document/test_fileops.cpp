@@ -89,6 +89,8 @@ TEST(DocumentFiles, OpenRefuseASecondOpenAndSaveUnderAnotherExtension) {
     // The same file again: refused, no second document.
     EXPECT_EQ(loadBitmap(png, "png", false), nullptr);
     EXPECT_EQ(dialogs.informed, QStringList{"Opened|File Already Opened!"});
+    EXPECT_EQ(loadBitmap(dir + "/./pic.png", "png", false), nullptr);
+    EXPECT_EQ(dialogs.informed.size(), 2);
     EXPECT_EQ(host.docs.size(), 1u);
 
     // Save as under another extension: the file is a BMP of the same pixels.

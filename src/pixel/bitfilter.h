@@ -138,6 +138,13 @@ public:
     int32_t GetLMin();
     int32_t GetLMed();
 
+private:
+    // The frame of the point filters in one pass (tone_kernels.h): the new buffer takes
+    // run(source, target, n) on each span of the region and a copy of everything else.
+    template <class RunFn> Bits pointFilter(RunFn&& run);
+
+public:
+
     // --- Neighbourhood filters and user filters (neighbourhood*.cpp) -----------------
     // [neighbourhood]
     // The general convolution: mask[dy][dx] (3 x 3 or 5 x 5) over the source, each of blue,

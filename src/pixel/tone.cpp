@@ -14,6 +14,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <vector>
 
 #if defined(__SSE2__)
@@ -30,7 +31,8 @@ using ByteTable = std::array<uint8_t, 256>;
 
 // Adds a signed offset per channel with saturation: exactly clamp(c + level) per byte.
 // add and sub hold the positive and negative parts of the offsets of blue, green and red.
-void saturatingOffset(uint8_t* p, int32_t n, const uint8_t add[3], const uint8_t sub[3]) {
+void saturatingOffset(const uint8_t* s, uint8_t* p, int32_t n, const uint8_t add[3],
+                      const uint8_t sub[3]) {
     int32_t i = 0;
 #if defined(__SSE2__)
     const __m128i va = _mm_setr_epi8(char(add[0]), char(add[1]), char(add[2]), 0, char(add[0]),
@@ -40,14 +42,16 @@ void saturatingOffset(uint8_t* p, int32_t n, const uint8_t add[3], const uint8_t
                                      char(sub[1]), char(sub[2]), 0, char(sub[0]), char(sub[1]),
                                      char(sub[2]), 0, char(sub[0]), char(sub[1]), char(sub[2]), 0);
     for (; i + 4 <= n; i += 4) {
-        __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(p + 4 * i));
+        __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 4 * i));
         v = _mm_subs_epu8(_mm_adds_epu8(v, va), vs);
         _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 4 * i), v);
     }
 #endif
-    for (; i < n; ++i)
+    for (; i < n; ++i) {
         for (int c = 0; c < 3; ++c)
-            p[4 * i + c] = clampByte(int32_t(p[4 * i + c]) + add[c] - sub[c]);
+            p[4 * i + c] = clampByte(int32_t(s[4 * i + c]) + add[c] - sub[c]);
+        p[4 * i + 3] = s[4 * i + 3];
+    }
 }
 
 // The mean-of-channels table: T[i] = i \ 3 for i = 0..765.
@@ -145,12 +149,12 @@ template <int32_t N> void spillRounds(int32_t* __restrict bs, int32_t* __restric
 
 // Maps n <= kSpillGroup pixels through M and spills them, in place.
 constexpr int32_t kSpillGroup = 16;
-void contrastGroup(uint8_t* p, int32_t n, const int32_t* m) {
+void contrastGroup(const uint8_t* s, uint8_t* p, int32_t n, const int32_t* m) {
     // Lanes past n hold black, which no round changes.
     int32_t b[kSpillGroup] = {}, g[kSpillGroup] = {}, r[kSpillGroup] = {};
     uint32_t outside = 0;
     for (int32_t i = 0; i < n; ++i) {
-        const uint32_t v = load32(p + 4 * i);
+        const uint32_t v = load32(s + 4 * i);
         b[i] = m[v & 255u];
         g[i] = m[(v >> 8) & 255u];
         r[i] = m[(v >> 16) & 255u];
@@ -166,7 +170,7 @@ void contrastGroup(uint8_t* p, int32_t n, const int32_t* m) {
                 spillRounds<1>(b + i, g + i, r + i);
     }
     for (int32_t i = 0; i < n; ++i) {
-        const uint32_t v = load32(p + 4 * i);
+        const uint32_t v = load32(s + 4 * i);
         store32(p + 4 * i, packPixel(v, uint32_t(b[i]), uint32_t(g[i]), uint32_t(r[i])));
     }
 }
@@ -174,87 +178,60 @@ void contrastGroup(uint8_t* p, int32_t n, const int32_t* m) {
 } // namespace
 
 Bits cBitFilter::BRIGHTNESS(int32_t level) {
-    Bits out = buffer_;
     // clamp(i + level) for every channel is a saturating add or subtract of |level|.
     const uint8_t up = uint8_t(std::clamp(level, 0, 255));
     const uint8_t down = uint8_t(std::clamp(-level, 0, 255));
     const uint8_t add[3] = {up, up, up}, sub[3] = {down, down, down};
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        saturatingOffset(out.pixel(x0, y), x1 - x0, add, sub);
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        saturatingOffset(s, p, n, add, sub);
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::ShiftRGB(int32_t red, int32_t green, int32_t blue) {
-    Bits out = buffer_;
     const int32_t levels[3] = {blue, green, red};
     uint8_t add[3], sub[3];
     for (int c = 0; c < 3; ++c) {
         add[c] = uint8_t(std::clamp(levels[c], 0, 255));
         sub[c] = uint8_t(std::clamp(-levels[c], 0, 255));
     }
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        saturatingOffset(out.pixel(x0, y), x1 - x0, add, sub);
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        saturatingOffset(s, p, n, add, sub);
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::Invert() {
-    Bits out = buffer_;
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
-        for (int32_t i = 0; i < n; ++i) store32(p + 4 * i, load32(p + 4 * i) ^ 0x00FFFFFFu);
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        for (int32_t i = 0; i < n; ++i) store32(p + 4 * i, load32(s + 4 * i) ^ 0x00FFFFFFu);
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::GreyScale() {
-    Bits out = buffer_;
     // v = round(B * 0.071 + G * 0.707 + R * 0.222), through the weighted-sum table.
     const WeightedSum& grey = greyWeights();
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
-            const uint32_t v = load32(p + 4 * i);
+            const uint32_t v = load32(s + 4 * i);
             const uint32_t gv = uint32_t(
                 grey(int32_t(v & 255u), int32_t((v >> 8) & 255u), int32_t((v >> 16) & 255u)));
             store32(p + 4 * i, packPixel(v, gv, gv, gv));
         }
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::Threshold(int32_t cut) {
-    Bits out = buffer_;
     // (B + G + R) \ 3 > cut exactly when B + G + R >= 3 * (cut + 1).
     const int32_t limit = 3 * (cut + 1);
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
-            const uint32_t v = load32(p + 4 * i);
+            const uint32_t v = load32(s + 4 * i);
             const int32_t sum =
                 int32_t(v & 255u) + int32_t((v >> 8) & 255u) + int32_t((v >> 16) & 255u);
             store32(p + 4 * i, (v & kMarkerMask) | (sum >= limit ? 0x00FFFFFFu : 0u));
         }
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::SATURATION(int32_t level) {
-    Bits out = buffer_;
     const float f = float(level / 100.0);
     // The new channel depends on the channel and on the pixel's mean a only: a table of
     // 256 means by 256 channel values.
@@ -263,37 +240,27 @@ Bits cBitFilter::SATURATION(int32_t level) {
         for (int32_t c = 0; c < 256; ++c)
             table[size_t(a * 256 + c)] = clampByte(vbRound(c + double(f) * (c - a)));
     const uint8_t* tab = table.data();
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
-            const uint32_t v = load32(p + 4 * i);
+            const uint32_t v = load32(s + 4 * i);
             const uint32_t b = v & 255u, g = (v >> 8) & 255u, r = (v >> 16) & 255u;
             const uint8_t* row = tab + size_t(kMean[int32_t(b + g + r)]) * 256u;
             store32(p + 4 * i, packPixel(v, row[b], row[g], row[r]));
         }
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::Reduction(int32_t level) {
-    Bits out = buffer_;
     const int32_t n = level + 1;
     ByteTable m{};
     for (int32_t i = 0; i < 256; ++i)
         m[size_t(i)] = uint8_t(std::min(255, vbRound(double(i) / n) * n));
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        mapChannels(out.pixel(x0, y), x1 - x0, m.data(), m.data(), m.data());
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        mapChannels(s, p, n, m.data(), m.data(), m.data());
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::GammaCorrection(int32_t gamma) {
-    Bits out = buffer_;
     const float g = float((gamma + 100) / 100.0);
     ByteTable m{};
     if (g > 0.0f) {
@@ -304,16 +271,12 @@ Bits cBitFilter::GammaCorrection(int32_t gamma) {
             m[size_t(i)] = v;
         }
     } // else every channel turns 0: the table stays zero
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        mapChannels(out.pixel(x0, y), x1 - x0, m.data(), m.data(), m.data());
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        mapChannels(s, p, n, m.data(), m.data(), m.data());
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::Contrast(int32_t level) {
-    Bits out = buffer_;
     const int32_t w = BitsWidth(), h = BitsHeight();
     // Pass 1: the mean of T[B + G + R] over the whole image, whatever the region. The sum
     // is 64-bit: a large bright image passes 2^31 long before its pixel count does.
@@ -336,17 +299,13 @@ Bits cBitFilter::Contrast(int32_t level) {
 
     // Then each pixel's b, g, r = M[B], M[G], M[R], and while any of them lies outside
     // 0..255 the overflow is spread over the other two so that the hue holds (spillRound).
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        for (int32_t x = x0; x < x1; x += kSpillGroup)
-            contrastGroup(out.pixel(x, y), std::min(kSpillGroup, x1 - x), m.data());
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        for (int32_t i = 0; i < n; i += kSpillGroup)
+            contrastGroup(s + 4 * i, p + 4 * i, std::min(kSpillGroup, n - i), m.data());
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::Equalize() {
-    Bits out = buffer_;
     const int32_t w = BitsWidth(), h = BitsHeight();
     // Pass 1: the histogram of v = round(B * 0.113 + G * 0.586 + R * 0.301) over the whole
     // image, through the weighted-sum table.
@@ -358,8 +317,9 @@ Bits cBitFilter::Equalize() {
     }
     if (int64_t(w) * h == 0) {
         // No pixel: the median walk would run off the histogram. Nothing to change.
-        finishProgress();
-        return out;
+        return pointFilter([](const uint8_t* s, uint8_t* p, int32_t n) {
+            std::memcpy(p, s, size_t(n) * 4u);
+        });
     }
     // The median: the first i whose running sum passes half the pixel count, moved one
     // down when less than half of its own entries are needed to pass.
@@ -383,12 +343,9 @@ Bits cBitFilter::Equalize() {
             toByte(c * double(low), v);
         m[size_t(c)] = v;
     }
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        mapChannels(out.pixel(x0, y), x1 - x0, m.data(), m.data(), m.data());
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        mapChannels(s, p, n, m.data(), m.data(), m.data());
     });
-    finishProgress();
-    return out;
 }
 
 // The statistics read the whole image and raise no Progress.

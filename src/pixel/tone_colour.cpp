@@ -7,6 +7,7 @@
 #include <array>
 #include <cmath>
 #include <cstdlib>
+#include <cstring>
 
 namespace ostrivex {
 
@@ -15,70 +16,53 @@ using namespace tone;
 namespace {
 
 // Keeps the channels whose mask byte is 0xFF and zeroes the others (channel 3 kept).
-void maskChannels(uint8_t* p, int32_t n, uint32_t keep) {
+void maskChannels(const uint8_t* s, uint8_t* p, int32_t n, uint32_t keep) {
     keep |= kMarkerMask;
-    for (int32_t i = 0; i < n; ++i) store32(p + 4 * i, load32(p + 4 * i) & keep);
+    for (int32_t i = 0; i < n; ++i) store32(p + 4 * i, load32(s + 4 * i) & keep);
 }
 
 } // namespace
 
 Bits cBitFilter::KillChannel(bool red, bool green, bool blue) {
-    Bits out = buffer_;
     const uint32_t keep =
         (blue ? 0u : 0x0000FFu) | (green ? 0u : 0x00FF00u) | (red ? 0u : 0xFF0000u);
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        maskChannels(out.pixel(x0, y), x1 - x0, keep);
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        maskChannels(s, p, n, keep);
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::SpecialColors(int32_t red, int32_t green, int32_t blue) {
-    Bits out = buffer_;
     // -1 (true) keeps the channel; anything else clears it.
     const uint32_t keep = (blue == -1 ? 0x0000FFu : 0u) | (green == -1 ? 0x00FF00u : 0u) |
                           (red == -1 ? 0xFF0000u : 0u);
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        maskChannels(out.pixel(x0, y), x1 - x0, keep);
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        maskChannels(s, p, n, keep);
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::ISOLATE(uint32_t colour, uint32_t backColour, int32_t tolerance) {
-    Bits out = buffer_;
     const int32_t t = distanceThreshold(tolerance);
     const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
     const uint32_t back = uint32_t(colourB(backColour)) | uint32_t(colourG(backColour)) << 8 |
                           uint32_t(colourR(backColour)) << 16;
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
-            const uint32_t v = load32(p + 4 * i);
+            const uint32_t v = load32(s + 4 * i);
             const int32_t d = colourDistance(int32_t(v & 255u), int32_t((v >> 8) & 255u),
                                              int32_t((v >> 16) & 255u), b1, g1, r1);
-            if (d >= t) store32(p + 4 * i, (v & kMarkerMask) | back);
+            store32(p + 4 * i, d >= t ? (v & kMarkerMask) | back : v);
         }
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::REPLACE(uint32_t colour, uint32_t newColour, int32_t tolerance) {
-    Bits out = buffer_;
     const int32_t t = distanceThreshold(tolerance);
     const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
     const int32_t r2 = colourR(newColour), g2 = colourG(newColour), b2 = colourB(newColour);
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
             uint8_t* q = p + 4 * i;
+            store32(q, load32(s + 4 * i));
             const int32_t d = colourDistance(q[0], q[1], q[2], b1, g1, r1);
             if (d > t) continue;
             const float k = blendFactor(d, t);
@@ -87,46 +71,36 @@ Bits cBitFilter::REPLACE(uint32_t colour, uint32_t newColour, int32_t tolerance)
             q[2] = blendByte(q[2], r2, k);
         }
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::Shift(uint32_t colour, int32_t shift, int32_t tolerance) {
-    Bits out = buffer_;
     const int32_t t = distanceThreshold(tolerance);
     const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
     std::array<int32_t, 256> m{};
     for (int32_t i = 0; i < 256; ++i) m[size_t(i)] = clampByte(i + shift);
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
             uint8_t* q = p + 4 * i;
+            store32(q, load32(s + 4 * i));
             const int32_t d = colourDistance(q[0], q[1], q[2], b1, g1, r1);
             if (d >= t) continue; // strictly nearer than the threshold
             const float k = blendFactor(d, t);
             for (int c = 0; c < 3; ++c) q[c] = blendByte(q[c], m[q[c]], k);
         }
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::ReplaceL(uint32_t colour, uint32_t newColour, int32_t lumTolerance,
                           int32_t applyTolerance) {
-    Bits out = buffer_;
     const int32_t lT = vbRound(lumTolerance * 2.55);
     const int32_t t = distanceThreshold(applyTolerance);
     const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
     const int32_t r2 = colourR(newColour), g2 = colourG(newColour), b2 = colourB(newColour);
     const int32_t l1 = (r1 + g1 + b1) / 3;
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
             uint8_t* q = p + 4 * i;
+            store32(q, load32(s + 4 * i));
             const int32_t l = (int32_t(q[0]) + q[1] + q[2]) / 3;
             if (std::abs(l - l1) > lT) continue;
             const int32_t d = colourDistance(q[0], q[1], q[2], b1, g1, r1);
@@ -137,16 +111,15 @@ Bits cBitFilter::ReplaceL(uint32_t colour, uint32_t newColour, int32_t lumTolera
             q[2] = blendByte(q[2], r2, k);
         }
     });
-    finishProgress();
-    return out;
 }
 
 namespace {
 // Output channel k takes source channel Sk (channel 0 is bits 0..7). Fixed shifts let the
 // loop run as vector code.
-template <uint32_t S0, uint32_t S1, uint32_t S2> void swapChannels(uint8_t* p, int32_t n) {
+template <uint32_t S0, uint32_t S1, uint32_t S2>
+void swapChannels(const uint8_t* s, uint8_t* p, int32_t n) {
     for (int32_t i = 0; i < n; ++i) {
-        const uint32_t v = load32(p + 4 * i);
+        const uint32_t v = load32(s + 4 * i);
         store32(p + 4 * i, (v & kMarkerMask) | ((v >> (8 * S0)) & 255u) |
                                (((v >> (8 * S1)) & 255u) << 8) |
                                (((v >> (8 * S2)) & 255u) << 16));
@@ -155,8 +128,7 @@ template <uint32_t S0, uint32_t S1, uint32_t S2> void swapChannels(uint8_t* p, i
 } // namespace
 
 Bits cBitFilter::SwapBanks(int32_t mode) {
-    Bits out = buffer_;
-    void (*swap)(uint8_t*, int32_t) = nullptr;
+    void (*swap)(const uint8_t*, uint8_t*, int32_t) = nullptr;
     switch (mode) {
     case 1: swap = swapChannels<1, 2, 0>; break; // "RGB2BRG"
     case 2: swap = swapChannels<2, 0, 1>; break; // "RGB2GBR"
@@ -165,18 +137,17 @@ Bits cBitFilter::SwapBanks(int32_t mode) {
     case 5: swap = swapChannels<0, 2, 1>; break; // "RGB2GRB"
     default: break; // any other mode leaves every pixel as it is
     }
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        if (swap) swap(out.pixel(x0, y), x1 - x0);
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        if (swap)
+            swap(s, p, n);
+        else
+            std::memcpy(p, s, size_t(n) * 4u);
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::SwapRGB(int32_t redSource, int32_t greenSource, int32_t blueSource,
                          bool invertRed, bool invertGreen, bool invertBlue, bool killRed,
                          bool killGreen, bool killBlue) {
-    Bits out = buffer_;
     // Per output channel (blue, green, red): its source channel and a table that is the
     // identity, the inversion or zero. Killing wins over inverting. A source outside the
     // pixel's four bytes fails its read, and that channel keeps its value.
@@ -192,12 +163,10 @@ Bits cBitFilter::SwapRGB(int32_t redSource, int32_t greenSource, int32_t blueSou
         if (src[c] != sources[c]) // failed read: the channel keeps its byte
             for (int32_t i = 0; i < 256; ++i) tables[size_t(c)][size_t(i)] = uint8_t(i);
     }
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
             uint8_t* q = p + 4 * i;
+            store32(q, load32(s + 4 * i));
             const uint8_t b = tables[0][q[src[0]]], g = tables[1][q[src[1]]],
                           r = tables[2][q[src[2]]];
             q[0] = b;
@@ -205,8 +174,6 @@ Bits cBitFilter::SwapRGB(int32_t redSource, int32_t greenSource, int32_t blueSou
             q[2] = r;
         }
     });
-    finishProgress();
-    return out;
 }
 
 namespace {
@@ -272,19 +239,13 @@ uint32_t classyPixel(int32_t mode, uint32_t v, const double* atanTable) {
 } // namespace
 
 Bits cBitFilter::ClassyColors(int32_t mode) {
-    Bits out = buffer_;
     // atan of the green byte as a plain number, in radians.
     std::array<double, 256> atanTable{};
     for (int32_t i = 0; i < 256; ++i) atanTable[size_t(i)] = std::atan(double(i));
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t n = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; ++i)
-            store32(p + 4 * i, classyPixel(mode, load32(p + 4 * i), atanTable.data()));
+            store32(p + 4 * i, classyPixel(mode, load32(s + 4 * i), atanTable.data()));
     });
-    finishProgress();
-    return out;
 }
 
 } // namespace ostrivex

@@ -21,6 +21,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstring>
 #include <limits>
 #include <vector>
 
@@ -111,10 +112,10 @@ inline uint32_t rgbOf(float h, float s, float l, uint32_t v) {
     return (v & 0xFF000000u) | toChannel(b) | (toChannel(g) << 8) | (toChannel(r) << 16);
 }
 
-__attribute__((target_clones("avx2", "default"), optimize("no-trapping-math"))) void rotateHueRun(uint8_t* p, int32_t n,
+__attribute__((target_clones("avx2", "default"), optimize("no-trapping-math"))) void rotateHueRun(const uint8_t* s, uint8_t* p, int32_t n,
                                                                      float shift, float f) {
     for (int32_t i = 0; i < n; ++i) {
-        const uint32_t v = loadPixel(p + 4 * i);
+        const uint32_t v = loadPixel(s + 4 * i);
         const Hsl c = hslOf(v);
         const float h = c.h + shift;
         const float wrapped = h - 6.0f;
@@ -141,9 +142,9 @@ uint32_t packHsl(float h, float s, float l) {
 }
 
 // Applies a table indexed by B + G + R.
-void applySumTable(uint8_t* p, int32_t n, const uint32_t* table) {
+void applySumTable(const uint8_t* s, uint8_t* p, int32_t n, const uint32_t* table) {
     for (int32_t i = 0; i < n; ++i) {
-        const uint32_t v = load32(p + 4 * i);
+        const uint32_t v = load32(s + 4 * i);
         const uint32_t sum = (v & 255u) + ((v >> 8) & 255u) + ((v >> 16) & 255u);
         store32(p + 4 * i, (v & kMarkerMask) | table[sum]);
     }
@@ -152,22 +153,17 @@ void applySumTable(uint8_t* p, int32_t n, const uint32_t* table) {
 } // namespace
 
 Bits cBitFilter::COLORIZE(float hue, float saturation, float luminosity) {
-    Bits out = buffer_;
     std::array<uint32_t, 766> table{};
     for (int32_t sum = 0; sum < 766; ++sum) {
         const float l = float(double(sum) / 765.0 * double(luminosity));
         table[size_t(sum)] = packHsl(hue, saturation, l);
     }
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        applySumTable(out.pixel(x0, y), x1 - x0, table.data());
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        applySumTable(s, p, n, table.data());
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::StretchH(int32_t offset, int32_t saturation, int32_t stretch) {
-    Bits out = buffer_;
     const float o = float(offset / 16.67);
     const float f = float(saturation / 100.0);
     const float n = float(stretch / 10.0);
@@ -181,30 +177,22 @@ Bits cBitFilter::StretchH(int32_t offset, int32_t saturation, int32_t stretch) {
             h = h - 6.0f;
         table[size_t(sum)] = packHsl(h, f, l);
     }
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        applySumTable(out.pixel(x0, y), x1 - x0, table.data());
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        applySumTable(s, p, n, table.data());
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::RotateH(int32_t offset, int32_t saturation) {
-    Bits out = buffer_;
     // 16.67 steps of the slider make one unit of hue (60 degrees).
     const float shift = float(offset / 16.67);
     const float f = float(saturation / 100.0);
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        rotateHueRun(out.pixel(x0, y), x1 - x0, shift, f);
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        rotateHueRun(s, p, n, shift, f);
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::ReplaceHS(uint32_t colour, uint32_t newColour, int32_t hueTolerance,
                            int32_t satTolerance, int32_t applyTolerance) {
-    Bits out = buffer_;
     const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
     const int32_t r2 = colourR(newColour), g2 = colourG(newColour), b2 = colourB(newColour);
     float h1, s1, l1;
@@ -214,11 +202,11 @@ Bits cBitFilter::ReplaceHS(uint32_t colour, uint32_t newColour, int32_t hueToler
     const int32_t t = distanceThreshold(applyTolerance);
     constexpr int32_t kChunk = 256;
     float hue[kChunk], sat[kChunk];
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        for (int32_t start = x0; start < x1; start += kChunk) {
-            const int32_t n = std::min(kChunk, x1 - start);
-            uint8_t* p = out.pixel(start, y);
+    return pointFilter([&](const uint8_t* src, uint8_t* dst, int32_t count) {
+        std::memcpy(dst, src, size_t(count) * 4u);
+        for (int32_t start = 0; start < count; start += kChunk) {
+            const int32_t n = std::min(kChunk, count - start);
+            uint8_t* p = dst + 4 * start;
             hueSatRun(p, n, hue, sat);
             for (int32_t i = 0; i < n; ++i) {
                 // The hue difference is plain: hue does not wrap around.
@@ -233,12 +221,9 @@ Bits cBitFilter::ReplaceHS(uint32_t colour, uint32_t newColour, int32_t hueToler
             }
         }
     });
-    finishProgress();
-    return out;
 }
 
 Bits cBitFilter::RotateL(int32_t offset, int32_t steps) {
-    Bits out = buffer_;
     const float o = float(offset / 10.0);
     const float n = float(steps / 2.5);
     std::array<double, 256> wg{}, wb{}, wr{};
@@ -260,12 +245,9 @@ Bits cBitFilter::RotateL(int32_t offset, int32_t steps) {
         uint32_t grey;
     };
     std::vector<Entry> cache(255001, Entry{std::numeric_limits<double>::quiet_NaN(), 0});
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        uint8_t* p = out.pixel(x0, y);
-        const int32_t count = x1 - x0;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t count) {
         for (int32_t i = 0; i < count; ++i) {
-            const uint32_t v = load32(p + 4 * i);
+            const uint32_t v = load32(s + 4 * i);
             const uint32_t b = v & 255u, g = (v >> 8) & 255u, r = (v >> 16) & 255u;
             const double w = wg[g] + wb[b] + wr[r];
             Entry& e = cache[707u * g + 71u * b + 222u * r];
@@ -273,8 +255,6 @@ Bits cBitFilter::RotateL(int32_t offset, int32_t steps) {
             store32(p + 4 * i, packPixel(v, e.grey, e.grey, e.grey));
         }
     });
-    finishProgress();
-    return out;
 }
 
 } // namespace ostrivex

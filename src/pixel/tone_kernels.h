@@ -2,6 +2,7 @@
 // the three-table channel map, and the colour-distance threshold.
 #pragma once
 
+#include "pixel/bitfilter.h"
 #include "pixel/vbmath.h"
 
 #include <cstdint>
@@ -24,12 +25,12 @@ inline uint32_t packPixel(uint32_t marker, uint32_t b, uint32_t g, uint32_t r) {
     return (marker & kMarkerMask) | b | (g << 8) | (r << 16);
 }
 
-// Channel maps: each of blue, green and red through its own 256-entry table, in place on
-// n pixels. Channel 3 stays.
-inline void mapChannels(uint8_t* p, int32_t n, const uint8_t* mb, const uint8_t* mg,
-                        const uint8_t* mr) {
+// Channel maps: each of blue, green and red of n source pixels through its own 256-entry
+// table into the target. Channel 3 is carried over.
+inline void mapChannels(const uint8_t* s, uint8_t* p, int32_t n, const uint8_t* mb,
+                        const uint8_t* mg, const uint8_t* mr) {
     for (int32_t i = 0; i < n; ++i) {
-        const uint32_t v = load32(p + 4 * i);
+        const uint32_t v = load32(s + 4 * i);
         store32(p + 4 * i, packPixel(v, mb[v & 255u], mg[(v >> 8) & 255u],
                                      mr[(v >> 16) & 255u]));
     }
@@ -60,3 +61,35 @@ inline uint8_t blendByte(int32_t c, int32_t c2, float k) {
 }
 
 } // namespace ostrivex::tone
+
+namespace ostrivex {
+
+// One pass instead of a copy and a second pass over the copy: every row of the new
+// buffer is made from the source, the spans of the region (clipped to the box) through
+// run, the rest (guard band, pixels outside the region, rows outside the box) copied.
+// The result is the one of the frame: copy, then rewrite the region's pixels.
+template <class RunFn> Bits cBitFilter::pointFilter(RunFn&& run) {
+    const Bits& src = buffer_;
+    const int32_t w = src.width(), h = src.height();
+    Bits out(w, h);
+    RegionBounds(0);
+    for (int32_t y = -2; y < h + 2; ++y) {
+        const bool inBox = y >= boxTop_ && y <= boxBottom_;
+        if (!inBox || y < 0 || y >= h) {
+            std::memcpy(out.pixel(-2, y), src.pixel(-2, y), src.stride());
+        } else {
+            int32_t done = -2; // the next column still to be made
+            forEachSpanInRow(y, [&](int32_t, int32_t x0, int32_t x1) {
+                std::memcpy(out.pixel(done, y), src.pixel(done, y), size_t(x0 - done) * 4u);
+                run(src.pixel(x0, y), out.pixel(x0, y), x1 - x0);
+                done = x1;
+            });
+            std::memcpy(out.pixel(done, y), src.pixel(done, y), size_t(w + 2 - done) * 4u);
+        }
+        if (inBox) progressStep(y);
+    }
+    finishProgress();
+    return out;
+}
+
+} // namespace ostrivex

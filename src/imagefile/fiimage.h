@@ -30,6 +30,8 @@ FIBITMAP* BitsToDib(const Bits& bits);
 // The load state: empty it, or fill it from decoded pixels (false if the size is out of
 // range, in which case the state is left as it was).
 void ClearLoadState();
-bool StoreLoadState(Bits&& pixels, int bpp);
+bool StoreLoadState(Bits&& pixels, int bpp, int dpiX, int dpiY);
+// Dots per metre to dots per inch, rounded.
+inline int DotsPerInch(unsigned dotsPerMetre) { return int(dotsPerMetre * 0.0254 + 0.5); }
 
 } // namespace ostrivex

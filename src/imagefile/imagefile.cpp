@@ -16,6 +16,8 @@ Bits LoadedBitmap;
 int16_t LoadedWidth = 0;
 int16_t LoadedHeight = 0;
 int16_t LoadedBpp = 0;
+int32_t LoadedDpiX = 0;
+int32_t LoadedDpiY = 0;
 
 namespace {
 
@@ -113,15 +115,18 @@ ImageFileResult saveFailed() { return {false, kSaveErrorText}; }
 void ClearLoadState() {
     LoadedBitmap = Bits();
     LoadedWidth = LoadedHeight = LoadedBpp = 0;
+    LoadedDpiX = LoadedDpiY = 0;
 }
 
-bool StoreLoadState(Bits&& pixels, int bpp) {
+bool StoreLoadState(Bits&& pixels, int bpp, int dpiX, int dpiY) {
     if (pixels.empty() || pixels.width() < 1 || pixels.height() < 1 ||
         pixels.width() > kMaxImageSide || pixels.height() > kMaxImageSide)
         return false;
     LoadedWidth = int16_t(pixels.width());
     LoadedHeight = int16_t(pixels.height());
     LoadedBpp = int16_t(bpp);
+    LoadedDpiX = dpiX;
+    LoadedDpiY = dpiY;
     LoadedBitmap = std::move(pixels);
     return true;
 }
@@ -154,10 +159,12 @@ ImageFileResult LoadImageFile(const std::string& path, const std::string& extens
     FIBITMAP* dib = FreeImage_Load(FIF_BMP, temp.c_str(), 0);
     if (!dib) return loadFailed();
     const int bpp = int(FreeImage_GetBPP(dib));
+    const int dpiX = DotsPerInch(FreeImage_GetDotsPerMeterX(dib));
+    const int dpiY = DotsPerInch(FreeImage_GetDotsPerMeterY(dib));
     Bits pixels;
     const bool converted = DibToBits(dib, pixels);
     FreeImage_Unload(dib);
-    if (!converted || !StoreLoadState(std::move(pixels), bpp)) return loadFailed();
+    if (!converted || !StoreLoadState(std::move(pixels), bpp, dpiX, dpiY)) return loadFailed();
     return {true, {}};
 }
 

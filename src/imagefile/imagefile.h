@@ -45,6 +45,10 @@ extern int16_t LoadedHeight;
 // Bits per pixel of the decoded file as the library reported them (before the
 // conversion to 24 bits): 1, 4, 8, 16, 24, 32...
 extern int16_t LoadedBpp;
+// Resolution of the last loaded picture in dots per inch, as the file states it (FreeImage
+// reports 72 for files that state none; metafiles are drawn at 96).
+extern int32_t LoadedDpiX;
+extern int32_t LoadedDpiY;
 
 // --- Loading ---------------------------------------------------------------------------
 // Loads `path` by its extension (compared in lower case; the table's first match wins)

@@ -99,7 +99,10 @@ ImageFileResult loadRaster(const std::string& path, const char* format) {
     int bpp = headerDepth(path, std::string(format) == "gif");
     if (bpp <= 0) bpp = img.depth() == 32 ? 24 : img.depth();
     Bits pixels;
-    if (!imageToBits(img, pixels) || !StoreLoadState(std::move(pixels), bpp)) return loadFailed();
+    const int dpiX = img.dotsPerMeterX() > 0 ? DotsPerInch(unsigned(img.dotsPerMeterX())) : 96;
+    const int dpiY = img.dotsPerMeterY() > 0 ? DotsPerInch(unsigned(img.dotsPerMeterY())) : 96;
+    if (!imageToBits(img, pixels) || !StoreLoadState(std::move(pixels), bpp, dpiX, dpiY))
+        return loadFailed();
     return {true, {}};
 }
 
@@ -113,7 +116,7 @@ ImageFileResult loadWmf(const std::string& path) {
     const bool ok = dib && DibToBits(dib, pixels);
     if (dib) FreeImage_Unload(dib);
     std::remove(temp.c_str());
-    if (!ok || !StoreLoadState(std::move(pixels), 24)) return loadFailed();
+    if (!ok || !StoreLoadState(std::move(pixels), 24, 96, 96)) return loadFailed();
     return {true, {}};
 }
 
@@ -159,7 +162,7 @@ ImageFileResult loadEmf(const std::string& path) {
     renderer.render(&p);
     p.end();
     Bits pixels;
-    if (!imageToBits(img, pixels) || !StoreLoadState(std::move(pixels), 24)) return loadFailed();
+    if (!imageToBits(img, pixels) || !StoreLoadState(std::move(pixels), 24, 96, 96)) return loadFailed();
     return {true, {}};
 }
 

@@ -52,17 +52,26 @@ void softenRow16(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb,
 }
 
 // SHARPEN and EDGEENHANCE where a * 255 + b * 2040 stays below 2^15: 16-bit lanes; a
-// negative numerator truncates to a quotient of at most 0, which clamps to 0.
+// negative numerator truncates to a quotient of at most 0, which clamps to 0. The sums of
+// the three rows are formed once per column (a block at a time) and shared by the three
+// windows that contain the column.
 OSTRIVEX_ROW_CLONES
 void sharpenRow16(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy,
                   int16_t a, int16_t b, uint16_t m, int shift) {
-    for (int32_t i = 0; i < nb; ++i) {
-        const int16_t sum8 = int16_t(s[i - dy - 4] + s[i - dy] + s[i - dy + 4] + s[i - 4] +
-                                     s[i + 4] + s[i + dy - 4] + s[i + dy] + s[i + dy + 4]);
-        const int16_t n = int16_t(a * s[i] - b * sum8);
-        const uint16_t v = n < 0 ? 0 : uint16_t(n);
-        const uint16_t q = uint16_t(uint16_t((uint32_t(v) * m) >> 16) >> shift);
-        o[i] = uint8_t(q > 255 ? 255 : q);
+    constexpr int32_t kBlock = 1024;
+    uint16_t col[kBlock + 8]; // col[j]: the column sum at byte start - 4 + j
+    for (int32_t start = 0; start < nb; start += kBlock) {
+        const int32_t len = nb - start < kBlock ? nb - start : kBlock;
+        const uint8_t* p = s + start;
+        for (int32_t j = 0; j < len + 8; ++j)
+            col[j] = uint16_t(p[j - 4 - dy] + p[j - 4] + p[j - 4 + dy]);
+        for (int32_t i = 0; i < len; ++i) {
+            const int16_t sum8 = int16_t(col[i] + col[i + 4] + col[i + 8] - p[i]);
+            const int16_t n = int16_t(a * p[i] - b * sum8);
+            const uint16_t v = n < 0 ? 0 : uint16_t(n);
+            const uint16_t q = uint16_t(uint16_t((uint32_t(v) * m) >> 16) >> shift);
+            o[start + i] = uint8_t(q > 255 ? 255 : q);
+        }
     }
 }
 
@@ -138,7 +147,8 @@ void slowRow(const uint8_t* s, uint8_t* o, int32_t nb, ByteFn&& value) {
     }
 }
 
-// A 64-bit value that must fit a 32-bit integer, as the original arithmetic does.
+// Whether a 64-bit value fits the 32-bit integers these filters compute in; outside them
+// the statement fails.
 inline bool fits32(int64_t v) { return v >= INT32_MIN && v <= INT32_MAX; }
 
 } // namespace
@@ -178,7 +188,8 @@ Bits cBitFilter::SOFTEN(int32_t level) {
     nb::Recip16 r;
     if (d == 0) {
         // Every division fails and every byte keeps its value.
-    } else if (k >= 0 && k * 255 + 1020 < 32768 && nb::findRecip16(uint32_t(d), uint32_t(k * 255 + 1020), r)) {
+    } else if (k >= 0 && k * 255 + 1020 < 32768 &&
+               nb::findRecip16(uint32_t(d), uint32_t(k * 255 + 1020), r)) {
         const uint16_t k16 = uint16_t(k), m = uint16_t(r.m);
         const int shift = r.shift;
         OSTRIVEX_NB_SPANS(out, softenRow16(sp, op, nbytes, dy, k16, m, shift));

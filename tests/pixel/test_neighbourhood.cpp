@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <stdexcept>
 #include <vector>
 
 namespace ostrivex {
@@ -73,6 +74,17 @@ TEST(Neighbourhood, BlursAveragesTheEightPixelsAtTheLevelsDistance) {
     want[10] = 10, want[12] = 20, want[14] = 30; // row 2: (2,2) sees (4,4); (4,2) both
     want[20] = 10, want[22] = 30, want[24] = 10; // row 4
     EXPECT_EQ(channelOf(b2, 0), want);
+
+    // Level 3 would read past the guard band at the image's edge: a failure for the
+    // caller. Inside a region three pixels from every edge it reads only the image.
+    EXPECT_THROW(l5.f.Blurs(3), std::out_of_range);
+    Bits seven(7, 7);
+    seven(0, 0, 0) = 80; // (3,3) sees (0,0) at level 3
+    cBitFilter g;
+    g.SetBits(seven);
+    const Region centre = Region::rect(3, 3, 4, 4);
+    g.BitsRegion(&centre);
+    EXPECT_EQ(g.Blurs(3)(0, 3, 3), 10);
 }
 
 TEST(Neighbourhood, SoftenWeighsTheCentreAgainstItsFourNeighbours) {

@@ -1,12 +1,12 @@
 // Tone filters: brightness, levels, inversion, grey, threshold, saturation, reduction,
 // gamma, contrast, equalisation, and the luminance statistics of the image.
 //
-// Every filter follows the frame: copy the buffer, build its tables, RegionBounds(0), walk
-// the region's spans in the box and rewrite channels 0..2 of the copy in place (a point
-// filter reads only the pixel it writes, so the copy still holds the source there), and
-// raise Progress(100) at the end. Tables stand in for every per-channel formula, so the
-// loops do lookups only; a formula that fails its byte conversion in a filter that skips
-// failures leaves the table entry equal to its index, which keeps the source byte.
+// Every filter follows the frame (pointFilter in tone_kernels.h): build its tables, then
+// make the new buffer from the source in one pass, the region's spans through the filter
+// and everything else copied, and raise Progress(100) at the end. Tables stand in for the
+// per-channel formulas, so the loops do lookups only; a formula that fails its byte
+// conversion in a filter that skips failures leaves the table entry equal to its index,
+// which keeps the source byte.
 #include "pixel/bitfilter.h"
 #include "pixel/tone_kernels.h"
 #include "pixel/vbmath.h"
@@ -64,41 +64,34 @@ struct MeanTable {
 };
 const MeanTable kMean;
 
-// Luminance-like weighted sums round(B * wb + G * wg + R * wr) with weights in thousandths
-// that add up to one, summed in double in that order. The exact sum is S / 1000 with
-// S = kb B + kg G + kr R, and the double sum lies within 1e-12 of it, so unless S ends in
-// 500 (a tie) the rounding is that of S / 1000. A table by S (255001 entries) holds that
-// rounding, or kTie, where the double sum of the pixel itself decides.
-constexpr uint16_t kTie = 0xFFFF;
+// Weighted sums round(B * KB / 1000 + G * KG / 1000 + R * KR / 1000), summed in double in
+// that order, for weights in thousandths that add up to one (KB / 1000.0 is the very double
+// of the literal 0.071 and so on). The exact sum is S / 1000 with S = KB B + KG G + KR R,
+// and the double sum lies within 1e-12 of it, so unless S ends in 500 (a tie) the rounding
+// is that of S / 1000, q = (S + 500) \ 1000. Here q comes from single precision: S + 500 is
+// exact below 2^24, and the product's error (under 3e-5) cannot cross an integer, since a
+// quotient that is not a tie stays 0.001 away from one. On a tie the pixel's own double sum
+// decides. Written so that the first loop runs as vector code.
+constexpr int32_t kLumChunk = 64;
 
-struct WeightedSum {
-    int32_t kb, kg, kr;
-    double wb, wg, wr;
-    std::vector<uint16_t> table;
-
-    WeightedSum(int32_t b, int32_t g, int32_t r)
-        : kb(b), kg(g), kr(r), wb(b / 1000.0), wg(g / 1000.0), wr(r / 1000.0),
-          table(255001) {
-        for (int32_t s = 0; s <= 255000; ++s) {
-            const int32_t q = s / 1000, rem = s % 1000;
-            table[size_t(s)] = rem == 500 ? kTie : uint16_t(q + (rem > 500 ? 1 : 0));
-        }
+template <int32_t KB, int32_t KG, int32_t KR>
+void weightedRound(const uint8_t* s, int32_t n, uint32_t* out) {
+    uint32_t ties = 0;
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t v = load32(s + 4 * i);
+        const int32_t sum = KB * int32_t(v & 255u) + KG * int32_t((v >> 8) & 255u) +
+                            KR * int32_t((v >> 16) & 255u) + 500;
+        const int32_t q = int32_t(float(sum) * 0.001f);
+        out[i] = uint32_t(q);
+        ties |= uint32_t(sum == 1000 * q);
     }
-    int32_t operator()(int32_t b, int32_t g, int32_t r) const {
-        const uint16_t v = table[size_t(kb * b + kg * g + kr * r)];
-        return v != kTie ? v : vbRound(b * wb + g * wg + r * wr);
+    if (ties == 0) return;
+    for (int32_t i = 0; i < n; ++i) {
+        const int32_t b = s[4 * i], g = s[4 * i + 1], r = s[4 * i + 2];
+        const int32_t sum = KB * b + KG * g + KR * r + 500;
+        if (sum % 1000 == 0)
+            out[i] = uint32_t(vbRound(b * (KB / 1000.0) + g * (KG / 1000.0) + r * (KR / 1000.0)));
     }
-};
-
-// The weights of GreyScale and of Equalize's luminance. 71 / 1000.0 is the double
-// nearest 0.071, the same constant as the literal.
-const WeightedSum& greyWeights() {
-    static const WeightedSum w(71, 707, 222);
-    return w;
-}
-const WeightedSum& equalizeWeights() {
-    static const WeightedSum w(113, 586, 301);
-    return w;
 }
 
 // One round of Contrast's spill: the overflow of each channel in turn is spread half and
@@ -206,14 +199,16 @@ Bits cBitFilter::Invert() {
 }
 
 Bits cBitFilter::GreyScale() {
-    // v = round(B * 0.071 + G * 0.707 + R * 0.222), through the weighted-sum table.
-    const WeightedSum& grey = greyWeights();
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        for (int32_t i = 0; i < n; ++i) {
-            const uint32_t v = load32(s + 4 * i);
-            const uint32_t gv = uint32_t(
-                grey(int32_t(v & 255u), int32_t((v >> 8) & 255u), int32_t((v >> 16) & 255u)));
-            store32(p + 4 * i, packPixel(v, gv, gv, gv));
+    // v = round(B * 0.071 + G * 0.707 + R * 0.222) on all three channels.
+    return pointFilter([](const uint8_t* s, uint8_t* p, int32_t n) {
+        uint32_t grey[kLumChunk];
+        for (int32_t start = 0; start < n; start += kLumChunk) {
+            const int32_t m = std::min(kLumChunk, n - start);
+            const uint8_t* src = s + 4 * start;
+            uint8_t* dst = p + 4 * start;
+            weightedRound<71, 707, 222>(src, m, grey);
+            for (int32_t i = 0; i < m; ++i)
+                store32(dst + 4 * i, packPixel(load32(src + 4 * i), grey[i], grey[i], grey[i]));
         }
     });
 }
@@ -308,13 +303,21 @@ Bits cBitFilter::Contrast(int32_t level) {
 Bits cBitFilter::Equalize() {
     const int32_t w = BitsWidth(), h = BitsHeight();
     // Pass 1: the histogram of v = round(B * 0.113 + G * 0.586 + R * 0.301) over the whole
-    // image, through the weighted-sum table.
-    const WeightedSum& lum = equalizeWeights();
-    std::array<int64_t, 256> hist{};
+    // image.
+    // Four partial histograms, so that neighbouring pixels of equal value do not wait on
+    // each other's increment.
+    std::array<std::array<int64_t, 256>, 4> parts{};
+    uint32_t lum[kLumChunk];
     for (int32_t y = 0; y < h; ++y) {
         const uint8_t* p = buffer_.row(y);
-        for (int32_t x = 0; x < w; ++x) ++hist[size_t(lum(p[4 * x], p[4 * x + 1], p[4 * x + 2]))];
+        for (int32_t start = 0; start < w; start += kLumChunk) {
+            const int32_t m = std::min(kLumChunk, w - start);
+            weightedRound<113, 586, 301>(p + 4 * start, m, lum);
+            for (int32_t i = 0; i < m; ++i) ++parts[size_t(i & 3)][lum[i]];
+        }
     }
+    std::array<int64_t, 256> hist{};
+    for (size_t v = 0; v < 256; ++v) hist[v] = parts[0][v] + parts[1][v] + parts[2][v] + parts[3][v];
     if (int64_t(w) * h == 0) {
         // No pixel: the median walk would run off the histogram. Nothing to change.
         return pointFilter([](const uint8_t* s, uint8_t* p, int32_t n) {

@@ -19,8 +19,7 @@ const Bits& sourceImage(int32_t w, int32_t h) {
 }
 
 // op(filter, source, w, h) writes a w x h result into the filter's buffer.
-template <class Op>
-void runSized(benchmark::State& state, int32_t srcW, int32_t srcH, Op op) {
+template <class Op> void runSized(benchmark::State& state, int32_t srcW, int32_t srcH, Op op) {
     const int32_t w = int32_t(state.range(0)), h = int32_t(state.range(1));
     const Bits& src = sourceImage(srcW, srcH);
     cBitFilter f;
@@ -33,9 +32,15 @@ void runSized(benchmark::State& state, int32_t srcW, int32_t srcH, Op op) {
     state.SetItemsProcessed(state.iterations() * int64_t(w) * h);
 }
 
-int32_t twoThirds(int64_t v) { return int32_t(v * 2 / 3); }
-int32_t oneThird(int64_t v) { return int32_t(v / 3); }
-int32_t oneAndHalf(int64_t v) { return int32_t(v * 3 / 2); }
+int32_t twoThirds(int64_t v) {
+    return int32_t(v * 2 / 3);
+}
+int32_t oneThird(int64_t v) {
+    return int32_t(v / 3);
+}
+int32_t oneAndHalf(int64_t v) {
+    return int32_t(v * 3 / 2);
+}
 
 void BM_ResampleGrow(benchmark::State& state) {
     runSized(state, twoThirds(state.range(0)), twoThirds(state.range(1)),

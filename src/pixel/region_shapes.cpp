@@ -59,11 +59,12 @@ Region Region::ellipse(int32_t left, int32_t top, int32_t right, int32_t bottom)
             const i128 x = a - 2 * i128(kk) - 1;
             return x * x * b2 <= room;
         };
-        while (k > 0 && fits(k - 1)) --k;
-        while (2 * i128(k) < a && !fits(k)) ++k;
+        while (k > 0 && fits(k - 1))
+            --k;
+        while (2 * i128(k) < a && !fits(k))
+            ++k;
         if (2 * i128(k) >= a) continue;
-        out.appendBand(int32_t(y), int32_t(y + 1),
-                       {{int32_t(left + k), int32_t(right - k)}});
+        out.appendBand(int32_t(y), int32_t(y + 1), {{int32_t(left + k), int32_t(right - k)}});
     }
     return out;
 }
@@ -87,17 +88,16 @@ Region Region::polygon(const std::vector<PointI>& points) {
         yMax = std::max<int64_t>(yMax, q.y);
     }
     if (edges.empty()) return out;
-    std::sort(edges.begin(), edges.end(),
-              [](const Edge& e, const Edge& f) { return e.y0 < f.y0; });
+    std::sort(edges.begin(), edges.end(), [](const Edge& e, const Edge& f) { return e.y0 < f.y0; });
     std::vector<const Edge*> active;
     std::vector<int64_t> xs;
     std::vector<Span> spans;
     size_t next = 0;
     for (int64_t y = yMin; y < yMax; ++y) {
         // Edges whose span [y0, y1) holds row y: the centre line y + 0.5 crosses them.
-        active.erase(std::remove_if(active.begin(), active.end(),
-                                    [y](const Edge* e) { return e->y1 <= y; }),
-                     active.end());
+        active.erase(
+            std::remove_if(active.begin(), active.end(), [y](const Edge* e) { return e->y1 <= y; }),
+            active.end());
         while (next < edges.size() && edges[next].y0 <= y) {
             if (edges[next].y1 > y) active.push_back(&edges[next]);
             ++next;
@@ -107,7 +107,8 @@ Region Region::polygon(const std::vector<PointI>& points) {
             // Crossing xc = x0 + (y + 0.5 - y0) * (x1 - x0) / (y1 - y0); the first pixel
             // whose centre is at or right of it is ceil(xc - 0.5). Over 2 * (y1 - y0):
             const i128 dy = e->y1 - e->y0;
-            const i128 num = 2 * i128(e->x0) * dy + (2 * (i128(y) - e->y0) + 1) * (e->x1 - e->x0) - dy;
+            const i128 num =
+                2 * i128(e->x0) * dy + (2 * (i128(y) - e->y0) + 1) * (e->x1 - e->x0) - dy;
             xs.push_back(ceilDiv(num, 2 * dy));
         }
         std::sort(xs.begin(), xs.end());
@@ -116,8 +117,10 @@ Region Region::polygon(const std::vector<PointI>& points) {
             const int64_t x1 = xs[i], x2 = xs[i + 1];
             if (x2 <= x1) continue;
             // Spans of one row touch when two crossings fall in one pixel gap: join them.
-            if (!spans.empty() && spans.back().x2 >= x1) spans.back().x2 = int32_t(x2);
-            else spans.push_back({int32_t(x1), int32_t(x2)});
+            if (!spans.empty() && spans.back().x2 >= x1)
+                spans.back().x2 = int32_t(x2);
+            else
+                spans.push_back({int32_t(x1), int32_t(x2)});
         }
         out.appendBand(int32_t(y), int32_t(y + 1), std::vector<Span>(spans));
     }

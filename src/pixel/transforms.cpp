@@ -5,6 +5,7 @@
 // page faults of a fresh allocation of the same size (which cost more than the copy itself
 // on large images). When the source is the object's own buffer, a new buffer is made.
 #include "pixel/bitfilter.h"
+#include "pixel/transforms_simd.h"
 #include "pixel/vbmath.h"
 
 #include <algorithm>
@@ -25,7 +26,9 @@ inline uint32_t load32(const uint8_t* p) {
     std::memcpy(&v, p, 4);
     return v;
 }
-inline void store32(uint8_t* p, uint32_t v) { std::memcpy(p, &v, 4); }
+inline void store32(uint8_t* p, uint32_t v) {
+    std::memcpy(p, &v, 4);
+}
 
 // Channels 0 to 2 of a pixel read as a little-endian 32-bit word.
 constexpr uint32_t kColourMask = 0x00FFFFFFu;
@@ -43,9 +46,9 @@ Rect intersectRect(const Rect& a, const Rect& b) {
 
 // The buffer that a new-size operation writes: the object's own storage, cleared to the
 // new size, unless the source is that very buffer.
-#define OSTRIVEX_TARGET_BUFFER(target, fresh, source, w, h)                                   \
-    Bits fresh;                                                                                \
-    Bits& target = (&(source) == &buffer_) ? fresh : buffer_;                                  \
+#define OSTRIVEX_TARGET_BUFFER(target, fresh, source, w, h)                                        \
+    Bits fresh;                                                                                    \
+    Bits& target = (&(source) == &buffer_) ? fresh : buffer_;                                      \
     target.reset((w), (h))
 
 void cBitFilter::BitsCrop(const Bits& source, int32_t left, int32_t top, int32_t right,
@@ -71,7 +74,8 @@ void cBitFilter::BitsCropMasked(const Bits& source, int32_t left, int32_t top, i
     const uint32_t outside = 0xFF000000u; // colour 0, channel 3 = 255
     for (int32_t y = 0; y < h; ++y) {
         uint8_t* out = fresh.row(y);
-        for (int32_t x = 0; x < w; ++x) store32(out + size_t(x) * 4u, outside);
+        for (int32_t x = 0; x < w; ++x)
+            store32(out + size_t(x) * 4u, outside);
         const int32_t sy = y + r.top;
         auto copy = [&](int32_t x0, int32_t x1) { // source columns [x0, x1)
             x0 = std::max(x0, r.left);
@@ -83,7 +87,8 @@ void cBitFilter::BitsCropMasked(const Bits& source, int32_t left, int32_t top, i
         if (!region_) {
             copy(0, source.width()); // no region: the whole source image
         } else if (const std::vector<Span>* spans = region_->rowSpans(sy)) {
-            for (const Span& s : *spans) copy(s.x1, s.x2);
+            for (const Span& s : *spans)
+                copy(s.x1, s.x2);
         }
     }
     SetBits(std::move(fresh));
@@ -95,13 +100,13 @@ namespace {
 // Output row y of a quarter turn, columns [x0, x1): source column ws - 1 - y read down
 // from row x0, colour only.
 void turnRun(uint8_t* o, const uint8_t* s, size_t srcStride, int32_t n) {
-    for (int32_t i = 0; i < n; ++i, o += 4, s += srcStride) store32(o, load32(s) & kColourMask);
+    for (int32_t i = 0; i < n; ++i, o += 4, s += srcStride)
+        store32(o, load32(s) & kColourMask);
 }
 
 #if defined(__x86_64__) || defined(__i386__)
 bool haveAvx2() {
-    static const bool yes = __builtin_cpu_supports("avx2");
-    return yes;
+    return transforms_detail::simdLevel() >= transforms_detail::kAvx2;
 }
 
 // Turns the 8 x 8 pixels at source (c0, r0): source row r0 + i becomes output column
@@ -143,10 +148,33 @@ __attribute__((target("avx2"))) void turnAvx2(const Bits& source, Bits& out, int
             turnBlock8(source.pixel(c, r0), srcStride, out.pixel(r0, ws - 1 - c), dstStride);
 }
 #else
-bool haveAvx2() { return false; }
+bool haveAvx2() {
+    return false;
+}
 #endif
 
 } // namespace
+
+namespace transforms_detail {
+
+SimdLevel& simdLimit() {
+    static SimdLevel limit = kAvx512;
+    return limit;
+}
+
+SimdLevel simdLevel() {
+#if defined(__x86_64__) || defined(__i386__)
+    static const SimdLevel best =
+        __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") ? kAvx512
+        : __builtin_cpu_supports("avx2")                                        ? kAvx2
+                                                                                : kPlain;
+#else
+    static const SimdLevel best = kPlain;
+#endif
+    return std::min(best, simdLimit());
+}
+
+} // namespace transforms_detail
 
 void cBitFilter::BitsRotate90(const Bits& source) {
     const int32_t ws = source.width(), hs = source.height();
@@ -196,7 +224,8 @@ Bits cBitFilter::Flip(bool horizontal, bool vertical) {
         } else if (vertical) {
             for (int32_t x = 0; x < w; ++x) {
                 uint8_t* d = dst + size_t(x) * 4u;
-                store32(d, (load32(d) & ~kColourMask) | (load32(src + size_t(x) * 4u) & kColourMask));
+                store32(d,
+                        (load32(d) & ~kColourMask) | (load32(src + size_t(x) * 4u) & kColourMask));
             }
         }
         progressStep(y);
@@ -205,8 +234,8 @@ Bits cBitFilter::Flip(bool horizontal, bool vertical) {
     return out;
 }
 
-Bits cBitFilter::TileMask(const Bits& tile, int32_t left, int32_t top, bool repeat,
-                          int32_t opacity, int32_t key) {
+Bits cBitFilter::TileMask(const Bits& tile, int32_t left, int32_t top, bool repeat, int32_t opacity,
+                          int32_t key) {
     Bits out = buffer_;
     const int32_t w = lastColumn_ + 1, h = lastRow_ + 1;
     const int32_t wt = tile.width(), ht = tile.height();
@@ -223,7 +252,8 @@ Bits cBitFilter::TileMask(const Bits& tile, int32_t left, int32_t top, bool repe
     const double a = opacity / 100.0, b = 1.0 - a;
     std::vector<uint8_t> blend(256 * 256);
     for (int t = 0; t < 256; ++t)
-        for (int u = 0; u < 256; ++u) blend[size_t(t) * 256 + size_t(u)] = clampByteD(t * a + u * b);
+        for (int u = 0; u < 256; ++u)
+            blend[size_t(t) * 256 + size_t(u)] = clampByteD(t * a + u * b);
     const int32_t stepX = repeat ? wt : w - left, stepY = repeat ? ht : h - top;
     for (int32_t py = top; py <= lastRow_; py += stepY) {
         for (int32_t px = left; px <= lastColumn_; px += stepX) {
@@ -239,13 +269,15 @@ Bits cBitFilter::TileMask(const Bits& tile, int32_t left, int32_t top, bool repe
                         const uint8_t* t = trow + size_t(x - px) * 4u;
                         if (useKey && t[0] == keyB && t[1] == keyG && t[2] == keyR) continue;
                         uint8_t* o = orow + size_t(x) * 4u;
-                        for (int c = 0; c < 3; ++c) o[c] = blend[size_t(o[c]) * 256 + t[c]];
+                        for (int c = 0; c < 3; ++c)
+                            o[c] = blend[size_t(o[c]) * 256 + t[c]];
                     }
                 };
                 if (!region_) {
                     place(0, w);
                 } else if (const std::vector<Span>* spans = region_->rowSpans(y)) {
-                    for (const Span& s : *spans) place(s.x1, s.x2);
+                    for (const Span& s : *spans)
+                        place(s.x1, s.x2);
                 }
             }
         }
@@ -293,12 +325,14 @@ Bits cBitFilter::RotateSmooth(int32_t degrees, bool cleanBack) {
             for (int k = 0; k < 4; ++k) {
                 if (wgt[k] == 0) continue;
                 const uint8_t* p = inside(nx[k], ny[k]) ? src.pixel(nx[k], ny[k])
-                                   : cleanBack       ? nullptr
-                                                     : src.pixel(x, y);
+                                   : cleanBack          ? nullptr
+                                                        : src.pixel(x, y);
                 if (p)
-                    for (int ch = 0; ch < 3; ++ch) sum[ch] += wgt[k] * p[ch];
+                    for (int ch = 0; ch < 3; ++ch)
+                        sum[ch] += wgt[k] * p[ch];
             }
-            for (int ch = 0; ch < 3; ++ch) o[ch] = clampByteD(sum[ch]);
+            for (int ch = 0; ch < 3; ++ch)
+                o[ch] = clampByteD(sum[ch]);
         }
     });
     finishProgress();

@@ -26,6 +26,7 @@
 // source columns that the row reads, into a row buffer; the horizontal step reads two
 // neighbouring values of it per output pixel.
 #include "pixel/bitfilter.h"
+#include "pixel/transforms_simd.h"
 
 #include <algorithm>
 #include <cmath>
@@ -57,14 +58,20 @@ Fraction splitRatio(float ratio) {
     const float mant = std::frexp(ratio, &exp); // ratio = mant * 2^exp, mant in [0.5, 1)
     int64_t m = int64_t(std::ldexp(double(mant), 24));
     int32_t s = 24 - exp;
-    while (s > 1 && (m & 1) == 0) { m >>= 1; --s; }
-    while (s < 1) { m <<= 1; ++s; }
+    while (s > 1 && (m & 1) == 0) {
+        m >>= 1;
+        --s;
+    }
+    while (s < 1) {
+        m <<= 1;
+        ++s;
+    }
     f.m = uint64_t(m);
     f.s = s;
     return f;
 }
 
-constexpr int32_t kLaneBits = 24; // weight bits the 32-bit lanes carry
+constexpr int32_t kLaneBits = 24;  // weight bits the 32-bit lanes carry
 constexpr int32_t kExactBits = 48; // largest s of the integer path
 
 // Round to nearest even of (p 2^s + d (q - p)) / 2^s, exactly.
@@ -76,7 +83,8 @@ inline uint8_t lerpExact(int64_t p, int64_t q, int64_t d, int32_t s) {
 // Vertical step on n bytes: v[j] = the rounded blend of p[j] and q[j] with weight d / 2^s.
 void verticalPlain(uint8_t* v, const uint8_t* p, const uint8_t* q, size_t n, uint64_t d,
                    int32_t s) {
-    for (size_t j = 0; j < n; ++j) v[j] = lerpExact(p[j], q[j], int64_t(d), s);
+    for (size_t j = 0; j < n; ++j)
+        v[j] = lerpExact(p[j], q[j], int64_t(d), s);
 }
 
 // Horizontal step for output pixels [x0, x1): channels 0..2 from the row buffer v.
@@ -85,7 +93,8 @@ void horizontalPlain(uint8_t* out, int32_t x0, int32_t x1, const uint8_t* v, con
     for (int32_t x = x0; x < x1; ++x) {
         const uint8_t* l = v + size_t(ix[x]) * 4u;
         uint8_t* o = out + size_t(x) * 4u;
-        for (int c = 0; c < 3; ++c) o[c] = lerpExact(l[c], l[4 + c], int64_t(d[x]), s);
+        for (int c = 0; c < 3; ++c)
+            o[c] = lerpExact(l[c], l[4 + c], int64_t(d[x]), s);
         o[3] = 0;
     }
 }
@@ -95,7 +104,6 @@ void horizontalPlain(uint8_t* out, int32_t x0, int32_t x1, const uint8_t* v, con
 struct LaneMath {
     __m128i shift;
     __m256i bias, one, half, margin, low;
-    bool approximate; // s > 24: lanes near a half are recomputed
 };
 
 __attribute__((target("avx2"))) LaneMath laneMath(int32_t s) {
@@ -107,17 +115,17 @@ __attribute__((target("avx2"))) LaneMath laneMath(int32_t s) {
     m.half = _mm256_set1_epi32(int32_t(1u << (t - 1)));
     m.margin = _mm256_set1_epi32(256);
     m.low = _mm256_set1_epi32(int32_t((1u << t) - 1u));
-    m.approximate = s > kLaneBits;
     return m;
 }
 
-// (p << t) + d (q - p), rounded to nearest even by t bits; `near` collects the lanes whose
-// fraction lies within 256 / 2^t of one half.
+// (p << t) + d (q - p), rounded to nearest even by t bits; with Approximate, `near`
+// collects the lanes whose fraction lies within 256 / 2^t of one half.
+template <bool Approximate>
 __attribute__((target("avx2"))) inline __m256i lerp8(__m256i p, __m256i q, __m256i d,
-                                                    const LaneMath& m, __m256i& near) {
+                                                     const LaneMath& m, __m256i& near) {
     const __m256i n = _mm256_add_epi32(_mm256_sll_epi32(p, m.shift),
                                        _mm256_mullo_epi32(_mm256_sub_epi32(q, p), d));
-    if (m.approximate) {
+    if (Approximate) {
         const __m256i off = _mm256_abs_epi32(_mm256_sub_epi32(_mm256_and_si256(n, m.low), m.half));
         near = _mm256_or_si256(near, _mm256_cmpgt_epi32(m.margin, off));
     }
@@ -125,17 +133,19 @@ __attribute__((target("avx2"))) inline __m256i lerp8(__m256i p, __m256i q, __m25
     return _mm256_srl_epi32(_mm256_add_epi32(n, _mm256_add_epi32(m.bias, odd)), m.shift);
 }
 
-// Four vectors of eight 32-bit results (each 0..255) to 32 bytes in order.
-__attribute__((target("avx2"))) inline __m256i packFour(const __m256i* r) {
+// Four vectors of eight 32-bit results (each 0..255) to 32 bytes in order; `order` is
+// the lane order 0, 4, 1, 5, 2, 6, 3, 7.
+__attribute__((target("avx2"))) inline __m256i packFour(const __m256i* r, __m256i order) {
     const __m256i bytes =
         _mm256_packus_epi16(_mm256_packus_epi32(r[0], r[1]), _mm256_packus_epi32(r[2], r[3]));
-    return _mm256_permutevar8x32_epi32(bytes, _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7));
+    return _mm256_permutevar8x32_epi32(bytes, order);
 }
 
-__attribute__((target("avx2"))) void verticalAvx2(uint8_t* v, const uint8_t* p,
-                                                  const uint8_t* q, size_t n, uint64_t d,
-                                                  int32_t s) {
+template <bool Approximate>
+__attribute__((target("avx2"))) void verticalAvx2(uint8_t* v, const uint8_t* p, const uint8_t* q,
+                                                  size_t n, uint64_t d, int32_t s) {
     const LaneMath m = laneMath(s);
+    const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
     const __m256i dv = _mm256_set1_epi32(int32_t(uint32_t(d >> (s - std::min(s, kLaneBits)))));
     size_t j = 0;
     for (; j + 32 <= n; j += 32) {
@@ -146,22 +156,24 @@ __attribute__((target("avx2"))) void verticalAvx2(uint8_t* v, const uint8_t* p,
                 _mm_loadl_epi64(reinterpret_cast<const __m128i*>(p + j + 8 * k)));
             const __m256i qv = _mm256_cvtepu8_epi32(
                 _mm_loadl_epi64(reinterpret_cast<const __m128i*>(q + j + 8 * k)));
-            r[k] = lerp8(pv, qv, dv, m, near);
+            r[k] = lerp8<Approximate>(pv, qv, dv, m, near);
         }
-        if (m.approximate && !_mm256_testz_si256(near, near))
+        if (Approximate && !_mm256_testz_si256(near, near))
             verticalPlain(v + j, p + j, q + j, 32, d, s);
         else
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(v + j), packFour(r));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(v + j), packFour(r, order));
     }
     verticalPlain(v + j, p + j, q + j, n - j, d, s);
 }
 
 // dTop holds, per output pixel, the lane weight four times over.
+template <bool Approximate>
 __attribute__((target("avx2"))) void horizontalAvx2(uint8_t* out, int32_t w, const uint8_t* v,
                                                     const int32_t* ix, const uint32_t* dTop,
                                                     const uint64_t* d, int32_t s) {
     const LaneMath m = laneMath(s);
     const __m256i colour = _mm256_set1_epi32(0x00FFFFFF);
+    const __m256i order = _mm256_setr_epi32(0, 4, 1, 5, 2, 6, 3, 7);
     int32_t x = 0;
     for (; x + 8 <= w; x += 8) {
         __m256i r[4];
@@ -178,24 +190,130 @@ __attribute__((target("avx2"))) void horizontalAvx2(uint8_t* out, int32_t w, con
             const __m256i right = _mm256_cvtepu8_epi32(_mm_srli_si128(lr, 8));
             const __m256i dv =
                 _mm256_loadu_si256(reinterpret_cast<const __m256i*>(dTop + size_t(xa) * 4));
-            r[k] = lerp8(left, right, dv, m, near);
+            r[k] = lerp8<Approximate>(left, right, dv, m, near);
         }
-        if (m.approximate && !_mm256_testz_si256(near, near))
+        if (Approximate && !_mm256_testz_si256(near, near))
             horizontalPlain(out, x, x + 8, v, ix, d, s);
         else
             _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + size_t(x) * 4u),
-                                _mm256_and_si256(packFour(r), colour));
+                                _mm256_and_si256(packFour(r, order), colour));
     }
     horizontalPlain(out, x, w, v, ix, d, s);
 }
 
-bool haveAvx2() {
-    static const bool yes = __builtin_cpu_supports("avx2");
-    return yes;
+// The same loops on 16 lanes. (GCC 12 reports the undefined vectors inside its own
+// AVX-512 headers as maybe uninitialised; the warning is about the headers.)
+#pragma GCC diagnostic push
+#pragma GCC diagnostic ignored "-Wmaybe-uninitialized"
+template <bool Approximate>
+__attribute__((target("avx512f,avx512bw"))) inline __m512i lerp16(__m512i p, __m512i q, __m512i d,
+                                                                  int32_t s, __mmask16& near) {
+    const int32_t t = std::min(s, kLaneBits);
+    const __m128i shift = _mm_cvtsi32_si128(t);
+    const __m512i n =
+        _mm512_add_epi32(_mm512_sll_epi32(p, shift), _mm512_mullo_epi32(_mm512_sub_epi32(q, p), d));
+    if (Approximate) {
+        const __m512i low = _mm512_set1_epi32(int32_t((1u << t) - 1u));
+        const __m512i half = _mm512_set1_epi32(int32_t(1u << (t - 1)));
+        const __m512i off = _mm512_abs_epi32(_mm512_sub_epi32(_mm512_and_si512(n, low), half));
+        near = __mmask16(near | _mm512_cmpgt_epi32_mask(_mm512_set1_epi32(256), off));
+    }
+    const __m512i bias = _mm512_set1_epi32(int32_t((1u << (t - 1)) - 1u));
+    const __m512i odd = _mm512_and_si512(_mm512_srl_epi32(n, shift), _mm512_set1_epi32(1));
+    return _mm512_srl_epi32(_mm512_add_epi32(n, _mm512_add_epi32(bias, odd)), shift);
 }
-#else
-bool haveAvx2() { return false; }
+
+template <bool Approximate>
+__attribute__((target("avx512f,avx512bw"))) void
+verticalAvx512(uint8_t* v, const uint8_t* p, const uint8_t* q, size_t n, uint64_t d, int32_t s) {
+    const __m512i dv = _mm512_set1_epi32(int32_t(uint32_t(d >> (s - std::min(s, kLaneBits)))));
+    size_t j = 0;
+    for (; j + 16 <= n; j += 16) {
+        __mmask16 near = 0;
+        const __m512i pv =
+            _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(p + j)));
+        const __m512i qv =
+            _mm512_cvtepu8_epi32(_mm_loadu_si128(reinterpret_cast<const __m128i*>(q + j)));
+        const __m128i r = _mm512_cvtepi32_epi8(lerp16<Approximate>(pv, qv, dv, s, near));
+        if (Approximate && near)
+            verticalPlain(v + j, p + j, q + j, 16, d, s);
+        else
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(v + j), r);
+    }
+    verticalPlain(v + j, p + j, q + j, n - j, d, s);
+}
+
+template <bool Approximate>
+__attribute__((target("avx512f,avx512bw"))) void
+horizontalAvx512(uint8_t* out, int32_t w, const uint8_t* v, const int32_t* ix, const uint32_t* dTop,
+                 const uint64_t* d, int32_t s) {
+    const __m128i colour = _mm_set1_epi32(0x00FFFFFF);
+    int32_t x = 0;
+    for (; x + 4 <= w; x += 4) {
+        __m128i q[4];
+        for (int k = 0; k < 4; ++k)
+            q[k] = _mm_loadl_epi64(reinterpret_cast<const __m128i*>(v + size_t(ix[x + k]) * 4u));
+        const __m128i a = _mm_unpacklo_epi32(q[0], q[1]); // L0 L1 R0 R1
+        const __m128i b = _mm_unpacklo_epi32(q[2], q[3]); // L2 L3 R2 R3
+        const __m512i left = _mm512_cvtepu8_epi32(_mm_unpacklo_epi64(a, b));
+        const __m512i right = _mm512_cvtepu8_epi32(_mm_unpackhi_epi64(a, b));
+        const __m512i dv = _mm512_loadu_si512(dTop + size_t(x) * 4);
+        __mmask16 near = 0;
+        const __m128i r = _mm512_cvtepi32_epi8(lerp16<Approximate>(left, right, dv, s, near));
+        if (Approximate && near)
+            horizontalPlain(out, x, x + 4, v, ix, d, s);
+        else
+            _mm_storeu_si128(reinterpret_cast<__m128i*>(out + size_t(x) * 4u),
+                             _mm_and_si128(r, colour));
+    }
+    horizontalPlain(out, x, w, v, ix, d, s);
+}
+#pragma GCC diagnostic pop
 #endif
+
+using VerticalFn = void (*)(uint8_t*, const uint8_t*, const uint8_t*, size_t, uint64_t, int32_t);
+using HorizontalFn = void (*)(uint8_t*, int32_t, const uint8_t*, const int32_t*, const uint32_t*,
+                              const uint64_t*, int32_t);
+
+void horizontalPlainRow(uint8_t* out, int32_t w, const uint8_t* v, const int32_t* ix,
+                        const uint32_t*, const uint64_t* d, int32_t s) {
+    horizontalPlain(out, 0, w, v, ix, d, s);
+}
+
+// The loops for the processor and the weight precision s.
+VerticalFn pickVertical(int32_t s) {
+    using namespace transforms_detail;
+    const bool fine = s > kLaneBits;
+#ifdef OSTRIVEX_X86
+    switch (simdLevel()) {
+    case kAvx512:
+        return fine ? verticalAvx512<true> : verticalAvx512<false>;
+    case kAvx2:
+        return fine ? verticalAvx2<true> : verticalAvx2<false>;
+    case kPlain:
+        break;
+    }
+#endif
+    (void)fine;
+    return verticalPlain;
+}
+
+HorizontalFn pickHorizontal(int32_t s) {
+    using namespace transforms_detail;
+    const bool fine = s > kLaneBits;
+#ifdef OSTRIVEX_X86
+    switch (simdLevel()) {
+    case kAvx512:
+        return fine ? horizontalAvx512<true> : horizontalAvx512<false>;
+    case kAvx2:
+        return fine ? horizontalAvx2<true> : horizontalAvx2<false>;
+    case kPlain:
+        break;
+    }
+#endif
+    (void)fine;
+    return horizontalPlainRow;
+}
 
 // Round to nearest, ties to even, for 0 <= v < 2^51 (the default rounding mode).
 inline double roundEven(double v) {
@@ -204,8 +322,8 @@ inline double roundEven(double v) {
 }
 
 // The plain rule in double precision, for ratios beyond the integer path.
-void resampleDouble(const Bits& source, Bits& out, int32_t w, int32_t h, float ratioX,
-                    float ratioY, const std::function<void(int32_t)>& rowDone) {
+void resampleDouble(const Bits& source, Bits& out, int32_t w, int32_t h, float ratioX, float ratioY,
+                    const std::function<void(int32_t)>& rowDone) {
     std::vector<int32_t> ix(static_cast<size_t>(w));
     std::vector<double> dx(static_cast<size_t>(w));
     for (int32_t x = 0; x < w; ++x) {
@@ -261,7 +379,8 @@ void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height)
             const uint64_t pos = uint64_t(x) * fx.m;
             ix[size_t(x)] = int32_t(pos >> fx.s);
             d[size_t(x)] = pos & ((uint64_t(1) << fx.s) - 1);
-            for (int c = 0; c < 4; ++c) dTop[size_t(x) * 4 + size_t(c)] = uint32_t(d[size_t(x)] >> dropX);
+            for (int c = 0; c < 4; ++c)
+                dTop[size_t(x) * 4 + size_t(c)] = uint32_t(d[size_t(x)] >> dropX);
         }
         // The source columns read, lo..hi; the reads may reach into the guard band. A strong
         // shrink reads few of them: then only those are interpolated.
@@ -273,10 +392,13 @@ void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height)
             for (int32_t c : {ix[size_t(x)], ix[size_t(x)] + 1})
                 if (cols.empty() || cols.back() < c) cols.push_back(c);
         const bool sparse = size_t(span) > cols.size() * 3;
-        for (int32_t& v : ix) v -= lo;
-        for (int32_t& c : cols) c -= lo;
+        for (int32_t& v : ix)
+            v -= lo;
+        for (int32_t& c : cols)
+            c -= lo;
         std::vector<uint8_t> row(size_t(std::max(span, 0)) * 4u + 32u);
-        const bool simd = haveAvx2();
+        const VerticalFn vertical = pickVertical(fy.s);
+        const HorizontalFn horizontal = pickHorizontal(fx.s);
 
         for (int32_t y = 0; y < h; ++y) {
             const uint64_t pos = uint64_t(y) * fy.m;
@@ -292,19 +414,9 @@ void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height)
                     verticalPlain(row.data() + size_t(c) * 4u, top + size_t(c) * 4u,
                                   bottom + size_t(c) * 4u, 4, dy, fy.s);
             } else {
-#ifdef OSTRIVEX_X86
-                if (simd)
-                    verticalAvx2(row.data(), top, bottom, size_t(span) * 4u, dy, fy.s);
-                else
-#endif
-                    verticalPlain(row.data(), top, bottom, size_t(span) * 4u, dy, fy.s);
+                vertical(row.data(), top, bottom, size_t(span) * 4u, dy, fy.s);
             }
-#ifdef OSTRIVEX_X86
-            if (simd)
-                horizontalAvx2(out.row(y), w, v, ix.data(), dTop.data(), d.data(), fx.s);
-            else
-#endif
-                horizontalPlain(out.row(y), 0, w, v, ix.data(), d.data(), fx.s);
+            horizontal(out.row(y), w, v, ix.data(), dTop.data(), d.data(), fx.s);
             progressStep(y);
         }
     }
@@ -318,7 +430,8 @@ void cBitFilter::BitsResize(const Bits& source, int32_t width, int32_t height) {
     const float ratioY = float(double(hs) / double(height));
     const int32_t w = std::max(width, 0), h = std::max(height, 0);
     std::vector<int32_t> sx(static_cast<size_t>(w));
-    for (int32_t x = 0; x < w; ++x) sx[size_t(x)] = int32_t(std::floor(double(x) * double(ratioX)));
+    for (int32_t x = 0; x < w; ++x)
+        sx[size_t(x)] = int32_t(std::floor(double(x) * double(ratioX)));
 
     Bits fresh;
     Bits& out = (&source == &buffer_) ? fresh : buffer_;

@@ -16,7 +16,8 @@ std::vector<std::string> picture(const Region& r, int w, int h) {
     std::vector<std::string> rows;
     for (int y = 0; y < h; ++y) {
         std::string s;
-        for (int x = 0; x < w; ++x) s += r.contains(x, y) ? '#' : '.';
+        for (int x = 0; x < w; ++x)
+            s += r.contains(x, y) ? '#' : '.';
         rows.push_back(s);
     }
     return rows;
@@ -125,8 +126,8 @@ TEST(RegionShapes, LargeEllipseMatchesThePerPixelTest) {
             for (int x = box.left - 1; x <= box.right; ++x) {
                 const int64_t xx = 2 * x + 1 - (box.left + box.right);
                 const int64_t yy = 2 * y + 1 - (box.top + box.bottom);
-                const bool in = y >= box.top && y < box.bottom && x >= box.left &&
-                                x < box.right && xx * xx * b * b + yy * yy * a * a <= a * a * b * b;
+                const bool in = y >= box.top && y < box.bottom && x >= box.left && x < box.right &&
+                                xx * xx * b * b + yy * yy * a * a <= a * a * b * b;
                 if (in != e.contains(x, y)) ++wrong;
             }
         EXPECT_EQ(wrong, 0) << box.left << "," << box.top << "," << box.right << "," << box.bottom;

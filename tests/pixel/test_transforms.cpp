@@ -1,6 +1,7 @@
 // Crops, quarter turn, mirror, tile placement and smooth rotation on small hand-made
 // images.
 #include "pixel/bitfilter.h"
+#include "pixel/transforms_simd.h"
 #include "pixel_test_util.h"
 
 #include <gtest/gtest.h>
@@ -49,9 +50,9 @@ TEST(Crop, CutsAllFourChannelsInsideTheImageRectangle) {
     const Bits src = numbered(4, 3);
     f.SetBits(src);
     f.BitsCrop(src, 1, 1, 3, 3);
-    EXPECT_TRUE(sameBits(makeBits(2, 2, {at(1, 1, true), at(2, 1, true), at(1, 2, true),
-                                         at(2, 2, true)}),
-                         f.bits()));
+    EXPECT_TRUE(
+        sameBits(makeBits(2, 2, {at(1, 1, true), at(2, 1, true), at(1, 2, true), at(2, 2, true)}),
+                 f.bits()));
     EXPECT_EQ(f.BitsWidth(), 2);
     EXPECT_EQ(f.BitsHeight(), 2);
     EXPECT_EQ(log.seen, std::vector<int>{100});
@@ -59,8 +60,9 @@ TEST(Crop, CutsAllFourChannelsInsideTheImageRectangle) {
     // Clipped to the image rectangle of the object (4 x 3 again).
     f.SetBits(src);
     f.BitsCrop(src, -5, -5, 2, 10);
-    EXPECT_TRUE(sameBits(makeBits(2, 3, {at(0, 0, true), at(1, 0, true), at(0, 1, true),
-                                         at(1, 1, true), at(0, 2, true), at(1, 2, true)}),
+    EXPECT_TRUE(sameBits(makeBits(2, 3,
+                                  {at(0, 0, true), at(1, 0, true), at(0, 1, true), at(1, 1, true),
+                                   at(0, 2, true), at(1, 2, true)}),
                          f.bits()));
     // Reversed edges and a rectangle beside the image give nothing.
     f.SetBits(src);
@@ -92,9 +94,8 @@ TEST(Crop, MaskedMarksWhatTheRegionLeavesOut) {
     const Bits src = numbered(3, 3);
     f.BitsCropMasked(src, 0, 1, 5, 3);
     const Px out{0, 0, 0, 255};
-    EXPECT_TRUE(sameBits(makeBits(3, 2, {out, at(1, 1, true), out, at(0, 2, true),
-                                         at(1, 2, true), out}),
-                         f.bits()));
+    EXPECT_TRUE(sameBits(
+        makeBits(3, 2, {out, at(1, 1, true), out, at(0, 2, true), at(1, 2, true), out}), f.bits()));
     EXPECT_EQ(log.seen, std::vector<int>{100});
     EXPECT_EQ(f.region(), &region); // the region stays
     // No region stands for the whole image.
@@ -109,33 +110,44 @@ TEST(Rotate90, QuarterTurnToTheLeft) {
     cBitFilter f;
     f.SetBits(Bits(9, 9));
     f.BitsRotate90(src);
-    EXPECT_TRUE(sameBits(makeBits(2, 3, {at(2, 0, false), at(2, 1, false), at(1, 0, false),
-                                         at(1, 1, false), at(0, 0, false), at(0, 1, false)}),
+    EXPECT_TRUE(sameBits(makeBits(2, 3,
+                                  {at(2, 0, false), at(2, 1, false), at(1, 0, false),
+                                   at(1, 1, false), at(0, 0, false), at(0, 1, false)}),
                          f.bits()));
     EXPECT_EQ(f.BitsWidth(), 2);
     EXPECT_EQ(f.BitsHeight(), 3);
     // Three more turns (on its own buffer) come back to the start, without channel 3.
-    for (int i = 0; i < 3; ++i) f.BitsRotate90(f.bits());
+    for (int i = 0; i < 3; ++i)
+        f.BitsRotate90(f.bits());
     Bits want = src;
     for (int y = 0; y < 2; ++y)
-        for (int x = 0; x < 3; ++x) want(3, x, y) = 0;
+        for (int x = 0; x < 3; ++x)
+            want(3, x, y) = 0;
     EXPECT_TRUE(sameBits(want, f.bits()));
 }
 
 TEST(Rotate90, BlockedLoopEqualsThePlainRule) {
-    std::mt19937 rng(5);
-    for (int round = 0; round < 20; ++round) {
-        const int w = 1 + int(rng() % 90), h = 1 + int(rng() % 90);
-        const Bits src = patternBits(w, h, rng());
-        Bits want(h, w);
-        for (int y = 0; y < h; ++y)
-            for (int x = 0; x < w; ++x)
-                for (int c = 0; c < 3; ++c) want(c, y, w - 1 - x) = src(c, x, y);
-        cBitFilter f;
-        f.SetBits(src);
-        f.BitsRotate90(src);
-        ASSERT_TRUE(sameBits(want, f.bits())) << w << "x" << h;
+    // With the vector blocks and without them.
+    using namespace transforms_detail;
+    const SimdLevel saved = simdLimit();
+    for (SimdLevel level : {kPlain, kAvx2}) {
+        simdLimit() = level;
+        std::mt19937 rng(5);
+        for (int round = 0; round < 20; ++round) {
+            const int w = 1 + int(rng() % 90), h = 1 + int(rng() % 90);
+            const Bits src = patternBits(w, h, rng());
+            Bits want(h, w);
+            for (int y = 0; y < h; ++y)
+                for (int x = 0; x < w; ++x)
+                    for (int c = 0; c < 3; ++c)
+                        want(c, y, w - 1 - x) = src(c, x, y);
+            cBitFilter f;
+            f.SetBits(src);
+            f.BitsRotate90(src);
+            ASSERT_TRUE(sameBits(want, f.bits())) << w << "x" << h << " level " << int(level);
+        }
     }
+    simdLimit() = saved;
 }
 
 TEST(Flip, MirrorsColourOverTheWholeImage) {
@@ -152,14 +164,17 @@ TEST(Flip, MirrorsColourOverTheWholeImage) {
         p.a = uint8_t(50 + x + 10 * y);
         return p;
     };
-    EXPECT_TRUE(sameBits(makeBits(3, 2, {moved(2, 0, 0, 0), moved(1, 0, 1, 0), moved(0, 0, 2, 0),
-                                         moved(2, 1, 0, 1), moved(1, 1, 1, 1), moved(0, 1, 2, 1)}),
+    EXPECT_TRUE(sameBits(makeBits(3, 2,
+                                  {moved(2, 0, 0, 0), moved(1, 0, 1, 0), moved(0, 0, 2, 0),
+                                   moved(2, 1, 0, 1), moved(1, 1, 1, 1), moved(0, 1, 2, 1)}),
                          f.Flip(true, false)));
-    EXPECT_TRUE(sameBits(makeBits(3, 2, {moved(0, 1, 0, 0), moved(1, 1, 1, 0), moved(2, 1, 2, 0),
-                                         moved(0, 0, 0, 1), moved(1, 0, 1, 1), moved(2, 0, 2, 1)}),
+    EXPECT_TRUE(sameBits(makeBits(3, 2,
+                                  {moved(0, 1, 0, 0), moved(1, 1, 1, 0), moved(2, 1, 2, 0),
+                                   moved(0, 0, 0, 1), moved(1, 0, 1, 1), moved(2, 0, 2, 1)}),
                          f.Flip(false, true)));
-    EXPECT_TRUE(sameBits(makeBits(3, 2, {moved(2, 1, 0, 0), moved(1, 1, 1, 0), moved(0, 1, 2, 0),
-                                         moved(2, 0, 0, 1), moved(1, 0, 1, 1), moved(0, 0, 2, 1)}),
+    EXPECT_TRUE(sameBits(makeBits(3, 2,
+                                  {moved(2, 1, 0, 0), moved(1, 1, 1, 0), moved(0, 1, 2, 0),
+                                   moved(2, 0, 0, 1), moved(1, 0, 1, 1), moved(0, 0, 2, 1)}),
                          f.Flip(true, true)));
     EXPECT_TRUE(sameBits(src, f.Flip(false, false)));
     EXPECT_TRUE(sameBits(src, f.bits())); // the buffer is left alone
@@ -171,8 +186,9 @@ TEST(TileMask, PlacesRepeatsBlendsAndSkipsTheKey) {
     // key-coloured pixel (b 1, g 2, r 3), key 0x00BBGGRR = 0x010203.
     Bits image(4, 3);
     for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 4; ++x) image.pixel(x, y)[0] = 10, image.pixel(x, y)[1] = 20,
-                                    image.pixel(x, y)[2] = 30, image.pixel(x, y)[3] = 5;
+        for (int x = 0; x < 4; ++x)
+            image.pixel(x, y)[0] = 10, image.pixel(x, y)[1] = 20, image.pixel(x, y)[2] = 30,
+                           image.pixel(x, y)[3] = 5;
     Bits tile = makeBits(2, 1, {{100, 200, 50, 9}, {1, 2, 3, 9}});
     const int32_t key = 0x010203;
     cBitFilter f;
@@ -183,46 +199,49 @@ TEST(TileMask, PlacesRepeatsBlendsAndSkipsTheKey) {
 
     // Repeated from column 1: placements at x 1 and 3 on every row; the key pixel and the
     // part beyond the image are skipped. Opacity 0 shows the tile at full strength.
-    EXPECT_TRUE(sameBits(makeBits(4, 3, {old, placed, old, placed, old, placed, old, placed,
-                                         old, placed, old, placed}),
-                         f.TileMask(tile, 1, 0, true, 0, key)));
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 3,
+                 {old, placed, old, placed, old, placed, old, placed, old, placed, old, placed}),
+        f.TileMask(tile, 1, 0, true, 0, key)));
     EXPECT_EQ(log.seen.back(), 100);
     // Without a key the second tile pixel is laid as well (column 2; column 0 is left of
     // the first placement).
     const Px keyPx{1, 2, 3, 5};
-    EXPECT_TRUE(sameBits(makeBits(4, 3, {old, placed, keyPx, placed, old, placed, keyPx, placed,
-                                         old, placed, keyPx, placed}),
+    EXPECT_TRUE(sameBits(makeBits(4, 3,
+                                  {old, placed, keyPx, placed, old, placed, keyPx, placed, old,
+                                   placed, keyPx, placed}),
                          f.TileMask(tile, 1, 0, true, 0, -1)));
     // Once only at (2, 1): the steps W - left and H - top end both loops.
-    EXPECT_TRUE(sameBits(makeBits(4, 3, {old, old, old, old, old, old, placed, keyPx, old, old,
-                                         old, old}),
-                         f.TileMask(tile, 2, 1, false, 0, -1)));
+    EXPECT_TRUE(
+        sameBits(makeBits(4, 3, {old, old, old, old, old, old, placed, keyPx, old, old, old, old}),
+                 f.TileMask(tile, 2, 1, false, 0, -1)));
     // Opacity 30: Round(10 * 0.3 + 100 * 0.7) = 73, 6 + 140 = 146, 9 + 35 = 44.
     EXPECT_EQ(f.TileMask(tile, 0, 0, false, 30, key).pixel(0, 0)[0], 73);
     const Bits thirty = f.TileMask(tile, 0, 0, false, 30, key);
-    EXPECT_TRUE(sameBits(makeBits(4, 3, {{73, 146, 44, 5}, old, old, old, old, old, old, old,
-                                         old, old, old, old}),
-                         thirty));
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 3, {{73, 146, 44, 5}, old, old, old, old, old, old, old, old, old, old, old}),
+        thirty));
     // Opacity 50 with halves: (10 + 101) / 2 = 55.5 -> 56, (20 + 203) / 2 = 111.5 -> 112,
     // (30 + 51) / 2 = 40.5 -> 40: ties go to even.
     const Bits half = f.TileMask(makeBits(1, 1, {{101, 203, 51}}), 3, 2, false, 50, -1);
-    EXPECT_TRUE(sameBits(makeBits(4, 3, {old, old, old, old, old, old, old, old, old, old, old,
-                                         {56, 112, 40, 5}}),
-                         half));
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 3, {old, old, old, old, old, old, old, old, old, old, old, {56, 112, 40, 5}}),
+        half));
     // Opacity 100 changes nothing.
     EXPECT_TRUE(sameBits(image, f.TileMask(tile, 0, 0, true, 100, -1)));
     // The region limits the targets: only column 1 of the left half.
     const Region left = Region::rect(0, 0, 2, 3);
     f.BitsRegion(&left);
-    EXPECT_TRUE(sameBits(makeBits(4, 3, {old, placed, old, old, old, placed, old, old, old,
-                                         placed, old, old}),
-                         f.TileMask(tile, 1, 0, true, 0, key)));
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 3, {old, placed, old, old, old, placed, old, old, old, placed, old, old}),
+        f.TileMask(tile, 1, 0, true, 0, key)));
     // Negative corner, repeated: placements at -1, 1 and 3; the key pixel falls on columns
     // 0 and 2, the first pixel on columns -1 (outside), 1 and 3.
     f.BitsRegion(nullptr);
-    EXPECT_TRUE(sameBits(makeBits(4, 3, {old, placed, old, placed, old, placed, old, placed,
-                                         old, placed, old, placed}),
-                         f.TileMask(tile, -1, 0, true, 0, key)));
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 3,
+                 {old, placed, old, placed, old, placed, old, placed, old, placed, old, placed}),
+        f.TileMask(tile, -1, 0, true, 0, key)));
     EXPECT_TRUE(sameBits(image, f.bits()));
 }
 
@@ -238,7 +257,8 @@ TEST(RotateSmooth, TurnsAndFadesTheRim) {
     Bits want = src;
     for (int y = 0; y < 3; ++y)
         for (int x = 0; x < 3; ++x)
-            for (int c = 0; c < 3; ++c) want(c, x, y) = src(c, 2 - y, x);
+            for (int c = 0; c < 3; ++c)
+                want(c, x, y) = src(c, 2 - y, x);
     EXPECT_TRUE(sameBits(want, f.RotateSmooth(90, true)));
 
     // 45 degrees on a flat 5 x 5 image of 200 about (2, 2). Output (4, 4) reads
@@ -249,7 +269,8 @@ TEST(RotateSmooth, TurnsAndFadesTheRim) {
     Bits flat(5, 5);
     for (int y = 0; y < 5; ++y)
         for (int x = 0; x < 5; ++x)
-            for (int c = 0; c < 3; ++c) flat(c, x, y) = 200;
+            for (int c = 0; c < 3; ++c)
+                flat(c, x, y) = 200;
     f.SetBits(flat);
     const Bits clean = f.RotateSmooth(45, true);
     EXPECT_EQ(clean(0, 4, 4), 34);
@@ -271,6 +292,7 @@ TEST(RotateSmooth, TurnsAndFadesTheRim) {
     Bits turned = big;
     for (int y = 1; y < 4; ++y)
         for (int x = 1; x < 4; ++x)
-            for (int c = 0; c < 3; ++c) turned(c, x, y) = big(c, 4 - x, 4 - y);
+            for (int c = 0; c < 3; ++c)
+                turned(c, x, y) = big(c, 4 - x, 4 - y);
     EXPECT_TRUE(sameBits(turned, f.RotateSmooth(180, true)));
 }

@@ -1,6 +1,7 @@
 // Bilinear and nearest-neighbour scaling: small cases worked out by hand, and the fast
 // loops against a plain per-pixel reference on random images.
 #include "pixel/bitfilter.h"
+#include "pixel/transforms_simd.h"
 #include "pixel/vbmath.h"
 #include "pixel_test_util.h"
 
@@ -47,6 +48,20 @@ Bits referenceResize(const Bits& s, int w, int h) {
     return out;
 }
 
+// Runs body once for every vector level this processor has (plain loops included), so
+// that each loop is checked on one machine.
+template <class Body> void forEachLevel(Body body) {
+    using namespace transforms_detail;
+    const SimdLevel saved = simdLimit();
+    for (SimdLevel level : {kPlain, kAvx2, kAvx512}) {
+        simdLimit() = level;
+        if (simdLevel() != level) continue;
+        SCOPED_TRACE(int(level));
+        body();
+    }
+    simdLimit() = saved;
+}
+
 } // namespace
 
 TEST(Resample, TwoByTwoToFourByFourRoundsTwice) {
@@ -54,14 +69,14 @@ TEST(Resample, TwoByTwoToFourByFourRoundsTwice) {
     // stays in the source. Blue: 10 20 / 30 41. Along y, column 0 gives 10 15 20 25 and
     // column 1 gives 20, 25.25 -> 25, 30.5 -> 30 (tie to even), 35.75 -> 36.
     // Green: 0 255 / 255 0; red is flat 200; the source's channel 3 is dropped.
-    Bits src = makeBits(2, 2, {{10, 0, 200, 77}, {20, 255, 200, 77}, {30, 255, 200, 77},
-                               {41, 0, 200, 77}});
+    Bits src = makeBits(
+        2, 2, {{10, 0, 200, 77}, {20, 255, 200, 77}, {30, 255, 200, 77}, {41, 0, 200, 77}});
     cBitFilter f;
     f.SetBits(Bits(7, 7));
     f.BitsResample(src, 4, 4);
     const int blue[4][4] = {{10, 12, 15, 18}, {15, 18, 20, 22}, {20, 22, 25, 28}, {25, 28, 30, 33}};
-    const int green[4][4] = {{0, 64, 128, 191}, {64, 96, 128, 159}, {128, 128, 128, 128},
-                             {191, 159, 128, 96}};
+    const int green[4][4] = {
+        {0, 64, 128, 191}, {64, 96, 128, 159}, {128, 128, 128, 128}, {191, 159, 128, 96}};
     Bits want(4, 4);
     for (int y = 0; y < 4; ++y)
         for (int x = 0; x < 4; ++x) {
@@ -90,12 +105,26 @@ TEST(Resample, RatioHasTheMinusOneResizeDoesNot) {
     // Grow to 8: resample ratio 0.5 -> 0 5 10 15 20 25 30 35; resize ratio 0.625 ->
     // columns 0 0 1 1 2 3 3 4.
     f.BitsResample(src, 8, 1);
-    EXPECT_TRUE(sameBits(makeBits(8, 1, {{0, 0, 0}, {5, 0, 0}, {10, 0, 0}, {15, 0, 0},
-                                         {20, 0, 0}, {25, 0, 0}, {30, 0, 0}, {35, 0, 0}}),
+    EXPECT_TRUE(sameBits(makeBits(8, 1,
+                                  {{0, 0, 0},
+                                   {5, 0, 0},
+                                   {10, 0, 0},
+                                   {15, 0, 0},
+                                   {20, 0, 0},
+                                   {25, 0, 0},
+                                   {30, 0, 0},
+                                   {35, 0, 0}}),
                          f.bits()));
     f.BitsResize(src, 8, 1);
-    EXPECT_TRUE(sameBits(makeBits(8, 1, {{0, 0, 0}, {0, 0, 0}, {10, 0, 0}, {10, 0, 0},
-                                         {20, 0, 0}, {30, 0, 0}, {30, 0, 0}, {40, 0, 0}}),
+    EXPECT_TRUE(sameBits(makeBits(8, 1,
+                                  {{0, 0, 0},
+                                   {0, 0, 0},
+                                   {10, 0, 0},
+                                   {10, 0, 0},
+                                   {20, 0, 0},
+                                   {30, 0, 0},
+                                   {30, 0, 0},
+                                   {40, 0, 0}}),
                          f.bits()));
 }
 
@@ -142,46 +171,50 @@ TEST(Resample, ProgressCountsRowsOfTheNewHeight) {
 }
 
 TEST(Resample, FastLoopsEqualThePlainRule) {
-    std::mt19937 rng(11);
-    // Small and wide sizes: growing (by less and by more than twice, which take different
-    // loops), shrinking slightly and strongly, and rows of vector width plus a remainder.
-    for (int round = 0; round < 90; ++round) {
-        const int range = round % 3 == 0 ? 300 : 40;
-        const int ws = 2 + int(rng() % range), hs = 2 + int(rng() % 40);
-        const int w = 2 + int(rng() % (range * 2)), h = 2 + int(rng() % 70);
-        const Bits src = patternBits(ws, hs, rng());
+    forEachLevel([] {
+        std::mt19937 rng(11);
+        // Small and wide sizes: growing (by less and by more than twice, which take different
+        // loops), shrinking slightly and strongly, and rows of vector width plus a remainder.
+        for (int round = 0; round < 90; ++round) {
+            const int range = round % 3 == 0 ? 300 : 40;
+            const int ws = 2 + int(rng() % range), hs = 2 + int(rng() % 40);
+            const int w = 2 + int(rng() % (range * 2)), h = 2 + int(rng() % 70);
+            const Bits src = patternBits(ws, hs, rng());
+            cBitFilter f;
+            f.SetBits(patternBits(5, 3)); // a buffer of another size, to be replaced
+            f.BitsResample(src, w, h);
+            ASSERT_TRUE(sameBits(referenceResample(src, w, h), f.bits()))
+                << ws << "x" << hs << " -> " << w << "x" << h;
+            f.BitsResize(src, w, h);
+            ASSERT_TRUE(sameBits(referenceResize(src, w, h), f.bits()))
+                << ws << "x" << hs << " -> " << w << "x" << h;
+        }
+        // The object's own buffer as the source.
         cBitFilter f;
-        f.SetBits(patternBits(5, 3)); // a buffer of another size, to be replaced
-        f.BitsResample(src, w, h);
-        ASSERT_TRUE(sameBits(referenceResample(src, w, h), f.bits()))
-            << ws << "x" << hs << " -> " << w << "x" << h;
-        f.BitsResize(src, w, h);
-        ASSERT_TRUE(sameBits(referenceResize(src, w, h), f.bits()))
-            << ws << "x" << hs << " -> " << w << "x" << h;
-    }
-    // The object's own buffer as the source.
-    cBitFilter f;
-    const Bits src = patternBits(31, 17);
-    f.SetBits(src);
-    f.BitsResample(f.bits(), 45, 12);
-    EXPECT_TRUE(sameBits(referenceResample(src, 45, 12), f.bits()));
-    f.SetBits(src);
-    f.BitsResize(f.bits(), 12, 45);
-    EXPECT_TRUE(sameBits(referenceResize(src, 12, 45), f.bits()));
+        const Bits src = patternBits(31, 17);
+        f.SetBits(src);
+        f.BitsResample(f.bits(), 45, 12);
+        EXPECT_TRUE(sameBits(referenceResample(src, 45, 12), f.bits()));
+        f.SetBits(src);
+        f.BitsResize(f.bits(), 12, 45);
+        EXPECT_TRUE(sameBits(referenceResize(src, 12, 45), f.bits()));
+    });
 }
 
 TEST(Resample, GrowingMoreThanTwiceMatchesThePlainRule) {
     // Growing by more than twice makes the weights too fine for 32-bit sums; sums whose
     // fraction comes within a hair of one half must still round as the plain rule does.
-    std::mt19937 rng(3);
-    for (int round = 0; round < 16; ++round) {
-        const int ws = 50 + int(rng() % 400), hs = 20 + int(rng() % 100);
-        const int w = ws * (2 + int(rng() % 4)) + int(rng() % 50);
-        const int h = hs * (2 + int(rng() % 3)) + int(rng() % 7);
-        const Bits src = patternBits(ws, hs, rng());
-        cBitFilter f;
-        f.BitsResample(src, w, h);
-        ASSERT_TRUE(sameBits(referenceResample(src, w, h), f.bits()))
-            << ws << "x" << hs << " -> " << w << "x" << h;
-    }
+    forEachLevel([] {
+        std::mt19937 rng(3);
+        for (int round = 0; round < 16; ++round) {
+            const int ws = 50 + int(rng() % 400), hs = 20 + int(rng() % 100);
+            const int w = ws * (2 + int(rng() % 4)) + int(rng() % 50);
+            const int h = hs * (2 + int(rng() % 3)) + int(rng() % 7);
+            const Bits src = patternBits(ws, hs, rng());
+            cBitFilter f;
+            f.BitsResample(src, w, h);
+            ASSERT_TRUE(sameBits(referenceResample(src, w, h), f.bits()))
+                << ws << "x" << hs << " -> " << w << "x" << h;
+        }
+    });
 }

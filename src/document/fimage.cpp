@@ -289,6 +289,8 @@ void fImage::SetZoomFactor(int32_t index) {
     zoomIndex_ = std::clamp<int32_t>(index, 1, int32_t(ZoomTable.size()));
     // The selection object scales its outline here once there is one.
     UserControl_Resize();
+    DocumentHost* h = host();
+    if (h && h->LastActiveDocumentId == history_->HistoryId) h->ShowZoom(Zoom());
 }
 
 void fImage::ZoomIn() {

@@ -94,6 +94,7 @@ void fImage::Form_Activate() {
         filter.BitsRegion(&RegionMain);
         h->SetStatusPanel("Pixel", QStringLiteral("%1 x %2").arg(PictureWidth()).arg(PictureHeight()));
         h->SetStatusPanel("Zoom", QStringLiteral("%1 : 1").arg(Zoom()));
+        h->ShowZoom(Zoom());
         h->RefreshPanView();
         h->SelectionChanged = true;
         SetMouseScroll(h->HandScrollDown());

@@ -27,6 +27,8 @@ public:
     std::vector<fImage*> docs;
     QStringList commands;
     QMap<QString, QString> panels;
+    int zoomShown = 0;
+    bool handDown = false;
     int activated = 0, deactivated = 0, clearedPanels = 0, clearedPan = 0, savedStates = 0, optimizeReloads = 0, recentFills = 0;
 
     cBitFilter& Filter() override { return filter; }
@@ -43,8 +45,8 @@ public:
         panels.clear();
         ++clearedPanels;
     }
-    void ShowZoom(int) override {}
-    bool HandScrollDown() override { return false; }
+    void ShowZoom(int z) override { zoomShown = z; }
+    bool HandScrollDown() override { return handDown; }
     void RefreshPanView() override {}
     void ClearPanView() override { ++clearedPan; }
     void ReloadOptimizePreview() override { ++optimizeReloads; }

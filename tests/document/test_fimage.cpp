@@ -203,6 +203,18 @@ TEST(fImage, PictureReadsPixelsAndClears) {
     EXPECT_EQ(doc->GetBits()(0, 3, 2), 0);
     EXPECT_FALSE(doc->RegionMain.contains(3, 2));
 
+    // From the Layers view, with a save under "Update from Layers".
+    doc->SaveUndoBits("Original");
+    QImage composite(1, 1, QImage::Format_RGB32);
+    composite.setPixel(0, 0, qRgb(7, 8, 9));
+    doc->SetPicture(composite, true);
+    EXPECT_EQ(host.ActionLabel, "Update from Layers");
+    EXPECT_EQ(doc->HistoryPosition(), 2);
+    EXPECT_EQ(doc->History().ActionNames[1], "Update from Layers");
+    EXPECT_EQ(doc->GetBits()(2, 0, 0), 7);
+    doc->SetPicture(composite, false);
+    EXPECT_EQ(doc->HistoryPosition(), 2);
+
     doc->PPicture(QImage());
     EXPECT_FALSE(doc->PictureExists());
     EXPECT_EQ(doc->PictureHeight(), 0);
@@ -304,6 +316,18 @@ TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {
     EXPECT_EQ(host.panels["Pixel"], "4 x 1");
     EXPECT_EQ(host.panels["Zoom"], "1 : 1");
     EXPECT_EQ(host.LastActiveDocumentId, other->HistoryId());
+    EXPECT_EQ(host.zoomShown, 1);
+    other->SetZoomFactor(3);
+    EXPECT_EQ(host.zoomShown, 3);
+    doc->SetZoomFactor(2); // not the active document: the combo stays
+    EXPECT_EQ(host.zoomShown, 3);
+    // With the hand tool down and a bar in use, the canvas shows the hand.
+    host.handDown = true;
+    fImage* wide = makeDocument(host, numbered(300, 10), 100, 100);
+    wide->Form_Activate();
+    EXPECT_TRUE(wide->MouseScroll());
+    EXPECT_EQ(wide->Canvas()->cursor().shape(), Qt::OpenHandCursor);
+    host.handDown = false;
     doc->Form_Activate();
     EXPECT_EQ(list->EntryCount(), 3);
     EXPECT_EQ(list->EntryCaption(0), "Original");

@@ -1,0 +1,344 @@
+// The main window: menus built from the table, the dispatch chains with and without a
+// document, the filter envelope and Update, the Views toggles of the boxes, the recent
+// list, the tool buttons, the progress bar and the zoom combo.
+#include "app/fmain.h"
+#include "app/globals.h"
+#include "app/toolbox.h"
+#include "app_test_util.h"
+#include "document/fimage.h"
+#include "pixel/pixel_test_util.h"
+
+#include <QAction>
+#include <QComboBox>
+#include <QFile>
+#include <QMdiArea>
+#include <QMenu>
+#include <QProgressBar>
+#include <QToolBar>
+#include <QToolButton>
+
+using namespace ostrivex;
+using ostrivex::testing::FreshHome;
+
+namespace {
+
+QString qs(std::string_view s) { return QString::fromUtf8(s.data(), qsizetype(s.size())); }
+
+class MainWindowTest : public FreshHome {
+protected:
+    void SetUp() override {
+        FreshHome::SetUp();
+        SetDefaultSettings(Settings, AppFolder());
+        LastCommandCaption.clear();
+        DocumentChanged = false;
+        ActiveDocument = nullptr;
+        main_ = std::make_unique<fMain>();
+    }
+    void TearDown() override { main_.reset(); }
+
+    // A document of two pixels, active in the main window, with cFilter loaded from it.
+    fImage* openDocument() {
+        auto* doc = new fImage;
+        main_->AddDocumentWindow(doc);
+        doc->BeginDocument(QString());
+        doc->PBits(test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
+        doc->SaveUndoBits(QString("Original"));
+        main_->Filter().SetBits(doc->bits());
+        return doc;
+    }
+
+    std::unique_ptr<fMain> main_;
+};
+
+TEST_F(MainWindowTest, MenusAreBuiltFromTheTable) {
+    ASSERT_NE(main_->menu("mnuFile"), nullptr);
+    EXPECT_EQ(main_->menu("mnuFilters1")->title(), "Filters 1");
+    int commands = 0;
+    for (const MenuEntry& e : MenuTable()) {
+        QAction* a = main_->action(e);
+        ASSERT_NE(a, nullptr) << e.caption;
+        if (e.route == MenuRoute::Separator) {
+            EXPECT_TRUE(a->isSeparator());
+            continue;
+        }
+        EXPECT_EQ(a->text(), qs(e.caption));
+        EXPECT_EQ(a->isVisible(), !e.hidden) << e.caption;
+        // (Qt reports a hidden action as disabled too.)
+        if (!e.hidden) EXPECT_EQ(a->isEnabled(), !e.disabled) << e.caption;
+        EXPECT_EQ(a->shortcut(), QKeySequence(qs(e.key))) << e.caption;
+        if (!e.key.empty()) EXPECT_FALSE(a->shortcut().isEmpty()) << e.key;
+        ++commands;
+    }
+    EXPECT_GT(commands, 250);
+    // A few shortcuts in the form the keyboard produces.
+    EXPECT_EQ(main_->action(*FindMenuEntry("mnuFilters2", "Halftone"))->shortcut(),
+              QKeySequence(Qt::SHIFT | Qt::CTRL | Qt::Key_F1));
+    EXPECT_EQ(main_->action(*FindMenuEntry("mnuEdit", "Invert Selection"))->shortcut(),
+              QKeySequence(Qt::SHIFT | Qt::Key_Insert));
+    EXPECT_EQ(main_->action(*FindMenuEntry("mnuEdit", "Select None"))->shortcut(),
+              QKeySequence(Qt::Key_Delete));
+    // The submenus hold their entries.
+    QAction* zoom = main_->action(*FindMenuEntry("mnuAdjust", "Zoom +"));
+    ASSERT_NE(zoom->menu(), nullptr);
+    ASSERT_EQ(zoom->menu()->actions().size(), 6);
+    EXPECT_EQ(zoom->menu()->actions()[0]->text(), "200 %");
+    // The Recent submenu has the eight RF entries, entry 0 showing.
+    QAction* recent = main_->action(*FindMenuEntry("mnuFile", "Recent"));
+    ASSERT_EQ(recent->menu()->actions().size(), 8);
+    EXPECT_TRUE(main_->recentAction(0)->isVisible());
+    EXPECT_FALSE(main_->recentAction(1)->isVisible());
+}
+
+TEST_F(MainWindowTest, DispatchWithoutADocument) {
+    // Every MenuExec word of the menus does nothing without a document, except the one
+    // that makes a document from the clipboard.
+    for (const MenuEntry& e : MenuTable()) {
+        if (e.route != MenuRoute::Exec) continue;
+        main_->clearLastRoute();
+        main_->MenuExec(qs(e.word));
+        if (e.word == "CREATEFROMCLIPBOARD")
+            EXPECT_EQ(main_->LastRoute(), "Clipboard");
+        else
+            EXPECT_EQ(main_->LastRoute(), "") << e.word;
+    }
+    // MenuStatic: the file commands on a document do nothing; the others run.
+    for (const char* word : {"SAVE", "SAVEAS", "CLOSE", "IMAGESAVEOPTIONS", "UPDATELAYERS",
+                             "WTILE"}) {
+        main_->clearLastRoute();
+        main_->MenuStatic(word);
+        EXPECT_EQ(main_->LastRoute(), "") << word;
+    }
+    main_->MenuStatic("NEW");
+    EXPECT_EQ(main_->LastRoute(), "fNew");
+    main_->MenuStatic("CASCADE");
+    EXPECT_EQ(main_->LastRoute(), "Cascade");
+    main_->MenuStatic("CAPTUREDESKTOP");
+    EXPECT_EQ(main_->LastRoute(), "Capture");
+    // Unknown words, words of the wrong case and the empty word do nothing at all.
+    for (const char* word : {"", "new", "Undo", "NEW ", "BOGUS"}) {
+        main_->clearLastRoute();
+        main_->MenuStatic(word);
+        main_->MenuExec(word);
+        EXPECT_EQ(main_->LastRoute(), "") << word;
+    }
+    EXPECT_FALSE(DocumentChanged);
+    EXPECT_EQ(ActiveDocument, nullptr);
+
+    // A click stores the caption of its family before dispatch; without a document nothing
+    // else happens.
+    main_->action(*FindMenuEntry("mnuColors2", "RGB To GRB", "Swap"))->trigger();
+    EXPECT_EQ(LastCommandCaption, "Swap RGB To GRB");
+    main_->action(*FindMenuEntry("mnuFilters1", "Radial...", "Blur"))->trigger();
+    EXPECT_EQ(LastCommandCaption, "Radial... Blur");
+    main_->action(*FindMenuEntry("mnuColors1", "Replace Hue  Saturation..."))->trigger();
+    EXPECT_EQ(LastCommandCaption, "Replace Replace Hue  Saturation...");
+    // A static entry leaves the caption as it was.
+    main_->action(*FindMenuEntry("mnuFile", "Save Enhanced"))->trigger();
+    EXPECT_EQ(LastCommandCaption, "Replace Replace Hue  Saturation...");
+    EXPECT_EQ(main_->LastRoute(), "");
+}
+
+TEST_F(MainWindowTest, DispatchWithADocument) {
+    fImage* doc = openDocument();
+    fImage* ref = nullptr;
+    ASSERT_TRUE(GetActiveDocument(ref));
+    EXPECT_EQ(ref, doc);
+    const Bits before = doc->bits();
+
+    main_->MenuExec("BOGUS");
+    EXPECT_EQ(main_->LastRoute(), "");
+    main_->MenuExec("SELECTALL");
+    EXPECT_EQ(main_->LastRoute(), "Selection");
+    main_->MenuExec("HAFTONE");
+    // (the fixed filter commands are wired into RunFixedFilter separately)
+    main_->MenuExec("LIGHTSATURATION");
+    main_->MenuExec("CUSTOMBLUR");
+    EXPECT_EQ(main_->LastRoute(), "FilterDialog");
+    main_->MenuExec("N90");
+    EXPECT_EQ(main_->LastRoute(), "RotateImage");
+    main_->MenuExec("x3");
+    EXPECT_EQ(main_->LastRoute(), "ZoomImage");
+    main_->MenuStatic("SAVEOPTIMIZEDAS");
+    EXPECT_EQ(main_->LastRoute(), "SaveDocument");
+    main_->MenuStatic("WSTRETCH");
+    EXPECT_EQ(main_->LastRoute(), "Wallpaper");
+    main_->clearLastRoute();
+    main_->MenuStatic("SELECTSOURCE"); // kept in the chain, does nothing
+    EXPECT_EQ(main_->LastRoute(), "");
+    main_->action(*FindMenuEntry("mnuDistortions", "Melt"))->trigger();
+    EXPECT_EQ(main_->LastRoute(), "ApplyLayerEffects");
+    EXPECT_EQ(LastCommandCaption, "Melt");
+    main_->action(*FindMenuEntry("mnuLayers", "Merge"))->trigger();
+    EXPECT_EQ(main_->LastRoute(), "LAYERS_Click");
+    EXPECT_TRUE(test::sameBits(before, doc->bits()));
+    EXPECT_FALSE(DocumentChanged);
+
+    // The envelope: cFilter's result becomes the document's Bits, and Update files the
+    // state under the label.
+    const int32_t position = doc->HistoryPosition();
+    main_->RunFilterEnvelope(
+        [](cBitFilter& f) {
+            Bits out = f.GetBits();
+            for (int x = 0; x < 2; ++x)
+                for (int c = 0; c < 3; ++c) out.pixel(x, 0)[c] = uint8_t(255 - out.pixel(x, 0)[c]);
+            return out;
+        },
+        "Invert");
+    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{245, 235, 225}, {55, 155, 255}}),
+                               doc->bits()));
+    EXPECT_TRUE(test::sameBits(doc->bits(), main_->Filter().bits()));
+    EXPECT_TRUE(DocumentChanged);
+    EXPECT_TRUE(doc->Changed);
+    EXPECT_EQ(main_->ActionLabel, "Invert");
+    EXPECT_EQ(main_->statusPanel("Status"), "Invert");
+    EXPECT_EQ(doc->HistoryPosition(), position + 1);
+    EXPECT_EQ(doc->History().ActionNames[size_t(position)], "Invert");
+
+    // Undo through the chain brings the first state back.
+    main_->MenuExec("UNDO");
+    EXPECT_EQ(main_->LastRoute(), "UndoBits");
+    EXPECT_TRUE(test::sameBits(before, doc->bits()));
+}
+
+TEST_F(MainWindowTest, ViewsTogglesAndCloseButtons) {
+    for (int b = 0; b < fMain::BoxCount; ++b) main_->PlaceBox(b);
+    ToolBox* color = main_->box(fMain::BoxColor);
+    ToolBox* history = main_->box(fMain::BoxHistory);
+    EXPECT_EQ(color->objectName(), "fToolColor");
+    EXPECT_EQ(main_->box(fMain::BoxOptimize)->objectName(), "finfo");
+    EXPECT_EQ(history->caption(), "History Box");
+    EXPECT_TRUE(color->isVisible());
+    EXPECT_TRUE(main_->viewsAction(fMain::BoxColor)->isChecked());
+    // 420, 1110 twips: 28, 74 pixels. The History Box: 3600, 4650 twips, 3950 x 3180.
+    EXPECT_EQ(color->pos(), QPoint(28, 74));
+    EXPECT_EQ(history->pos(), QPoint(240, 310));
+    EXPECT_EQ(history->size(), QSize(263, 212));
+    EXPECT_EQ(color->parentWidget(), main_.get());
+    EXPECT_TRUE(color->windowFlags() & Qt::Tool);
+
+    // Off: flag cleared, box hidden. The stored place stays.
+    main_->viewsAction(fMain::BoxColor)->trigger();
+    EXPECT_EQ(Settings.ColorBoxVisible, 0);
+    EXPECT_FALSE(color->isVisible());
+    EXPECT_FALSE(main_->viewsAction(fMain::BoxColor)->isChecked());
+    // On again: shown at the stored place, even after being moved away.
+    color->move(500, 500);
+    main_->ToggleBox(fMain::BoxColor);
+    EXPECT_EQ(Settings.ColorBoxVisible, -1);
+    EXPECT_TRUE(color->isVisible());
+    EXPECT_EQ(color->pos(), QPoint(28, 74));
+
+    // The close button does the same as the menu, from the other side.
+    history->findChild<QToolButton*>("CloseButton")->click();
+    EXPECT_FALSE(history->isVisible());
+    EXPECT_EQ(Settings.HistoryBoxVisible, 0);
+    EXPECT_FALSE(main_->viewsAction(fMain::BoxHistory)->isChecked());
+    // Nothing of this touches the file.
+    EXPECT_FALSE(QFile::exists(QString::fromStdString(SettingsFileName())));
+
+    // Minimised: the box shrinks to its title strip and keeps its width; the minimise
+    // button restores the stored size and clears the flag.
+    Settings.LayerBoxMinimized = -1;
+    main_->viewsAction(fMain::BoxLayer)->setChecked(false);
+    main_->ToggleBox(fMain::BoxLayer);
+    ToolBox* layer = main_->box(fMain::BoxLayer);
+    EXPECT_EQ(layer->size(), QSize(236, ToolBox::TitleHeight + 2)); // 3540 twips wide
+    layer->findChild<QToolButton*>("MinimizeButton")->click();
+    EXPECT_EQ(Settings.LayerBoxMinimized, 0);
+    EXPECT_EQ(layer->size(), QSize(236, 212));
+}
+
+TEST_F(MainWindowTest, BoxesWithTheirFlagOffStayHidden) {
+    Settings.PanoramicBoxVisible = 0;
+    Settings.OptimizeBoxMinimized = -1;
+    for (int b = 0; b < fMain::BoxCount; ++b) main_->PlaceBox(b);
+    EXPECT_FALSE(main_->box(fMain::BoxPanoramic)->isVisible());
+    EXPECT_FALSE(main_->viewsAction(fMain::BoxPanoramic)->isChecked());
+    EXPECT_TRUE(main_->box(fMain::BoxOptimize)->IsMinimized());
+    EXPECT_EQ(main_->box(fMain::BoxOptimize)->height(), ToolBox::TitleHeight + 2);
+}
+
+TEST_F(MainWindowTest, FillRecentKeepsEntryZero) {
+    const QString present = home() + "/present.png";
+    QFile f(present);
+    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+    f.close();
+    SetFieldText(Settings.RecentFiles[0], (home() + "/gone.png").toStdString());
+    SetFieldText(Settings.RecentFiles[1], present.toStdString());
+    SetFieldText(Settings.RecentFiles[2], (home() + "/also-gone.bmp").toStdString());
+    // Entries 3 to 7 were never written.
+    main_->FillRecent();
+    EXPECT_TRUE(main_->recentAction(0)->isVisible());
+    EXPECT_EQ(main_->recentAction(0)->text(), "");
+    EXPECT_TRUE(main_->recentAction(1)->isVisible());
+    EXPECT_TRUE(main_->recentAction(1)->text().endsWith("present.png"));
+    for (int i = 2; i < 8; ++i) EXPECT_FALSE(main_->recentAction(i)->isVisible()) << i;
+
+    // When the file comes back, entry 0 shows it.
+    SetFieldText(Settings.RecentFiles[0], present.toStdString());
+    main_->FillRecent();
+    EXPECT_TRUE(main_->recentAction(0)->text().endsWith("present.png"));
+}
+
+TEST_F(MainWindowTest, ToolButtonsProgressAndZoom) {
+    const auto tools = main_->toolBar()->actions();
+    ASSERT_GE(tools.size(), 15);
+    EXPECT_EQ(tools[0]->objectName(), "Pencil");
+    EXPECT_EQ(tools[14]->objectName(), "Layers");
+    for (int i = 0; i < 15; ++i) tools[i]->setChecked(true);
+    main_->DisableTools(3);
+    for (int i = 0; i < 15; ++i) EXPECT_EQ(tools[i]->isChecked(), i == 3) << i;
+    EXPECT_EQ(main_->KeyNum(65, 7), 0);
+
+    main_->cFilter_Progress(40);
+    EXPECT_EQ(main_->progressBar()->value(), 40);
+    EXPECT_EQ(main_->statusPanel("Status"), "40 %");
+    main_->cFilter_Progress(-1); // ignored
+    EXPECT_EQ(main_->progressBar()->value(), 40);
+    main_->cFilter_Progress(0);
+    EXPECT_EQ(main_->progressBar()->value(), 0);
+    // The engine's progress event reaches the bar.
+    main_->CreateFilter();
+    int32_t p = 70;
+    main_->Filter().Progress(p);
+    EXPECT_EQ(main_->progressBar()->value(), 70);
+
+    ASSERT_EQ(main_->zoomCombo()->count(), 9);
+    EXPECT_EQ(main_->zoomCombo()->currentIndex(), 0);
+    main_->ShowZoom(4);
+    EXPECT_EQ(main_->zoomCombo()->currentIndex(), 3);
+    EXPECT_EQ(main_->statusPanel("Zoom"), "Zoom 4 : 1");
+    main_->ShowZoom(12);
+    EXPECT_EQ(main_->zoomCombo()->currentIndex(), -1);
+
+    // The text toolbar's buttons need a document.
+    main_->clearLastRoute();
+    main_->tb_ButtonClick(2);
+    EXPECT_EQ(main_->LastRoute(), "");
+    openDocument();
+    main_->tb_ButtonClick(2);
+    EXPECT_EQ(main_->LastRoute(), "f3D");
+    main_->tb_ButtonClick(4);
+    EXPECT_EQ(main_->LastRoute(), "ShowGrip");
+}
+
+TEST_F(MainWindowTest, TileAndCascadeArrangeTheDocuments) {
+    main_->resize(800, 600);
+    main_->show();
+    fImage* a = openDocument();
+    fImage* b = openDocument();
+    const QRect area = main_->mdiArea()->viewport()->rect();
+    main_->MenuStatic("TILEHORIZONTALLY");
+    const QRect ga = a->parentWidget()->geometry(), gb = b->parentWidget()->geometry();
+    EXPECT_EQ(ga.width(), area.width());
+    EXPECT_EQ(gb.width(), area.width());
+    EXPECT_EQ(ga.height() + gb.height(), area.height());
+    EXPECT_NE(ga.top(), gb.top());
+    main_->MenuStatic("TILEVERTICALLY");
+    EXPECT_EQ(a->parentWidget()->height(), area.height());
+    EXPECT_EQ(a->parentWidget()->width() + b->parentWidget()->width(), area.width());
+}
+
+} // namespace
+
+OSTRIVEX_APP_TEST_MAIN()

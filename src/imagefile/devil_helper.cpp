@@ -20,10 +20,10 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <initializer_list>
 #include <cstdlib>
 #include <cstring>
 #include <fstream>
+#include <initializer_list>
 #include <iterator>
 #include <string>
 #include <sys/resource.h>
@@ -46,10 +46,18 @@ void limitResources() {
 // otherwise fill the missing rows with zeros and call the picture good.
 bool shortRead = false;
 
-ILHANDLE ILAPIENTRY ilOpen(ILconst_string name) { return std::fopen(name, "rb"); }
-void ILAPIENTRY ilClose(ILHANDLE h) { std::fclose(static_cast<FILE*>(h)); }
-ILboolean ILAPIENTRY ilEof(ILHANDLE h) { return std::feof(static_cast<FILE*>(h)) ? IL_TRUE : IL_FALSE; }
-ILint ILAPIENTRY ilGetc(ILHANDLE h) { return std::fgetc(static_cast<FILE*>(h)); }
+ILHANDLE ILAPIENTRY ilOpen(ILconst_string name) {
+    return std::fopen(name, "rb");
+}
+void ILAPIENTRY ilClose(ILHANDLE h) {
+    std::fclose(static_cast<FILE*>(h));
+}
+ILboolean ILAPIENTRY ilEof(ILHANDLE h) {
+    return std::feof(static_cast<FILE*>(h)) ? IL_TRUE : IL_FALSE;
+}
+ILint ILAPIENTRY ilGetc(ILHANDLE h) {
+    return std::fgetc(static_cast<FILE*>(h));
+}
 ILint ILAPIENTRY ilRead(void* buf, ILuint size, ILuint count, ILHANDLE h) {
     const size_t n = std::fread(buf, size, count, static_cast<FILE*>(h));
     if (n < count) shortRead = true;
@@ -58,7 +66,9 @@ ILint ILAPIENTRY ilRead(void* buf, ILuint size, ILuint count, ILHANDLE h) {
 ILint ILAPIENTRY ilSeek(ILHANDLE h, ILint offset, ILint origin) {
     return std::fseek(static_cast<FILE*>(h), offset, origin);
 }
-ILint ILAPIENTRY ilTell(ILHANDLE h) { return ILint(std::ftell(static_cast<FILE*>(h))); }
+ILint ILAPIENTRY ilTell(ILHANDLE h) {
+    return ILint(std::ftell(static_cast<FILE*>(h)));
+}
 
 // A read that found nothing left at all: a block reader wanted more than the file has.
 bool emptyRead = false;
@@ -69,11 +79,15 @@ unsigned DLL_CALLCONV fiRead(void* buf, unsigned size, unsigned count, fi_handle
     if (n == 0 && count > 0 && size > 0) emptyRead = true;
     return unsigned(n);
 }
-unsigned DLL_CALLCONV fiWrite(void*, unsigned, unsigned, fi_handle) { return 0; }
+unsigned DLL_CALLCONV fiWrite(void*, unsigned, unsigned, fi_handle) {
+    return 0;
+}
 int DLL_CALLCONV fiSeek(fi_handle h, long offset, int origin) {
     return std::fseek(static_cast<FILE*>(h), offset, origin);
 }
-long DLL_CALLCONV fiTell(fi_handle h) { return std::ftell(static_cast<FILE*>(h)); }
+long DLL_CALLCONV fiTell(fi_handle h) {
+    return std::ftell(static_cast<FILE*>(h));
+}
 
 void startDevil() {
     ilInit();
@@ -126,8 +140,12 @@ int devilConvert(const char* source, const char* target, const char* typeText) {
 
 using Bytes = std::vector<unsigned char>;
 
-unsigned rd16(const Bytes& b, size_t at) { return unsigned(b[at]) | unsigned(b[at + 1]) << 8; }
-unsigned rd32(const Bytes& b, size_t at) { return rd16(b, at) | rd16(b, at + 2) << 16; }
+unsigned rd16(const Bytes& b, size_t at) {
+    return unsigned(b[at]) | unsigned(b[at + 1]) << 8;
+}
+unsigned rd32(const Bytes& b, size_t at) {
+    return rd16(b, at) | rd16(b, at + 2) << 16;
+}
 void wr16(Bytes& b, size_t at, unsigned v) {
     b[at] = (unsigned char)(v & 0xFF);
     b[at + 1] = (unsigned char)((v >> 8) & 0xFF);
@@ -141,7 +159,8 @@ void putRecord(Bytes& b, unsigned function, std::initializer_list<unsigned> para
     put16(b, words);
     put16(b, 0);
     put16(b, function);
-    for (unsigned p : params) put16(b, p);
+    for (unsigned p : params)
+        put16(b, p);
 }
 
 // libwmf maps the picture onto a device box of its own units and draws the box it is
@@ -165,7 +184,13 @@ Bytes framedCopy(const Bytes& file) {
         if (function == 0) break;
         if (words < 3 || at + words * 2 > file.size()) return {};
         switch (function) {
-        case 0x2FA: case 0x2FB: case 0x2FC: case 0x142: case 0x0F7: case 0x6FF: case 0x1F9: {
+        case 0x2FA:
+        case 0x2FB:
+        case 0x2FC:
+        case 0x142:
+        case 0x0F7:
+        case 0x6FF:
+        case 0x1F9: {
             auto slot = std::find(used.begin(), used.end(), false);
             if (slot != used.end()) *slot = true;
             break;
@@ -183,8 +208,8 @@ Bytes framedCopy(const Bytes& file) {
     }
     const unsigned pen = unsigned(std::find(used.begin(), used.end(), false) - used.begin());
     Bytes out(file.begin(), file.begin() + long(at));
-    putRecord(out, 0x2FA, {5, 0, 0, 0, 0}); // CreatePenIndirect, PS_NULL
-    putRecord(out, 0x12D, {pen});            // SelectObject
+    putRecord(out, 0x2FA, {5, 0, 0, 0, 0});            // CreatePenIndirect, PS_NULL
+    putRecord(out, 0x12D, {pen});                      // SelectObject
     putRecord(out, 0x41B, {bottom, right, top, left}); // Rectangle
     out.insert(out.end(), file.begin() + long(at), file.end());
     wr16(out, kPlaceable + 10, std::max(objects, pen + 1));
@@ -222,13 +247,14 @@ struct WmfPlayer {
         options.function = wmf_gd_function;
         unsigned long flags = WMF_OPT_FUNCTION | WMF_OPT_IGNORE_NONFATAL;
         static const char* const psNames[] = {
-            "Times-Roman", "Times-Italic", "Times-Bold", "Times-BoldItalic",
-            "Helvetica", "Helvetica-Oblique", "Helvetica-Bold", "Helvetica-BoldOblique",
-            "Courier", "Courier-Oblique", "Courier-Bold", "Courier-BoldOblique", "Symbol",
-            "ZapfDingbats"};
+            "Times-Roman", "Times-Italic",      "Times-Bold",     "Times-BoldItalic",
+            "Helvetica",   "Helvetica-Oblique", "Helvetica-Bold", "Helvetica-BoldOblique",
+            "Courier",     "Courier-Oblique",   "Courier-Bold",   "Courier-BoldOblique",
+            "Symbol",      "ZapfDingbats"};
         if (const char* font = standInFont()) {
             for (const char* name : psNames)
-                psMap.push_back({const_cast<char*>(name), const_cast<char*>(font), FT_ENCODING_NONE});
+                psMap.push_back(
+                    {const_cast<char*>(name), const_cast<char*>(font), FT_ENCODING_NONE});
             psMap.push_back({nullptr, nullptr, FT_ENCODING_NONE});
             options.font.ps = psMap.data();
             flags |= WMF_OPT_FONTMAP;
@@ -310,7 +336,8 @@ int emfConvert(const char* source, const char* svg) {
     options.emfplus = true;
     char* out = nullptr;
     size_t outLength = 0;
-    int ok = emf2svg(reinterpret_cast<char*>(bytes.data()), bytes.size(), &out, &outLength, &options);
+    int ok =
+        emf2svg(reinterpret_cast<char*>(bytes.data()), bytes.size(), &out, &outLength, &options);
     int rc = 1;
     if (ok && out && outLength > 0) {
         if (FILE* f = std::fopen(svg, "wb")) {
@@ -330,12 +357,14 @@ int freeImageLoad(const char* formatText, const char* source, const char* bmp) {
     const long number = std::strtol(formatText, &end, 10);
     if (!end || *end) return 2;
     FreeImage_Initialise(FALSE);
-    FREE_IMAGE_FORMAT fif = number < 0 ? FreeImage_GetFileType(source, 0) : FREE_IMAGE_FORMAT(number);
+    FREE_IMAGE_FORMAT fif =
+        number < 0 ? FreeImage_GetFileType(source, 0) : FREE_IMAGE_FORMAT(number);
     int rc = 1;
     FreeImageIO io{fiRead, fiWrite, fiSeek, fiTell};
     FILE* file = std::fopen(source, "rb");
     shortRead = emptyRead = false;
-    FIBITMAP* dib = fif == FIF_UNKNOWN || !file ? nullptr : FreeImage_LoadFromHandle(fif, &io, file, 0);
+    FIBITMAP* dib =
+        fif == FIF_UNKNOWN || !file ? nullptr : FreeImage_LoadFromHandle(fif, &io, file, 0);
     if (file) std::fclose(file);
     // The JPEG family and PCX read ahead in whole blocks and so end on a short read in any
     // file; libjpeg, libpng and libtiff tell a cut file by themselves, the PCX reader does

@@ -25,19 +25,23 @@ namespace {
 
 std::vector<std::string>& sizeList() {
     // Lives for the run only: sizes typed by hand are offered again until the program ends.
-    static std::vector<std::string> sizes = {"240 x 320", "320 x 240", "480 x 640", "640 x 480",
+    static std::vector<std::string> sizes = {"240 x 320", "320 x 240", "480 x 640",  "640 x 480",
                                              "600 x 800", "800 x 600", "768 x 1024", "1024 x 768"};
     return sizes;
 }
 
-std::string sizeText(int w, int h) { return std::to_string(w) + " x " + std::to_string(h); }
+std::string sizeText(int w, int h) {
+    return std::to_string(w) + " x " + std::to_string(h);
+}
 
 // The largest side a document may have (sizes are 16-bit numbers).
 constexpr int kMaxSide = 32767;
 
 } // namespace
 
-const std::vector<std::string>& fNew::StandardSizes() { return sizeList(); }
+const std::vector<std::string>& fNew::StandardSizes() {
+    return sizeList();
+}
 
 fNew::fNew(QWidget* parent) : QDialog(parent) {
     setWindowTitle("New Document");
@@ -50,12 +54,14 @@ fNew::fNew(QWidget* parent) : QDialog(parent) {
     txtH = new QSpinBox(this);
     txtH->setObjectName("txtH");
     // The fields take values under 2 so that OK can explain the minimum.
-    for (QSpinBox* box : {txtW, txtH}) box->setRange(0, kMaxSide);
+    for (QSpinBox* box : {txtW, txtH})
+        box->setRange(0, kMaxSide);
     chkKeepProportions = new QCheckBox("&Keep proportions", this);
     chkKeepProportions->setObjectName("chkKeepProportions");
     cbDefault = new QComboBox(this);
     cbDefault->setObjectName("cbDefault");
-    for (const std::string& s : sizeList()) cbDefault->addItem(QString::fromStdString(s));
+    for (const std::string& s : sizeList())
+        cbDefault->addItem(QString::fromStdString(s));
 
     optColour = new QRadioButton(this);
     optColour->setObjectName("OP_Colour");
@@ -151,7 +157,8 @@ void fNew::showWell() {
 void fNew::pickColour() {
     const QColor start(colourR(wellColour_), colourG(wellColour_), colourB(wellColour_));
     const QColor c = QColorDialog::getColor(start, this);
-    if (c.isValid()) SetWellColour(uint32_t(c.red()) | uint32_t(c.green()) << 8 | uint32_t(c.blue()) << 16);
+    if (c.isValid())
+        SetWellColour(uint32_t(c.red()) | uint32_t(c.green()) << 8 | uint32_t(c.blue()) << 16);
 }
 
 void fNew::sizePicked(int index) {

@@ -32,7 +32,7 @@ struct NewImageRequest {
 
 class fNew : public QDialog {
     Q_OBJECT
-public:
+  public:
     explicit fNew(QWidget* parent = nullptr);
 
     NewImageRequest request() const;
@@ -58,10 +58,10 @@ public:
     QRadioButton* optWhite = nullptr;
     QPushButton* CP = nullptr;
 
-public slots:
+  public slots:
     void accept() override;
 
-private:
+  private:
     void widthChanged(int w);
     void heightChanged(int h);
     void sizePicked(int index);

@@ -13,7 +13,8 @@ fProperties::fProperties(const std::string& path, const std::string& documentNam
     : QDialog(parent), texts_(ImageProperties(path, documentName, documentWidth, documentHeight)) {
     setWindowTitle("Image Properties");
     auto* form = new QFormLayout;
-    auto field = [this, form](const char* objectName, const char* caption, const std::string& value) {
+    auto field = [this, form](const char* objectName, const char* caption,
+                              const std::string& value) {
         auto* label = new QLabel(QString::fromStdString(value), this);
         label->setObjectName(objectName);
         label->setTextInteractionFlags(Qt::TextSelectableByMouse);

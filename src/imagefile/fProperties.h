@@ -11,7 +11,7 @@ namespace ostrivex {
 
 class fProperties : public QDialog {
     Q_OBJECT
-public:
+  public:
     // `path` is the document's file ("" for a document never saved); the name and size
     // stand in for a document without a file.
     fProperties(const std::string& path, const std::string& documentName, int documentWidth,
@@ -32,7 +32,7 @@ public:
     QLabel* PDate = nullptr;
     QLabel* PAttribute = nullptr;
 
-private:
+  private:
     ImagePropertiesText texts_;
 };
 

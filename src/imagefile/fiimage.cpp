@@ -21,7 +21,9 @@ FreeImageSession::FreeImageSession() {
     TIFFSetErrorHandler(nullptr);
 }
 
-FreeImageSession::~FreeImageSession() { FreeImage_DeInitialise(); }
+FreeImageSession::~FreeImageSession() {
+    FreeImage_DeInitialise();
+}
 
 bool DibToBits(FIBITMAP* dib, Bits& out) {
     if (!dib || FreeImage_GetImageType(dib) != FIT_BITMAP || !FreeImage_HasPixels(dib))
@@ -55,8 +57,8 @@ FIBITMAP* BitsToDib(const Bits& bits) {
     const int w = bits.width();
     const int h = bits.height();
     if (w < 1 || h < 1) return nullptr;
-    FIBITMAP* dib = FreeImage_Allocate(w, h, 32, FI_RGBA_RED_MASK, FI_RGBA_GREEN_MASK,
-                                       FI_RGBA_BLUE_MASK);
+    FIBITMAP* dib =
+        FreeImage_Allocate(w, h, 32, FI_RGBA_RED_MASK, FI_RGBA_GREEN_MASK, FI_RGBA_BLUE_MASK);
     if (!dib) return nullptr;
     for (int y = 0; y < h; ++y) {
         const uint8_t* src = bits.row(y);

@@ -14,7 +14,7 @@ inline constexpr int kMaxImageSide = 32767;
 // FreeImage initialised for the lifetime of the object, with the library's messages
 // silenced (the caller reports failures with its own text).
 class FreeImageSession {
-public:
+  public:
     FreeImageSession();
     ~FreeImageSession();
     FreeImageSession(const FreeImageSession&) = delete;
@@ -32,6 +32,8 @@ FIBITMAP* BitsToDib(const Bits& bits);
 void ClearLoadState();
 bool StoreLoadState(Bits&& pixels, int bpp, int dpiX, int dpiY);
 // Dots per metre to dots per inch, rounded.
-inline int DotsPerInch(unsigned dotsPerMetre) { return int(dotsPerMetre * 0.0254 + 0.5); }
+inline int DotsPerInch(unsigned dotsPerMetre) {
+    return int(dotsPerMetre * 0.0254 + 0.5);
+}
 
 } // namespace ostrivex

@@ -7,7 +7,11 @@ namespace ostrivex {
 // first list (so that list does not find .rgb files), the blank before "*.koa", the
 // trailing ";" after "*.jpeg" in the save lists.
 const char* const kOpenFilter =
-    "All Supported Picture Formats|*.olf;*.psp;*.pic;*.pix;*.pxr;*.xpm;*.raw;*.dcx;*.dds;*.lif;*.wal;*.mdl;*.lmp;*.sgi;*.bw;*.rgb,*.rgba;*.bmp;*.pdd;*.vda;*.icb;*.vst;*.rle;*.jpe;*.wbmp;*.dib;*.wmf;*.emf;*.gif;*.jpg;*.jpeg;*.png;*.pcx;*.pbm;*.pgm;*.ppm;*.ico;*.psd;*.jng;*.mng;*.tif;*.koa;*.pcd;*.ras;*.sun;*.tga;*.cut;*.iff;*.lbm|"
+    "All Supported Picture "
+    "Formats|*.olf;*.psp;*.pic;*.pix;*.pxr;*.xpm;*.raw;*.dcx;*.dds;*.lif;*.wal;*.mdl;*.lmp;*.sgi;*."
+    "bw;*.rgb,*.rgba;*.bmp;*.pdd;*.vda;*.icb;*.vst;*.rle;*.jpe;*.wbmp;*.dib;*.wmf;*.emf;*.gif;*."
+    "jpg;*.jpeg;*.png;*.pcx;*.pbm;*.pgm;*.ppm;*.ico;*.psd;*.jng;*.mng;*.tif;*.koa;*.pcd;*.ras;*."
+    "sun;*.tga;*.cut;*.iff;*.lbm|"
     "Ostrivex Layers Format (*.OLF)|*.olf|"
     "Bitmap Files (*.BMP;*.DIB;*.RLE)|*.bmp;*.dib;*.rle|"
     "Meta Files (*.WMF;*.EMF)|*.wmf;*.emf|"
@@ -44,7 +48,11 @@ const char* const kOpenFilter =
     "Raw Data (*.RAW)|*.raw";
 
 const char* const kLayerOpenFilter =
-    "All Supported Picture Formats|*.psp;*.pic;*.pix;*.pxr;*.xpm;*.raw;*.dcx;*.dds;*.lif;*.wal;*.mdl;*.lmp;*.sgi;*.bw;*.rgb,*.rgba;*.bmp;*.pdd;*.vda;*.icb;*.vst;*.rle;*.jpe;*.wbmp;*.dib;*.wmf;*.emf;*.gif;*.jpg;*.jpeg;*.png;*.pcx;*.pbm;*.pgm;*.ppm;*.psd;*.jng;*.mng;*.tif;*.koa;*.pcd;*.ras;*.sun;*.tga;*.cut;*.iff;*.lbm|"
+    "All Supported Picture "
+    "Formats|*.psp;*.pic;*.pix;*.pxr;*.xpm;*.raw;*.dcx;*.dds;*.lif;*.wal;*.mdl;*.lmp;*.sgi;*.bw;*."
+    "rgb,*.rgba;*.bmp;*.pdd;*.vda;*.icb;*.vst;*.rle;*.jpe;*.wbmp;*.dib;*.wmf;*.emf;*.gif;*.jpg;*."
+    "jpeg;*.png;*.pcx;*.pbm;*.pgm;*.ppm;*.psd;*.jng;*.mng;*.tif;*.koa;*.pcd;*.ras;*.sun;*.tga;*."
+    "cut;*.iff;*.lbm|"
     "Bitmap Files (*.BMP;*.DIB;*.RLE)|*.bmp;*.dib;*.rle|"
     "Meta Files (*.WMF;*.EMF)|*.wmf;*.emf|"
     "Graphical Interface Format(*.GIF)|*.gif|"
@@ -80,7 +88,9 @@ const char* const kLayerOpenFilter =
     "Raw Data (*.RAW)|*.raw";
 
 const char* const kSaveFilter =
-    "All Supported graphic formats |*.bmp;*.dib;*.rle;*.gif;*.jpg;*.jpeg;*.jpe;*.jif;*.png;*.tga;*.vst;*.vda;*.icb;*.pcx;*.tif;*.pbm;*.pgm;*.ppm;*.psd;*.raw;*.sgi;*.bw;*.rgb;*.rgba|"
+    "All Supported graphic formats "
+    "|*.bmp;*.dib;*.rle;*.gif;*.jpg;*.jpeg;*.jpe;*.jif;*.png;*.tga;*.vst;*.vda;*.icb;*.pcx;*.tif;*."
+    "pbm;*.pgm;*.ppm;*.psd;*.raw;*.sgi;*.bw;*.rgb;*.rgba|"
     "Windows Bitmap Files (*.bmp)|*.bmp|"
     "Graphical Interface Format (*.GIF)|*.gif|"
     "Independent JPEG Group (*.JPG;*.JPEG)|*.jpg;*.jpeg;|"
@@ -96,7 +106,9 @@ const char* const kSaveFilter =
     "Raw Data (RAW)|*.raw";
 
 const char* const kLayeredSaveFilter =
-    "All Supported graphic formats |*.olf;*.bmp;*.gif;*.jpg;*.jpeg;*.jpe;*.png;*.tga;*.vst;*.vda;*.icb;*.pcx;*.tif;*.tiff;*.pbm;*.pgm;*.ppm;*.psd;*.sgi;*.bw;*.rgb;*.rgba|"
+    "All Supported graphic formats "
+    "|*.olf;*.bmp;*.gif;*.jpg;*.jpeg;*.jpe;*.png;*.tga;*.vst;*.vda;*.icb;*.pcx;*.tif;*.tiff;*.pbm;*"
+    ".pgm;*.ppm;*.psd;*.sgi;*.bw;*.rgb;*.rgba|"
     "Ostrivex Layers Format (*.OLF)|*.olf|"
     "Windows Bitmap Files (*.BMP)|*.bmp|"
     "Graphical Interface Format (*.GIF)|*.gif|"

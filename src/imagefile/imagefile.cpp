@@ -36,8 +36,8 @@ struct LoadRow {
     FREE_IMAGE_FORMAT format;
 };
 const LoadRow kLoadTable[] = {
-    {"psp pic pix pxr xpm raw dcx dds lif wal mdl oil lmp sgi bw rgb rgba act pal",
-     LoadVia::Devil, FIF_UNKNOWN},
+    {"psp pic pix pxr xpm raw dcx dds lif wal mdl oil lmp sgi bw rgb rgba act pal", LoadVia::Devil,
+     FIF_UNKNOWN},
     {"bmp", LoadVia::FreeImageType, FIF_BMP},
     {"cut", LoadVia::FreeImageType, FIF_CUT},
     {"iff", LoadVia::FreeImageType, FIF_IFF},
@@ -77,7 +77,9 @@ const LoadRow* findLoadRow(const std::string& ext) {
     return nullptr;
 }
 
-bool fileReadable(const std::string& path) { return access(path.c_str(), R_OK) == 0; }
+bool fileReadable(const std::string& path) {
+    return access(path.c_str(), R_OK) == 0;
+}
 
 // Two formats have no signature that their loaders check, so that any file decodes to
 // noise; they are held to their fixed layouts first. A Koala picture is 10001 bytes of
@@ -108,7 +110,9 @@ ImageFileResult loadFailed() {
     return {false, kLoadErrorText};
 }
 
-ImageFileResult saveFailed() { return {false, kSaveErrorText}; }
+ImageFileResult saveFailed() {
+    return {false, kSaveErrorText};
+}
 
 } // namespace
 
@@ -180,18 +184,30 @@ ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
     int flags = 0;
     int devilType = 0;
     Convert convert = Convert::To24;
-    if (ext == "png") fif = FIF_PNG;
-    else if (ext == "jpg" || ext == "jpeg") fif = FIF_JPEG, flags = JPEG_QUALITYSUPERB;
-    else if (ext == "bmp") fif = FIF_BMP;
-    else if (ext == "tif" || ext == "tiff") fif = FIF_TIFF;
-    else if (ext == "pbm" || ext == "pgm") fif = FIF_PGM, convert = Convert::To8;
-    else if (ext == "ppm") fif = FIF_PPM;
-    else if (listHas("tga vda vst icb targa", ext)) fif = FIF_TARGA;
-    else if (ext == "psd") devilType = kIlPsd;
-    else if (listHas("sgi bw rgb rgba", ext)) devilType = kIlSgi;
-    else if (ext == "raw") devilType = kIlRaw;
-    else if (ext == "pcx") devilType = kIlPcx;
-    else return saveFailed();
+    if (ext == "png")
+        fif = FIF_PNG;
+    else if (ext == "jpg" || ext == "jpeg")
+        fif = FIF_JPEG, flags = JPEG_QUALITYSUPERB;
+    else if (ext == "bmp")
+        fif = FIF_BMP;
+    else if (ext == "tif" || ext == "tiff")
+        fif = FIF_TIFF;
+    else if (ext == "pbm" || ext == "pgm")
+        fif = FIF_PGM, convert = Convert::To8;
+    else if (ext == "ppm")
+        fif = FIF_PPM;
+    else if (listHas("tga vda vst icb targa", ext))
+        fif = FIF_TARGA;
+    else if (ext == "psd")
+        devilType = kIlPsd;
+    else if (listHas("sgi bw rgb rgba", ext))
+        devilType = kIlSgi;
+    else if (ext == "raw")
+        devilType = kIlRaw;
+    else if (ext == "pcx")
+        devilType = kIlPcx;
+    else
+        return saveFailed();
 
     FreeImageSession session;
     FIBITMAP* dib = BitsToDib(picture);
@@ -221,8 +237,7 @@ ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
 bool DevilConvert(const std::string& source, const std::string& target, int type) {
     if (type == kIlBmp && source == target) return true;
     std::remove(target.c_str());
-    return RunHelper({"convert", source, target, std::to_string(type)}) &&
-           fileReadable(target);
+    return RunHelper({"convert", source, target, std::to_string(type)}) && fileReadable(target);
 }
 
 std::string LowerExtension(const std::string& extension) {

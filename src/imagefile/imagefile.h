@@ -5,9 +5,9 @@
 // `ostrivex-devil`, installed next to `ostrivex`) with a time limit, because DevIL's
 // loaders crash or hang on some valid files and FreeImage's spin on some cut ones; the
 // helper hands the pixels over through a BMP work file in the private temporary folder.
-// Files cut short, of another format, or of no format at all end in the load error. A few formats (gif, wmf, emf, dib, bmp) also go
-// through the platform picture loader (`LoadPictureFile`): Qt for raster files, libwmf
-// for WMF, libemf2svg + Qt SVG for EMF.
+// Files cut short, of another format, or of no format at all end in the load error. A few formats
+// (gif, wmf, emf, dib, bmp) also go through the platform picture loader (`LoadPictureFile`): Qt for
+// raster files, libwmf for WMF, libemf2svg + Qt SVG for EMF.
 //
 // Nothing here shows a message box: every load or save returns an `ImageFileResult`
 // whose `message` the caller shows, titled `kImageFileMessageTitle`, when `ok` is false.
@@ -103,9 +103,9 @@ int DevilTimeLimit();
 // --- Dialog filters --------------------------------------------------------------------
 // The filter texts in "label|patterns|label|patterns..." form, exactly as the dialogs of
 // the program use them.
-extern const char* const kOpenFilter;       // File > Open
-extern const char* const kLayerOpenFilter;  // Open Image as Layer
-extern const char* const kSaveFilter;       // Save as
+extern const char* const kOpenFilter;        // File > Open
+extern const char* const kLayerOpenFilter;   // Open Image as Layer
+extern const char* const kSaveFilter;        // Save as
 extern const char* const kLayeredSaveFilter; // Save Layered Image as
 inline constexpr const char* kLayerOpenTitle = "Open Image as Layer";
 inline constexpr const char* kOpenDefaultPattern = "*.bmp";

@@ -20,37 +20,68 @@ struct TypeName {
 
 // One entry per extension that the dialog knows.
 const TypeName kTypes[] = {
-    {"psp", "Paint Shop Pro Image"},      {"pic", "Softimage PIC Image"},
-    {"pix", "Alias PIX Image"},           {"pxr", "Pixar Image"},
-    {"xpm", "X Pixel Map"},               {"raw", "Raw Image Data"},
-    {"dcx", "Multi-page PCX Image"},      {"dds", "DirectDraw Surface"},
-    {"lif", "Homeworld Image"},           {"wal", "Quake 2 Texture"},
-    {"mdl", "Half-Life Model"},           {"oil", "Open Image Library Image"},
-    {"lmp", "Doom Wall / Flat"},          {"sgi", "Silicon Graphics Image"},
-    {"bw", "Silicon Graphics Image (Grey)"}, {"rgb", "Silicon Graphics Image (RGB)"},
-    {"rgba", "Silicon Graphics Image (RGBA)"}, {"act", "Adobe Color Table"},
-    {"pal", "Palette"},                   {"bmp", "Windows Bitmap"},
-    {"rle", "Run-Length Encoded Bitmap"}, {"gif", "Graphics Interchange Format"},
-    {"wmf", "Windows Metafile"},          {"emf", "Enhanced Metafile"},
-    {"ico", "Icon"},                      {"dib", "Device Independent Bitmap"},
-    {"cur", "Cursor"},                    {"cut", "Dr. Halo Image"},
-    {"iff", "Interchange File Format Image"}, {"jpg", "JPEG Image"},
-    {"jpe", "JPEG Image"},                {"jif", "JPEG Image"},
-    {"jpeg", "JPEG Image"},               {"jiff", "JPEG Image"},
-    {"jff", "JPEG Image"},                {"jfi", "JPEG Image"},
-    {"jfif", "JPEG Image"},               {"jbig", "JBIG Image"},
-    {"jbg", "JBIG Image"},                {"jtif", "JPEG Tagged Image"},
-    {"koa", "Commodore 64 Koala Image"},  {"lbm", "Deluxe Paint Image"},
-    {"mng", "Multiple-image Network Graphics"}, {"pcd", "Kodak PhotoCD Image"},
-    {"pcx", "Zsoft Paintbrush Image"},    {"png", "Portable Network Graphics"},
-    {"psd", "Photoshop Image"},           {"pdd", "Photoshop Image"},
-    {"ras", "Sun Raster Image"},          {"sun", "Sun Raster Image"},
-    {"tga", "Targa Image"},               {"vda", "Targa Image"},
-    {"icb", "Targa Image"},               {"vst", "Targa Image"},
-    {"targa", "Targa Image"},             {"tif", "Tagged Image File"},
-    {"tiff", "Tagged Image File"},        {"wbmp", "Wireless Bitmap"},
-    {"pbm", "Portable Bitmap"},           {"pgm", "Portable Graymap"},
-    {"ppm", "Portable Pixelmap"},         {"jng", "JPEG Network Graphics"},
+    {"psp", "Paint Shop Pro Image"},
+    {"pic", "Softimage PIC Image"},
+    {"pix", "Alias PIX Image"},
+    {"pxr", "Pixar Image"},
+    {"xpm", "X Pixel Map"},
+    {"raw", "Raw Image Data"},
+    {"dcx", "Multi-page PCX Image"},
+    {"dds", "DirectDraw Surface"},
+    {"lif", "Homeworld Image"},
+    {"wal", "Quake 2 Texture"},
+    {"mdl", "Half-Life Model"},
+    {"oil", "Open Image Library Image"},
+    {"lmp", "Doom Wall / Flat"},
+    {"sgi", "Silicon Graphics Image"},
+    {"bw", "Silicon Graphics Image (Grey)"},
+    {"rgb", "Silicon Graphics Image (RGB)"},
+    {"rgba", "Silicon Graphics Image (RGBA)"},
+    {"act", "Adobe Color Table"},
+    {"pal", "Palette"},
+    {"bmp", "Windows Bitmap"},
+    {"rle", "Run-Length Encoded Bitmap"},
+    {"gif", "Graphics Interchange Format"},
+    {"wmf", "Windows Metafile"},
+    {"emf", "Enhanced Metafile"},
+    {"ico", "Icon"},
+    {"dib", "Device Independent Bitmap"},
+    {"cur", "Cursor"},
+    {"cut", "Dr. Halo Image"},
+    {"iff", "Interchange File Format Image"},
+    {"jpg", "JPEG Image"},
+    {"jpe", "JPEG Image"},
+    {"jif", "JPEG Image"},
+    {"jpeg", "JPEG Image"},
+    {"jiff", "JPEG Image"},
+    {"jff", "JPEG Image"},
+    {"jfi", "JPEG Image"},
+    {"jfif", "JPEG Image"},
+    {"jbig", "JBIG Image"},
+    {"jbg", "JBIG Image"},
+    {"jtif", "JPEG Tagged Image"},
+    {"koa", "Commodore 64 Koala Image"},
+    {"lbm", "Deluxe Paint Image"},
+    {"mng", "Multiple-image Network Graphics"},
+    {"pcd", "Kodak PhotoCD Image"},
+    {"pcx", "Zsoft Paintbrush Image"},
+    {"png", "Portable Network Graphics"},
+    {"psd", "Photoshop Image"},
+    {"pdd", "Photoshop Image"},
+    {"ras", "Sun Raster Image"},
+    {"sun", "Sun Raster Image"},
+    {"tga", "Targa Image"},
+    {"vda", "Targa Image"},
+    {"icb", "Targa Image"},
+    {"vst", "Targa Image"},
+    {"targa", "Targa Image"},
+    {"tif", "Tagged Image File"},
+    {"tiff", "Tagged Image File"},
+    {"wbmp", "Wireless Bitmap"},
+    {"pbm", "Portable Bitmap"},
+    {"pgm", "Portable Graymap"},
+    {"ppm", "Portable Pixelmap"},
+    {"jng", "JPEG Network Graphics"},
 };
 
 // The load state, kept aside while the dialog decodes the file for its facts.
@@ -72,37 +103,63 @@ struct SavedLoadState {
 
 std::string DepthText(int bpp) {
     switch (bpp) {
-    case 1: return "Black & White";
-    case 2: return "4 Colors";
-    case 3: return "8 Colors";
-    case 4: return "16 Colors";
-    case 5: return "32 Colors";
-    case 6: return "64 Colors";
-    case 7: return "128 Colors";
-    case 8: return "256 Colors";
-    case 15: return "32668 Colors"; // the program's figures, not 2^15 and 2^16
-    case 16: return "65336 Colors";
-    case 24: return "16777216 Colors (True Color)";
-    case 32: return "4294967296 Colors (High Color)";
-    default: return "";
+    case 1:
+        return "Black & White";
+    case 2:
+        return "4 Colors";
+    case 3:
+        return "8 Colors";
+    case 4:
+        return "16 Colors";
+    case 5:
+        return "32 Colors";
+    case 6:
+        return "64 Colors";
+    case 7:
+        return "128 Colors";
+    case 8:
+        return "256 Colors";
+    case 15:
+        return "32668 Colors"; // the program's figures, not 2^15 and 2^16
+    case 16:
+        return "65336 Colors";
+    case 24:
+        return "16777216 Colors (True Color)";
+    case 32:
+        return "4294967296 Colors (High Color)";
+    default:
+        return "";
     }
 }
 
 std::string AttributeText(int a) {
     switch (a) {
-    case 0: return "Normal";
-    case 1: return "Read Only";
-    case 2: return "Hidden";
-    case 4: return "System";
-    case 32: return "Normal, Archive";
-    case 33: return "Archive, Read Only";
-    case 34: return "Archive, Hidden";
-    case 35: return "Archive, Read Only, Hidden";
-    case 36: return "Archive, System";
-    case 39: return "Archive, Read Only, Hidden, System";
-    case 37: return "Archive, Read Only, System";
-    case 38: return "Archive, Hidden, System";
-    default: return "";
+    case 0:
+        return "Normal";
+    case 1:
+        return "Read Only";
+    case 2:
+        return "Hidden";
+    case 4:
+        return "System";
+    case 32:
+        return "Normal, Archive";
+    case 33:
+        return "Archive, Read Only";
+    case 34:
+        return "Archive, Hidden";
+    case 35:
+        return "Archive, Read Only, Hidden";
+    case 36:
+        return "Archive, System";
+    case 39:
+        return "Archive, Read Only, Hidden, System";
+    case 37:
+        return "Archive, Read Only, System";
+    case 38:
+        return "Archive, Hidden, System";
+    default:
+        return "";
     }
 }
 

@@ -34,7 +34,8 @@ QPixmap previewPixmap(const Bits& bits) {
     for (int y = 0; y < bits.height(); ++y) {
         const uint8_t* src = bits.row(y);
         QRgb* dst = reinterpret_cast<QRgb*>(img.scanLine(y));
-        for (int x = 0; x < bits.width(); ++x, src += 4) dst[x] = qRgb(src[2], src[1], src[0]);
+        for (int x = 0; x < bits.width(); ++x, src += 4)
+            dst[x] = qRgb(src[2], src[1], src[0]);
     }
     if (img.width() > kPreviewSide || img.height() > kPreviewSide)
         img = img.scaled(kPreviewSide, kPreviewSide, Qt::KeepAspectRatio, Qt::SmoothTransformation);

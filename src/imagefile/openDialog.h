@@ -20,7 +20,7 @@ QStringList NameFilters(const std::string& filterText);
 
 class OpenImageDialog : public QFileDialog {
     Q_OBJECT
-public:
+  public:
     enum class Kind { Open, Layer };
     // `startFolder` is the folder to show first (the caller's OpenFolder).
     OpenImageDialog(Kind kind, const QString& startFolder, QWidget* parent = nullptr);
@@ -37,7 +37,7 @@ public:
     // Runs the preview for `path` as a change of selection does.
     void ShowPreview(const QString& path);
 
-private:
+  private:
     QLabel* preview_ = nullptr;
     QLabel* caption_ = nullptr;
     QString previewPath_;

@@ -129,7 +129,8 @@ QSize emfFrameSize(const std::string& path) {
     if (head.size() < 44) return {};
     auto i32 = [&head](int at) {
         return int32_t(uint32_t(uint8_t(head[at])) | uint32_t(uint8_t(head[at + 1])) << 8 |
-                       uint32_t(uint8_t(head[at + 2])) << 16 | uint32_t(uint8_t(head[at + 3])) << 24);
+                       uint32_t(uint8_t(head[at + 2])) << 16 |
+                       uint32_t(uint8_t(head[at + 3])) << 24);
     };
     if (i32(0) != 1 || i32(40) != 0x464D4520) return {}; // EMR_HEADER, " EMF"
     const double w = (double(i32(32)) - i32(24)) / 2540.0 * 96.0;
@@ -162,7 +163,8 @@ ImageFileResult loadEmf(const std::string& path) {
     renderer.render(&p);
     p.end();
     Bits pixels;
-    if (!imageToBits(img, pixels) || !StoreLoadState(std::move(pixels), 24, 96, 96)) return loadFailed();
+    if (!imageToBits(img, pixels) || !StoreLoadState(std::move(pixels), 24, 96, 96))
+        return loadFailed();
     return {true, {}};
 }
 

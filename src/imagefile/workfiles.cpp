@@ -1,6 +1,6 @@
 // The private temporary folder and the DevIL helper process.
-#include "imagefile/imagefile.h"
 #include "imagefile/helperprocess.h"
+#include "imagefile/imagefile.h"
 
 #include <cerrno>
 #include <chrono>
@@ -45,7 +45,8 @@ std::string makeTempFolder() {
     }
     std::string base = "/tmp";
     if (const char* t = std::getenv("TMPDIR"); t && *t) base = t;
-    while (base.size() > 1 && base.back() == '/') base.pop_back();
+    while (base.size() > 1 && base.back() == '/')
+        base.pop_back();
     std::string dir = base + "/ostrivex-" + std::to_string(getuid());
     if (makePrivateFolder(dir)) return dir;
     // The fixed name is taken by someone else: a fresh private folder of our own instead.
@@ -74,8 +75,12 @@ std::string TempFolder() {
     return folder;
 }
 
-std::string TempBitmapName() { return TempFolder() + "/t65s8s98"; }
-std::string TempLoadName() { return TempFolder() + "/4546643"; }
+std::string TempBitmapName() {
+    return TempFolder() + "/t65s8s98";
+}
+std::string TempLoadName() {
+    return TempFolder() + "/4546643";
+}
 
 std::string DevilHelperPath() {
     if (!helperOverride.empty()) return helperOverride;
@@ -83,15 +88,22 @@ std::string DevilHelperPath() {
     return executableFolder() + "/ostrivex-devil";
 }
 
-void SetDevilHelperPath(const std::string& path) { helperOverride = path; }
-void SetDevilTimeLimit(int milliseconds) { helperTimeLimit = milliseconds > 0 ? milliseconds : 1; }
-int DevilTimeLimit() { return helperTimeLimit; }
+void SetDevilHelperPath(const std::string& path) {
+    helperOverride = path;
+}
+void SetDevilTimeLimit(int milliseconds) {
+    helperTimeLimit = milliseconds > 0 ? milliseconds : 1;
+}
+int DevilTimeLimit() {
+    return helperTimeLimit;
+}
 
 bool RunHelper(const std::vector<std::string>& args) {
     const std::string helper = DevilHelperPath();
     std::vector<char*> argv;
     argv.push_back(const_cast<char*>(helper.c_str()));
-    for (const auto& a : args) argv.push_back(const_cast<char*>(a.c_str()));
+    for (const auto& a : args)
+        argv.push_back(const_cast<char*>(a.c_str()));
     argv.push_back(nullptr);
 
     // The libraries chatter on stdout and stderr: the helper's output goes nowhere.

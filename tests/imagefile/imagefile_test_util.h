@@ -24,9 +24,10 @@ inline std::string dataFile(const std::string& name) {
 
 // A fresh scratch folder, removed at the end of the test.
 class ScratchDir {
-public:
+  public:
     ScratchDir() {
-        std::string pattern = (std::filesystem::temp_directory_path() / "ostrivex-if-XXXXXX").string();
+        std::string pattern =
+            (std::filesystem::temp_directory_path() / "ostrivex-if-XXXXXX").string();
         std::vector<char> buf(pattern.begin(), pattern.end());
         buf.push_back('\0');
         path_ = mkdtemp(buf.data());
@@ -38,13 +39,14 @@ public:
     std::string file(const std::string& name) const { return path_ + "/" + name; }
     const std::string& path() const { return path_; }
 
-private:
+  private:
     std::string path_;
 };
 
 inline std::vector<uint8_t> readBytes(const std::string& path) {
     std::ifstream in(path, std::ios::binary);
-    return std::vector<uint8_t>((std::istreambuf_iterator<char>(in)), std::istreambuf_iterator<char>());
+    return std::vector<uint8_t>((std::istreambuf_iterator<char>(in)),
+                                std::istreambuf_iterator<char>());
 }
 
 inline void writeBytes(const std::string& path, const std::vector<uint8_t>& bytes) {
@@ -74,17 +76,20 @@ inline Bits rgbBits(int w, int h, const std::vector<Rgb>& colours) {
 
 // The 4 x 3 test picture: twelve different colours, saturated ones and odd ones.
 inline std::vector<Rgb> patternColours() {
-    return {{255, 0, 0},   {0, 255, 0},     {0, 0, 255},     {255, 255, 255},
-            {0, 0, 0},     {10, 20, 30},    {200, 100, 50},  {128, 128, 128},
-            {255, 255, 0}, {0, 255, 255},   {255, 0, 255},   {1, 2, 3}};
+    return {{255, 0, 0},   {0, 255, 0},   {0, 0, 255},    {255, 255, 255},
+            {0, 0, 0},     {10, 20, 30},  {200, 100, 50}, {128, 128, 128},
+            {255, 255, 0}, {0, 255, 255}, {255, 0, 255},  {1, 2, 3}};
 }
-inline Bits patternPicture() { return rgbBits(4, 3, patternColours()); }
+inline Bits patternPicture() {
+    return rgbBits(4, 3, patternColours());
+}
 
 // The same picture as a plain-text PPM, written by hand.
 inline std::string patternPpmText() {
     std::ostringstream s;
     s << "P3\n4 3\n255\n";
-    for (const Rgb& c : patternColours()) s << c.r << ' ' << c.g << ' ' << c.b << '\n';
+    for (const Rgb& c : patternColours())
+        s << c.r << ' ' << c.g << ' ' << c.b << '\n';
     return s.str();
 }
 
@@ -97,9 +102,9 @@ inline bool imageMagick(const std::string& args) {
 // Exact comparison of two pictures' visible pixels (channels 0..3), first differences shown.
 inline ::testing::AssertionResult samePixels(const Bits& expected, const Bits& actual) {
     if (expected.width() != actual.width() || expected.height() != actual.height())
-        return ::testing::AssertionFailure() << "size " << actual.width() << "x" << actual.height()
-                                             << ", expected " << expected.width() << "x"
-                                             << expected.height();
+        return ::testing::AssertionFailure()
+               << "size " << actual.width() << "x" << actual.height() << ", expected "
+               << expected.width() << "x" << expected.height();
     std::ostringstream diff;
     int shown = 0;
     for (int y = 0; y < expected.height(); ++y)
@@ -119,7 +124,8 @@ inline int maxDifference(const Bits& a, const Bits& b) {
     int worst = 0;
     for (int y = 0; y < a.height(); ++y)
         for (int x = 0; x < a.width(); ++x)
-            for (int c = 0; c < 3; ++c) worst = std::max(worst, std::abs(int(a(c, x, y)) - int(b(c, x, y))));
+            for (int c = 0; c < 3; ++c)
+                worst = std::max(worst, std::abs(int(a(c, x, y)) - int(b(c, x, y))));
     return worst;
 }
 

@@ -18,13 +18,14 @@ namespace {
 
 QStringList items(const QComboBox* box) {
     QStringList out;
-    for (int i = 0; i < box->count(); ++i) out << box->itemText(i);
+    for (int i = 0; i < box->count(); ++i)
+        out << box->itemText(i);
     return out;
 }
 
 // Both fNew cases share the run-long size list, so they are one test, in order.
 TEST(fNew, MinimumSizeAndTheSizeListOfTheRun) {
-    const QStringList standard = {"240 x 320", "320 x 240", "480 x 640", "640 x 480",
+    const QStringList standard = {"240 x 320", "320 x 240", "480 x 640",  "640 x 480",
                                   "600 x 800", "800 x 600", "768 x 1024", "1024 x 768"};
     QStringList messages;
     {
@@ -136,12 +137,13 @@ TEST(ImageProperties, TextsOfTheLists) {
     EXPECT_EQ(AttributeText(39), "Archive, Read Only, Hidden, System");
     EXPECT_EQ(AttributeText(3), "");
     // Every key of the type table has a text, and nothing else has.
-    for (const char* ext : {"psp", "pic", "pix", "pxr", "xpm", "raw", "dcx", "dds", "lif", "wal", "mdl",
-                            "oil", "lmp", "sgi", "bw", "rgb", "rgba", "act", "pal", "bmp", "rle", "gif",
-                            "wmf", "emf", "ico", "dib", "cur", "cut", "iff", "jpg", "jpe", "jif", "jpeg",
-                            "jiff", "jff", "jfi", "jfif", "jbig", "jbg", "jtif", "koa", "lbm", "mng",
-                            "pcd", "pcx", "png", "psd", "pdd", "ras", "sun", "tga", "vda", "icb", "vst",
-                            "targa", "tif", "tiff", "wbmp", "pbm", "pgm", "ppm", "jng"})
+    for (const char* ext :
+         {"psp",  "pic",  "pix",  "pxr",  "xpm",  "raw",  "dcx",  "dds", "lif", "wal", "mdl",
+          "oil",  "lmp",  "sgi",  "bw",   "rgb",  "rgba", "act",  "pal", "bmp", "rle", "gif",
+          "wmf",  "emf",  "ico",  "dib",  "cur",  "cut",  "iff",  "jpg", "jpe", "jif", "jpeg",
+          "jiff", "jff",  "jfi",  "jfif", "jbig", "jbg",  "jtif", "koa", "lbm", "mng", "pcd",
+          "pcx",  "png",  "psd",  "pdd",  "ras",  "sun",  "tga",  "vda", "icb", "vst", "targa",
+          "tif",  "tiff", "wbmp", "pbm",  "pgm",  "ppm",  "jng"})
         EXPECT_NE(FileTypeText(ext), "") << ext;
     EXPECT_EQ(FileTypeText("olf"), "");
     EXPECT_EQ(FileTypeText("PNG"), FileTypeText("png"));

@@ -11,7 +11,8 @@ namespace {
 
 int pairs(const char* filter) {
     int bars = 0;
-    for (const char* p = filter; *p; ++p) bars += *p == '|';
+    for (const char* p = filter; *p; ++p)
+        bars += *p == '|';
     return (bars + 1) / 2;
 }
 
@@ -24,8 +25,9 @@ TEST(Filters, TextsKeepTheirPairsAndOddities) {
     EXPECT_EQ(open.rfind("All Supported Picture Formats|*.olf;*.psp;", 0), 0u);
     EXPECT_NE(open.find(";*.rgb,*.rgba;*.bmp;"), std::string::npos);
     EXPECT_NE(open.find("|Commodore 64 Koala format (*.KOA)| *.koa|"), std::string::npos);
-    EXPECT_NE(open.find("|X Pixel Map (XPM)|*.xpm|Paint Shop Pro (*.PSP)|*.psp|Raw Data (*.RAW)|*.raw"),
-              std::string::npos);
+    EXPECT_NE(
+        open.find("|X Pixel Map (XPM)|*.xpm|Paint Shop Pro (*.PSP)|*.psp|Raw Data (*.RAW)|*.raw"),
+        std::string::npos);
     // The layer filter: no olf, no ico, no layered pair, and the XPM label with its star.
     const std::string layer = kLayerOpenFilter;
     EXPECT_EQ(layer.find("olf"), std::string::npos);
@@ -38,7 +40,8 @@ TEST(Filters, TextsKeepTheirPairsAndOddities) {
     EXPECT_EQ(layer.size(), open.size() - 6 - 6 - 37 + 2);
     const std::string save = kSaveFilter;
     EXPECT_EQ(save.rfind("All Supported graphic formats |*.bmp;*.dib;*.rle;*.gif;", 0), 0u);
-    EXPECT_NE(save.find("|Independent JPEG Group (*.JPG;*.JPEG)|*.jpg;*.jpeg;|"), std::string::npos);
+    EXPECT_NE(save.find("|Independent JPEG Group (*.JPG;*.JPEG)|*.jpg;*.jpeg;|"),
+              std::string::npos);
     EXPECT_TRUE(save.ends_with("|PhotoShop (PSD)|*.psd|Silicon Graphics (SGI,BW,RGB,RGBA)|"
                                "*.sgi;*.bw;*.rgb;*.rgba|Raw Data (RAW)|*.raw"));
     const std::string layered = kLayeredSaveFilter;

@@ -21,7 +21,8 @@ ImageFileResult loadAs(const std::string& path, const std::string& ext, bool pic
     return picture ? LoadPictureFile(path, ext) : LoadImageFile(path, ext);
 }
 
-void expectFailure(const std::string& path, const std::string& ext, bool picture, const char* what) {
+void expectFailure(const std::string& path, const std::string& ext, bool picture,
+                   const char* what) {
     SCOPED_TRACE(std::string(what) + " ." + ext + (picture ? " (picture loader)" : ""));
     // A good load first, so that a failure must also empty the load state.
     ASSERT_TRUE(LoadImageFile(dataFile("small.cut"), "cut").ok);
@@ -34,7 +35,7 @@ void expectFailure(const std::string& path, const std::string& ext, bool picture
 }
 
 class HostileFiles : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         limit_ = DevilTimeLimit();
         SetDevilTimeLimit(3000);
@@ -45,7 +46,8 @@ protected:
     void TearDown() override { SetDevilTimeLimit(limit_); }
 
     // A file of this extension holding `bytes`.
-    std::string make(const std::string& name, const std::string& ext, const std::vector<uint8_t>& bytes) {
+    std::string make(const std::string& name, const std::string& ext,
+                     const std::vector<uint8_t>& bytes) {
         const std::string path = dir_.file(name + "." + ext);
         writeBytes(path, bytes);
         return path;
@@ -61,7 +63,8 @@ TEST_F(HostileFiles, EmptyAndGarbageFiles) {
     // Bytes of every value, in a scrambled order, 3000 of them.
     std::vector<uint8_t> noise(3000);
     uint32_t s = 7;
-    for (auto& b : noise) b = uint8_t((s = s * 1103515245u + 12345u) >> 23);
+    for (auto& b : noise)
+        b = uint8_t((s = s * 1103515245u + 12345u) >> 23);
     for (const char* ext : kTableExtensions) {
         expectFailure(make("empty", ext, {}), ext, false, "empty");
         expectFailure(make("text", ext, garbage), ext, false, "text");
@@ -118,12 +121,18 @@ TEST_F(HostileFiles, TruncatedFiles) {
         const char* ext;
         const char* prefix;
     };
-    for (const Made& m : std::initializer_list<Made>{{"bmp", "bmp3:"}, {"jpg", "jpeg:"},
-                                                      {"png", "png24:"}, {"pcx", "pcx:"},
-                                                      {"psd", "psd:"}, {"ras", "sun:"},
-                                                      {"tga", "tga:"}, {"tif", "tiff:"},
-                                                      {"pgm", "pgm:"}, {"pbm", "pbm:"},
-                                                      {"gif", "gif:"}, {"rgb", "sgi:"}}) {
+    for (const Made& m : std::initializer_list<Made>{{"bmp", "bmp3:"},
+                                                     {"jpg", "jpeg:"},
+                                                     {"png", "png24:"},
+                                                     {"pcx", "pcx:"},
+                                                     {"psd", "psd:"},
+                                                     {"ras", "sun:"},
+                                                     {"tga", "tga:"},
+                                                     {"tif", "tiff:"},
+                                                     {"pgm", "pgm:"},
+                                                     {"pbm", "pbm:"},
+                                                     {"gif", "gif:"},
+                                                     {"rgb", "sgi:"}}) {
         const std::string out = d.file(std::string("full.") + m.ext);
         ASSERT_TRUE(imageMagick(big + " " + m.prefix + out)) << m.ext;
         samples.push_back({m.ext, out});

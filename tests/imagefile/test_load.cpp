@@ -40,7 +40,8 @@ TEST(LoadImageFile, DevilSamplesDecodeToTheReferencePicture) {
     long total = 0;
     for (int y = 0; y < 46; ++y)
         for (int x = 0; x < 70; ++x)
-            for (int c = 0; c < 3; ++c) total += std::abs(int(rose(c, x, y)) - int(LoadedBitmap(c, x, y)));
+            for (int c = 0; c < 3; ++c)
+                total += std::abs(int(rose(c, x, y)) - int(LoadedBitmap(c, x, y)));
     EXPECT_LT(double(total) / (70 * 46 * 3), 8.0);
 }
 
@@ -50,11 +51,11 @@ TEST(LoadImageFile, SmallSamplesHaveTheirSizesAndDepths) {
         int w, h, bpp;
     };
     // DevIL's rows pass through a BMP that DevIL writes itself; the bpp is that file's.
-    const Case cases[] = {{"small.koa", 320, 200, 4}, {"small.cut", 16, 8, 8},
-                          {"small.iff", 16, 4, 8},    {"small.lbm", 16, 4, 8},
-                          {"small.mng", 70, 46, 24},  {"small.jng", 70, 46, 24},
+    const Case cases[] = {{"small.koa", 320, 200, 4},  {"small.cut", 16, 8, 8},
+                          {"small.iff", 16, 4, 8},     {"small.lbm", 16, 4, 8},
+                          {"small.mng", 70, 46, 24},   {"small.jng", 70, 46, 24},
                           {"photo.pcd", 768, 512, 24}, {"small.lif", 20, 16, 8},
-                          {"small.wal", 16, 16, 8},   {"small.mdl", 8, 4, 8}};
+                          {"small.wal", 16, 16, 8},    {"small.mdl", 8, 4, 8}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         ASSERT_TRUE(LoadImageFile(dataFile(c.name), ExtensionOf(c.name)).ok);
@@ -81,7 +82,8 @@ TEST(LoadImageFile, ExtensionIsComparedInLowerCase) {
     EXPECT_EQ(LoadedWidth, 16);
     EXPECT_EQ(LoadedHeight, 16);
     EXPECT_EQ(LoadedBpp, 24);
-    EXPECT_LE(maxDifference(rgbBits(16, 16, std::vector<Rgb>(256, Rgb{200, 100, 50})), LoadedBitmap), 2);
+    EXPECT_LE(
+        maxDifference(rgbBits(16, 16, std::vector<Rgb>(256, Rgb{200, 100, 50})), LoadedBitmap), 2);
     EXPECT_EQ(ExtensionOf(jpg), "jpg");
     ASSERT_TRUE(LoadImageFile(ppm, "PPM").ok);
     EXPECT_TRUE(samePixels(patternPicture(), LoadedBitmap));
@@ -99,20 +101,13 @@ TEST(LoadImageFile, FilesWrittenByImageMagick) {
         int bpp; // -1: not checked
     };
     const Case cases[] = {
-        {"bmp3:", "p.bmp", "bmp", 24},
-        {"png24:", "p.png", "png", 24},
-        {"tiff:", "p.tif", "tif", 24},
-        {"tiff:", "p.tiff", "tiff", 24},
-        {"pcx:", "p.pcx", "pcx", -1},
-        {"ppm:", "p.ppm", "ppm", 24},
-        {"psd:", "p.psd", "psd", -1},
-        {"psd:", "p.pdd", "pdd", -1},
-        {"sun:", "p.ras", "ras", -1},
-        {"sgi:", "p.sgi", "sgi", -1},
-        {"sgi:", "p.rgb", "rgb", -1},
-        {"sgi:", "p.rgba", "rgba", -1},
-        {"sgi:", "p.bw", "bw", -1},
-        {"mng:", "p.mng", "mng", -1},
+        {"bmp3:", "p.bmp", "bmp", 24}, {"png24:", "p.png", "png", 24},
+        {"tiff:", "p.tif", "tif", 24}, {"tiff:", "p.tiff", "tiff", 24},
+        {"pcx:", "p.pcx", "pcx", -1},  {"ppm:", "p.ppm", "ppm", 24},
+        {"psd:", "p.psd", "psd", -1},  {"psd:", "p.pdd", "pdd", -1},
+        {"sun:", "p.ras", "ras", -1},  {"sgi:", "p.sgi", "sgi", -1},
+        {"sgi:", "p.rgb", "rgb", -1},  {"sgi:", "p.rgba", "rgba", -1},
+        {"sgi:", "p.bw", "bw", -1},    {"mng:", "p.mng", "mng", -1},
         {"dds:", "p.dds", "dds", -1},
     };
     for (const Case& c : cases) {
@@ -138,11 +133,12 @@ TEST(LoadImageFile, GreyAndOneBitFilesFromImageMagick) {
     writeText(grey, "P2\n3 2\n255\n0 64 128\n192 255 7\n");
     const std::string bw = dir.file("bw.pbm");
     writeText(bw, "P1\n3 2\n1 0 1\n0 1 0\n");
-    const Bits greyPicture = rgbBits(3, 2, {{0, 0, 0}, {64, 64, 64}, {128, 128, 128},
-                                            {192, 192, 192}, {255, 255, 255}, {7, 7, 7}});
+    const Bits greyPicture = rgbBits(
+        3, 2,
+        {{0, 0, 0}, {64, 64, 64}, {128, 128, 128}, {192, 192, 192}, {255, 255, 255}, {7, 7, 7}});
     // In PBM a 1 is black.
-    const Bits bwPicture = rgbBits(3, 2, {{0, 0, 0}, {255, 255, 255}, {0, 0, 0},
-                                          {255, 255, 255}, {0, 0, 0}, {255, 255, 255}});
+    const Bits bwPicture = rgbBits(
+        3, 2, {{0, 0, 0}, {255, 255, 255}, {0, 0, 0}, {255, 255, 255}, {0, 0, 0}, {255, 255, 255}});
     ASSERT_TRUE(LoadImageFile(grey, "pgm").ok);
     EXPECT_EQ(LoadedBpp, 8);
     EXPECT_TRUE(samePixels(greyPicture, LoadedBitmap));
@@ -203,7 +199,8 @@ TEST(LoadImageFile, JngUsesTheTypeFoundInTheFile) {
     ASSERT_TRUE(imageMagick("-size 8x8 xc:'rgb(40,80,160)' jng:" + dir.file("flat.jng")));
     ASSERT_TRUE(LoadImageFile(dir.file("flat.jng"), "jng").ok);
     EXPECT_EQ(LoadedWidth, 8);
-    EXPECT_LE(maxDifference(rgbBits(8, 8, std::vector<Rgb>(64, Rgb{40, 80, 160})), LoadedBitmap), 2);
+    EXPECT_LE(maxDifference(rgbBits(8, 8, std::vector<Rgb>(64, Rgb{40, 80, 160})), LoadedBitmap),
+              2);
     // The type comes from the contents, so a PNG named .jng loads as well.
     writeText(dir.file("pattern.ppm"), patternPpmText());
     ASSERT_TRUE(imageMagick(dir.file("pattern.ppm") + " png24:" + dir.file("png.jng")));
@@ -234,7 +231,8 @@ TEST(LoadImageFile, OutsideTheTableThereIsNoBitmap) {
     ASSERT_TRUE(imageMagick(dir.file("pattern.ppm") + " jpeg:" + dir.file("photo.jpe")));
     ASSERT_TRUE(LoadImageFile(dataFile("rose.ppm"), "ppm").ok);
     // jpe is offered by the open filter and yet has no row: the error, and no picture left.
-    for (const char* ext : {"jpe", "jif", "rle", "sun", "ico", "gif", "wmf", "emf", "dib", "olf", ""}) {
+    for (const char* ext :
+         {"jpe", "jif", "rle", "sun", "ico", "gif", "wmf", "emf", "dib", "olf", ""}) {
         SCOPED_TRACE(ext);
         ImageFileResult r = LoadImageFile(dir.file("photo.jpe"), ext);
         EXPECT_FALSE(r.ok);
@@ -263,7 +261,8 @@ TEST(LoadPictureFile, RasterFilesThroughThePlatformLoader) {
     ASSERT_TRUE(imageMagick(source + " bmp3:" + dir.file("p.bmp")));
     for (const char* name : {"p.gif", "p.dib", "p.bmp", "p.GIF"}) {
         SCOPED_TRACE(name);
-        if (std::string(name) == "p.GIF") std::filesystem::copy_file(dir.file("p.gif"), dir.file(name));
+        if (std::string(name) == "p.GIF")
+            std::filesystem::copy_file(dir.file("p.gif"), dir.file(name));
         ASSERT_TRUE(LoadPictureFile(dir.file(name), ExtensionOf(name)).ok);
         const bool gif = ExtensionOf(name) == "gif";
         EXPECT_TRUE(samePixels(gif ? rgbBits(4, 3, gifColours) : patternPicture(), LoadedBitmap));

@@ -47,9 +47,9 @@ TEST(SaveImageFile, PixelBytesOfBmpAndPpm) {
     EXPECT_EQ(bmp[1], 'M');
     EXPECT_EQ(bmp[28], 24);
     const std::vector<uint8_t> bmpPixels = {
-        0, 255, 255, 255, 255, 0, 255, 0, 255, 3, 2, 1,           // yellow cyan magenta (1,2,3)
-        0, 0, 0, 30, 20, 10, 50, 100, 200, 128, 128, 128,         // black ... grey
-        0, 0, 255, 0, 255, 0, 255, 0, 0, 255, 255, 255};          // red green blue white
+        0, 255, 255, 255, 255, 0,  255, 0,   255, 3,   2,   1,    // yellow cyan magenta (1,2,3)
+        0, 0,   0,   30,  20,  10, 50,  100, 200, 128, 128, 128,  // black ... grey
+        0, 0,   255, 0,   255, 0,  255, 0,   0,   255, 255, 255}; // red green blue white
     EXPECT_EQ(std::vector<uint8_t>(bmp.begin() + 54, bmp.end()), bmpPixels);
 
     ASSERT_TRUE(SaveImageFile(picture, dir.file("p.ppm"), "ppm").ok);
@@ -58,10 +58,9 @@ TEST(SaveImageFile, PixelBytesOfBmpAndPpm) {
     EXPECT_EQ(ppm[0], 'P');
     EXPECT_EQ(ppm[1], '6');
     // Binary PPM: top row first, red-green-blue.
-    const std::vector<uint8_t> ppmPixels = {
-        255, 0, 0, 0, 255, 0, 0, 0, 255, 255, 255, 255,
-        0, 0, 0, 10, 20, 30, 200, 100, 50, 128, 128, 128,
-        255, 255, 0, 0, 255, 255, 255, 0, 255, 1, 2, 3};
+    const std::vector<uint8_t> ppmPixels = {255, 0,   0, 0,  255, 0,   0,   0,   255, 255, 255, 255,
+                                            0,   0,   0, 10, 20,  30,  200, 100, 50,  128, 128, 128,
+                                            255, 255, 0, 0,  255, 255, 255, 0,   255, 1,   2,   3};
     EXPECT_EQ(std::vector<uint8_t>(ppm.end() - 36, ppm.end()), ppmPixels);
 }
 
@@ -83,7 +82,8 @@ TEST(SaveImageFile, PbmAndPgmAreEightBitGrey) {
         ASSERT_TRUE(LoadImageFile(path, ext).ok);
         EXPECT_EQ(LoadedBpp, 8);
         std::vector<Rgb> greys;
-        for (uint8_t g : grey) greys.push_back({g, g, g});
+        for (uint8_t g : grey)
+            greys.push_back({g, g, g});
         EXPECT_TRUE(samePixels(rgbBits(4, 3, greys), LoadedBitmap));
     }
 }
@@ -124,9 +124,11 @@ TEST(SaveImageFile, GifWritesNothingAndUnknownNamesFail) {
         EXPECT_FALSE(fs::exists(dir.file(std::string("p.") + ext)));
     }
     // An empty picture, and a folder that does not exist, for both libraries.
-    EXPECT_EQ(SaveImageFile(Bits(), dir.file("e.png"), "png").message, "Unexpected error saving image");
+    EXPECT_EQ(SaveImageFile(Bits(), dir.file("e.png"), "png").message,
+              "Unexpected error saving image");
     for (const char* ext : {"png", "psd"}) {
-        ImageFileResult r = SaveImageFile(patternPicture(), dir.file(std::string("no/such.") + ext), ext);
+        ImageFileResult r =
+            SaveImageFile(patternPicture(), dir.file(std::string("no/such.") + ext), ext);
         EXPECT_FALSE(r.ok) << ext;
         EXPECT_EQ(r.message, "Unexpected error saving image");
     }

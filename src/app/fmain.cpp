@@ -192,11 +192,16 @@ void fMain::buildToolBar() {
         a->setCheckable(true);
         a->setToolTip(ToolKeys[i]);
     }
-    tbTool_->addSeparator();
-    cbZoom_ = new QComboBox(tbTool_);
+    // The text toolbar and the zoom combo take a second row.
+    addToolBarBreak();
+    tbText_ = addToolBar("tb");
+    tbText_->setObjectName("tb");
+    tbText_->setMovable(false);
+    cbZoom_ = new QComboBox(tbText_);
     cbZoom_->setObjectName("cbZoom");
     for (const char* item : ZoomItems) cbZoom_->addItem(item);
-    tbTool_->addWidget(cbZoom_);
+    tbText_->addWidget(cbZoom_);
+    tbText_->addSeparator();
     connect(cbZoom_, &QComboBox::activated, this, [this](int index) {
         fImage* doc = nullptr;
         if (!GetActiveDocument(doc)) return;
@@ -204,10 +209,7 @@ void fMain::buildToolBar() {
         doc->UpdateImage();
     });
 
-    // The text toolbar: a grip, style text, 3D text, logo maker, a grip.
-    tbText_ = addToolBar("tb");
-    tbText_->setObjectName("tb");
-    tbText_->setMovable(false);
+    // The text toolbar's buttons: a grip, style text, 3D text, logo maker, a grip.
     const char* texts[] = {"Grip", "Style Text", "3D Text", "Logo", "Layer Grip"};
     for (int i = 0; i < 5; ++i) {
         QAction* a = tbText_->addAction(texts[i]);

@@ -57,11 +57,11 @@ fMain* StartUp(QWidget* splash) {
         delete main;
         main = new fMain();
     }
-    // 6. Left and top are not stored: the window keeps its own.
-    if (IsTrue(Settings.MainMaximized))
-        main->setWindowState(Qt::WindowMaximized);
-    else
-        main->resize(TwipsToPixels(Settings.MainWidth), TwipsToPixels(Settings.MainHeight));
+    // 6. Left and top are not stored: the window keeps its own. The stored size is also
+    // given to a window that opens maximised, so that it comes back to that size when the
+    // user restores it.
+    main->resize(TwipsToPixels(Settings.MainWidth), TwipsToPixels(Settings.MainHeight));
+    if (IsTrue(Settings.MainMaximized)) main->setWindowState(Qt::WindowMaximized);
     // 7. The open dialogs take their start folder from `OpenFolder` (blanks cut) each time
     // they open, so there is nothing to hand them here.
     // 8.

@@ -51,28 +51,42 @@ void softenRow16(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb,
     }
 }
 
-// SHARPEN and EDGEENHANCE where a * 255 + b * 2040 stays below 2^15: 16-bit lanes; a
-// negative numerator truncates to a quotient of at most 0, which clamps to 0. The sums of
-// the three rows are formed once per column (a block at a time) and shared by the three
-// windows that contain the column.
-OSTRIVEX_ROW_CLONES
-void sharpenRow16(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy,
-                  int16_t a, int16_t b, uint16_t m, int shift) {
+// SHARPEN and EDGEENHANCE where (a + b) * 255 stays below 2^15: 16-bit lanes. The
+// numerator a * C - b * sum8 is formed as (a + b) * C - b * sum9, sum9 being the whole
+// 3 x 3 window, so it lies between -b * 2295 and (a + b) * 255. A negative numerator
+// truncates to a quotient of at most 0, which clamps to 0. The sums of the three rows are
+// formed once per column (a block at a time) and shared by the three windows that contain
+// the column.
+template <int B>
+__attribute__((always_inline)) inline void sharpenRow16Body(const uint8_t* __restrict s,
+                                                            uint8_t* __restrict o, int32_t nb,
+                                                            ptrdiff_t dy, int16_t a,
+                                                            uint16_t m, int shift) {
     constexpr int32_t kBlock = 1024;
     uint16_t col[kBlock + 8]; // col[j]: the column sum at byte start - 4 + j
+    const int16_t ab = int16_t(a + B);
     for (int32_t start = 0; start < nb; start += kBlock) {
         const int32_t len = nb - start < kBlock ? nb - start : kBlock;
         const uint8_t* p = s + start;
         for (int32_t j = 0; j < len + 8; ++j)
             col[j] = uint16_t(p[j - 4 - dy] + p[j - 4] + p[j - 4 + dy]);
         for (int32_t i = 0; i < len; ++i) {
-            const int16_t sum8 = int16_t(col[i] + col[i + 4] + col[i + 8] - p[i]);
-            const int16_t n = int16_t(a * p[i] - b * sum8);
+            const int16_t sum9 = int16_t(col[i] + col[i + 4] + col[i + 8]);
+            const int16_t n = int16_t(ab * p[i] - B * sum9);
             const uint16_t v = n < 0 ? 0 : uint16_t(n);
             const uint16_t q = uint16_t(uint16_t((uint32_t(v) * m) >> 16) >> shift);
             o[start + i] = uint8_t(q > 255 ? 255 : q);
         }
     }
+}
+
+OSTRIVEX_ROW_CLONES
+void sharpenRow16(const uint8_t* __restrict s, uint8_t* __restrict o, int32_t nb, ptrdiff_t dy,
+                  int16_t a, int16_t b, uint16_t m, int shift) {
+    if (b == 2)
+        sharpenRow16Body<2>(s, o, nb, dy, a, m, shift);
+    else
+        sharpenRow16Body<1>(s, o, nb, dy, a, m, shift);
 }
 
 // SHARPEN and EDGEENHANCE: clamp((a * C - b * sum8) \ d).
@@ -228,7 +242,7 @@ Bits cBitFilter::SHARPEN(int32_t level) {
     nb::Recip16 r;
     if (d == 0) {
         // Every division fails and every byte keeps its value.
-    } else if (a >= 0 && d > 0 && a * 255 + 2 * 8 * 255 < 32768 &&
+    } else if (a >= 0 && d > 0 && (a + 2) * 255 < 32768 &&
                nb::findRecip16(uint32_t(d), uint32_t(a * 255), r)) {
         const int16_t a16 = int16_t(a);
         const uint16_t m = uint16_t(r.m);
@@ -255,7 +269,7 @@ Bits cBitFilter::EDGEENHANCE(int32_t level) {
     nb::Recip16 r;
     if (d == 0) {
         // Every division fails and every byte keeps its value.
-    } else if (a >= 0 && d > 0 && a * 255 + 8 * 255 < 32768 &&
+    } else if (a >= 0 && d > 0 && (a + 1) * 255 < 32768 &&
                nb::findRecip16(uint32_t(d), uint32_t(a * 255), r)) {
         const int16_t a16 = int16_t(a);
         const uint16_t m = uint16_t(r.m);

@@ -5,6 +5,7 @@
 #include "pixel/bitfilter.h"
 #include "pixel/vbmath.h"
 
+#include <algorithm>
 #include <cstdint>
 #include <cstring>
 
@@ -80,6 +81,11 @@ template <class RunFn> Bits cBitFilter::pointFilter(RunFn&& run) {
         } else {
             int32_t done = -2; // the next column still to be made
             forEachSpanInRow(y, [&](int32_t, int32_t x0, int32_t x1) {
+                // A region is meant to lie inside the image; one that does not is kept
+                // inside the row here rather than written past it.
+                x0 = std::max(x0, done);
+                x1 = std::min(x1, w + 2);
+                if (x0 >= x1) return;
                 std::memcpy(out.pixel(done, y), src.pixel(done, y), size_t(x0 - done) * 4u);
                 run(src.pixel(x0, y), out.pixel(x0, y), x1 - x0);
                 done = x1;

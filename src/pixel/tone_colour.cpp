@@ -8,6 +8,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <cstring>
+#include <vector>
 
 namespace ostrivex {
 
@@ -238,14 +239,86 @@ uint32_t classyPixel(int32_t mode, uint32_t v, const double* atanTable) {
 
 } // namespace
 
+namespace {
+// A table of a formula of two bytes x and y, at x * 256 + y.
+template <class Fn> std::vector<uint8_t> pairTable(Fn&& fn) {
+    std::vector<uint8_t> t(65536);
+    for (uint32_t x = 0; x < 256; ++x)
+        for (uint32_t y = 0; y < 256; ++y) t[x * 256u + y] = uint8_t(fn(int32_t(x), int32_t(y)));
+    return t;
+}
+inline uint32_t channel(uint32_t v, int c) { return (v >> (8 * c)) & 255u; }
+inline uint32_t pairAt(const std::vector<uint8_t>& t, uint32_t x, uint32_t y) {
+    return t[x * 256u + y];
+}
+} // namespace
+
 Bits cBitFilter::ClassyColors(int32_t mode) {
     // atan of the green byte as a plain number, in radians.
     std::array<double, 256> atanTable{};
     for (int32_t i = 0; i < 256; ++i) atanTable[size_t(i)] = std::atan(double(i));
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        for (int32_t i = 0; i < n; ++i)
-            store32(p + 4 * i, classyPixel(mode, load32(s + 4 * i), atanTable.data()));
-    });
+    // The modes whose channels are formulas of two source bytes read them from tables of
+    // those formulas (the sums are commutative, so one table serves both orders).
+    auto average = [](int32_t x, int32_t y) { return roundedByte((x * 0.99 + y * 0.99) / 2.0); };
+    switch (mode) {
+    case 0:
+    case 1: {
+        const auto avg = pairTable(average);
+        const auto soft = pairTable(
+            [&](int32_t b, int32_t g) { return roundedByte(b * atanTable[size_t(g)] / 1.9); });
+        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+            for (int32_t i = 0; i < n; ++i) {
+                const uint32_t v = load32(s + 4 * i);
+                const uint32_t b = channel(v, 0), g = channel(v, 1), r = channel(v, 2);
+                store32(p + 4 * i, packPixel(v, mode == 0 ? pairAt(soft, b, g) : b,
+                                             pairAt(avg, r, g), g));
+            }
+        });
+    }
+    case 2:
+    case 3: {
+        const auto avg = pairTable(average);
+        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+            for (int32_t i = 0; i < n; ++i) {
+                const uint32_t v = load32(s + 4 * i);
+                const uint32_t b = channel(v, 0), g = channel(v, 1), r = channel(v, 2);
+                store32(p + 4 * i, mode == 2 ? packPixel(v, r, g, pairAt(avg, r, b))
+                                             : packPixel(v, g, pairAt(avg, g, b), r));
+            }
+        });
+    }
+    case 6: {
+        // byte(x / 2 + y / 4): blue from (R, B), green from (G, R), red from (B, G).
+        const auto spot = pairTable([](int32_t x, int32_t y) { return roundedByte(x / 2.0 + y / 4.0); });
+        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+            for (int32_t i = 0; i < n; ++i) {
+                const uint32_t v = load32(s + 4 * i);
+                const uint32_t b = channel(v, 0), g = channel(v, 1), r = channel(v, 2);
+                store32(p + 4 * i, packPixel(v, pairAt(spot, r, b), pairAt(spot, g, r),
+                                             pairAt(spot, b, g)));
+            }
+        });
+    }
+    case 7: {
+        // k = round((2 * B * 0.99 + R * 0.99) / 12) by (B, R).
+        const auto retroK = pairTable(
+            [](int32_t b, int32_t r) { return vbRound((2 * b * 0.99 + r * 0.99) / 12.0); });
+        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+            for (int32_t i = 0; i < n; ++i) {
+                const uint32_t v = load32(s + 4 * i);
+                const int32_t b = int32_t(channel(v, 0)), g = int32_t(channel(v, 1)),
+                              r = int32_t(channel(v, 2));
+                const int32_t k = int32_t(pairAt(retroK, uint32_t(b), uint32_t(r)));
+                store32(p + 4 * i, packPixel(v, retroByte(g - k), retroByte(r - k), retroByte(b - k)));
+            }
+        });
+    }
+    default:
+        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+            for (int32_t i = 0; i < n; ++i)
+                store32(p + 4 * i, classyPixel(mode, load32(s + 4 * i), atanTable.data()));
+        });
+    }
 }
 
 } // namespace ostrivex

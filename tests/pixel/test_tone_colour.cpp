@@ -5,6 +5,8 @@
 
 #include <gtest/gtest.h>
 
+#include <cmath>
+#include <cstdlib>
 #include <functional>
 
 using namespace ostrivex;
@@ -137,4 +139,43 @@ TEST(ToneColour, ClassyColorsModes) {
     EXPECT_TRUE(sameBits(makeBits(2, 1, {{25, 100, 200, 9}, {2, 100, 200, 8}}), classy(10)));
     EXPECT_TRUE(sameBits(makeBits(2, 1, {{50, 100, 170, 9}, {5, 0, 170, 8}}), classy(11)));
     for (int mode : {4, 5, 9}) EXPECT_TRUE(sameBits(src, classy(mode))) << "mode " << mode;
+}
+
+namespace {
+// ClassyColors pixel by pixel, straight from the formulas.
+Bits referenceClassy(const Bits& src, int mode) {
+    Bits out = src;
+    auto byteOf = [](double v) { return uint8_t(std::nearbyint(v)); };
+    auto retro = [](int32_t a) { return uint8_t(std::abs(~a) & 255); };
+    for (int y = 0; y < src.height(); ++y)
+        for (int x = 0; x < src.width(); ++x) {
+            const int B = src(0, x, y), G = src(1, x, y), R = src(2, x, y);
+            uint8_t* o = out.pixel(x, y);
+            switch (mode) {
+            case 0: o[0] = byteOf(B * std::atan(double(G)) / 1.9); o[1] = byteOf((R * 0.99 + G * 0.99) / 2); o[2] = uint8_t(G); break;
+            case 1: o[1] = byteOf((R * 0.99 + G * 0.99) / 2); o[2] = uint8_t(G); break;
+            case 2: o[0] = uint8_t(R); o[2] = byteOf((R * 0.99 + B * 0.99) / 2); break;
+            case 3: o[0] = uint8_t(G); o[1] = byteOf((G * 0.99 + B * 0.99) / 2); break;
+            case 6: o[0] = byteOf(R / 2.0 + B / 4.0); o[1] = byteOf(R / 4.0 + G / 2.0); o[2] = byteOf(G / 4.0 + B / 2.0); break;
+            case 7: {
+                const int k = int(std::nearbyint((2 * B * 0.99 + R * 0.99) / 12));
+                o[0] = retro(G - k); o[1] = retro(R - k); o[2] = retro(B - k);
+                break;
+            }
+            case 8: o[0] = uint8_t(G); o[1] = uint8_t(R); break;
+            case 10: o[0] = byteOf(G / 2.0); o[1] = byteOf(R / 2.0); break;
+            case 11: o[0] = uint8_t(G); o[1] = uint8_t(B); o[2] = 170; break;
+            default: break;
+            }
+        }
+    return out;
+}
+} // namespace
+
+TEST(ToneColour, ClassyColorsEqualsThePlainFormulasOnRandomImages) {
+    const Bits src = patternBits(97, 61, 9);
+    for (int mode = -1; mode <= 12; ++mode)
+        EXPECT_TRUE(sameBits(referenceClassy(src, mode),
+                             run(src, [mode](cBitFilter& f) { return f.ClassyColors(mode); })))
+            << "mode " << mode;
 }

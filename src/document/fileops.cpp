@@ -5,7 +5,10 @@
 #include "document/fimage.h"
 #include "document/host.h"
 #include "imagefile/imagefile.h"
+#include "imagefile/openDialog.h"
+#include "pixel/bitfilter.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
 
 namespace ostrivex {
@@ -87,6 +90,48 @@ fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
     AddRecentFile(path.toStdString());
     if (host) host->FillRecent();
     SetFieldText(Settings.OpenFolder, FolderOf(path).toStdString());
+    return doc;
+}
+
+fImage* OpenCommand(QWidget* parent) {
+    OpenImageDialog dialog(OpenImageDialog::Kind::Open,
+                           QString::fromStdString(FieldText(Settings.OpenFolder)), parent);
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return nullptr;
+    QCoreApplication::processEvents();
+    return OpenChosenFile(dialog.selectedFiles().first(), dialog.previewPath(),
+                          dialog.previewLoaded());
+}
+
+fImage* OpenChosenFile(QString path, const QString& previewPath, bool previewLoaded) {
+    if (!path.isEmpty() && !FileExists(path.toStdString())) path.chop(1);
+    const QString ext = lowerExtension(path);
+    if (previewLoaded && previewPath == path && ext != "olf" && !IsPictureExtension(ext.toStdString()))
+        return loadBitmap(path, ext, false);
+    return OpenImageFile(path);
+}
+
+fImage* NewDocument(int32_t w, int32_t h, bool transparent, uint32_t colour) {
+    if (w < 1 || h < 1) return nullptr;
+    DocumentHost* host = GetDocumentHost();
+    auto* doc = new fImage;
+    doc->CreateBlank(w, h);
+    doc->RegionMain = Region::rect(0, 0, w, h);
+    doc->BeginDocument(QString());
+    doc->FileName = QStringLiteral("New.bmp");
+    doc->FileExtension = QStringLiteral("bmp");
+    if (host) {
+        host->ActionLabel = QStringLiteral("New Image Document");
+        cBitFilter& filter = host->Filter();
+        filter.SetBits(doc->bits());
+        filter.BitsRegion(&doc->RegionMain);
+        if (!transparent)
+            doc->SetBits(filter.NewDoc(uint8_t(colour), uint8_t(colour >> 8), uint8_t(colour >> 16)));
+        doc->SaveUndoBits();
+    } else {
+        doc->SaveUndoBits(QStringLiteral("New Image Document"));
+    }
+    doc->UpdateImage();
+    if (host) host->AddDocumentWindow(doc);
     return doc;
 }
 

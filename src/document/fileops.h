@@ -12,7 +12,10 @@
 
 #include <QString>
 
+#include <cstdint>
 #include <functional>
+
+class QWidget;
 
 namespace ostrivex {
 
@@ -42,6 +45,21 @@ fImage* loadBitmap(const QString& path, const QString& extension, bool reload);
 // lower-cased, the file is loaded (LoadImageFile unless it is "olf" or a platform picture)
 // and `loadBitmap` makes the document. The Recent entries and the Browser Box use it too.
 fImage* OpenImageFile(QString path);
+
+// The OPEN command: the open dialog with its preview at `OpenFolder`; on Open, the chosen
+// file goes to OpenChosenFile. Cancel does nothing.
+fImage* OpenCommand(QWidget* parent);
+// The end of OPEN for the chosen path. The dialog's preview has normally loaded that very
+// file already (previewPath, previewLoaded); only then are the pixels of the load state
+// used as they are, otherwise the file is loaded again, so a document is never made from
+// the pixels of another file.
+fImage* OpenChosenFile(QString path, const QString& previewPath, bool previewLoaded);
+
+// A blank document of w x h from the new-image dialog: named "New.bmp" (no folder, so
+// SAVE asks for a name), captioned from the document counter, filled with `colour`
+// (0x00BBGGRR) through cFilter's NewDoc unless `transparent`, saved as undo slot 0 under
+// "New Image Document", and put into the MDI area. nullptr for a size below 1.
+fImage* NewDocument(int32_t w, int32_t h, bool transparent, uint32_t colour);
 
 // `OpenFolder` after a successful open: the path up to and including its last "/".
 QString FolderOf(const QString& path);

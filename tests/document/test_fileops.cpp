@@ -202,3 +202,66 @@ TEST(DocumentFiles, AFileNoLoaderServesEndsInTheErrorMessage) {
 
 } // namespace
 } // namespace ostrivex
+
+namespace ostrivex {
+namespace {
+
+TEST(DocumentFiles, ThePreviewsPixelsServeOnlyTheFileItLoaded) {
+    test::FakeHost host;
+    DialogRecorder dialogs;
+    const QString dir = freshFolder("preview");
+    Bits other(3, 2);
+    for (int y = 0; y < 2; ++y)
+        for (int x = 0; x < 3; ++x) other(0, x, y) = 200;
+    ASSERT_TRUE(SaveImageFile(sample(), (dir + "/a.png").toStdString(), "png").ok);
+    ASSERT_TRUE(SaveImageFile(other, (dir + "/b.png").toStdString(), "png").ok);
+
+    // The preview last showed b.png, the user chose a.png: a.png is loaded again.
+    ASSERT_TRUE(LoadImageFile((dir + "/b.png").toStdString(), "png").ok);
+    fImage* a = OpenChosenFile(dir + "/a.png", dir + "/b.png", true);
+    ASSERT_NE(a, nullptr);
+    EXPECT_EQ(a->GetBits(), sample());
+
+    // The preview loaded the chosen file: its pixels are taken as they are (the marked
+    // byte shows that the file was not decoded a second time).
+    ASSERT_TRUE(LoadImageFile((dir + "/b.png").toStdString(), "png").ok);
+    LoadedBitmap(0, 0, 0) = 77;
+    fImage* b = OpenChosenFile(dir + "/b.png", dir + "/b.png", true);
+    ASSERT_NE(b, nullptr);
+    EXPECT_EQ(b->GetBits()(0, 0, 0), 77);
+    EXPECT_EQ(b->GetBits()(0, 1, 0), 200);
+    EXPECT_TRUE(dialogs.informed.isEmpty());
+}
+
+TEST(DocumentFiles, ANewDocumentIsFilledAndSavedAsItsFirstState) {
+    test::FakeHost host;
+    fImage* doc = NewDocument(4, 3, false, 0x00332211u);
+    ASSERT_NE(doc, nullptr);
+    ASSERT_EQ(host.docs.size(), 1u);
+    Bits expected(4, 3);
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 4; ++x) {
+            expected(0, x, y) = 0x33;
+            expected(1, x, y) = 0x22;
+            expected(2, x, y) = 0x11;
+        }
+    EXPECT_EQ(doc->GetBits(), expected);
+    EXPECT_EQ(doc->FileName, "New.bmp");
+    EXPECT_EQ(doc->Caption(), QString("Image%1").arg(doc->HistoryId()));
+    EXPECT_EQ(doc->HistoryPosition(), 1);
+    EXPECT_EQ(doc->History().ActionNames[0], "New Image Document");
+    EXPECT_EQ(host.paste.History()->EntryCaption(0), "New Image Document");
+    Bits slot0;
+    ASSERT_TRUE(UndoStore::ReadSlotFile(doc->History().SlotFileName(0), slot0));
+    EXPECT_EQ(slot0, expected);
+
+    fImage* clear = NewDocument(2, 2, true, 0x00FFFFFFu);
+    ASSERT_NE(clear, nullptr);
+    EXPECT_EQ(clear->GetBits(), Bits(2, 2));
+    EXPECT_EQ(clear->HistoryId(), doc->HistoryId() + 1);
+    EXPECT_EQ(NewDocument(0, 3, false, 0), nullptr);
+    EXPECT_EQ(host.docs.size(), 2u);
+}
+
+} // namespace
+} // namespace ostrivex

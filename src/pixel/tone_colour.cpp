@@ -4,6 +4,7 @@
 #include "pixel/tone_kernels.h"
 #include "pixel/vbmath.h"
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstdlib>
@@ -56,62 +57,123 @@ Bits cBitFilter::ISOLATE(uint32_t colour, uint32_t backColour, int32_t tolerance
     });
 }
 
-Bits cBitFilter::REPLACE(uint32_t colour, uint32_t newColour, int32_t tolerance) {
-    const int32_t t = distanceThreshold(tolerance);
-    const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
-    const int32_t r2 = colourR(newColour), g2 = colourG(newColour), b2 = colourB(newColour);
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        for (int32_t i = 0; i < n; ++i) {
-            uint8_t* q = p + 4 * i;
-            store32(q, load32(s + 4 * i));
-            const int32_t d = colourDistance(q[0], q[1], q[2], b1, g1, r1);
-            if (d > t) continue;
-            const float k = blendFactor(d, t);
-            q[0] = blendByte(q[0], b2, k);
-            q[1] = blendByte(q[1], g2, k);
-            q[2] = blendByte(q[2], r2, k);
+namespace {
+
+// The blends of REPLACE, ReplaceL and Shift written without branches, so that they run as
+// vector code: every pixel's blend is computed, then kept or dropped by its test. Rounding
+// to even is the addition and subtraction of 1.5 * 2^52, exact for these magnitudes.
+// As in the hue kernels: no floating-point trap is ever enabled, and saying so lets the
+// compiler turn the selects into vector blends. Results are unchanged.
+#pragma GCC push_options
+#pragma GCC optimize("no-trapping-math")
+
+struct BlendSpec {
+    int32_t b1, g1, r1; // the colour the distance is measured from
+    int32_t b2, g2, r2; // REPLACE, ReplaceL: the new colour
+    int32_t t;          // distance threshold
+    int32_t l1, lT;     // ReplaceL: luminance of the colour and its tolerance
+    int32_t shift;      // Shift: the offset of the shift table
+};
+
+inline double roundEven(double x) {
+    const double k = 6755399441055744.0;
+    return (x + k) - k;
+}
+inline uint32_t blendTo(int32_t c, int32_t target, double k) {
+    return uint32_t(int32_t(roundEven(double(c) + double(target - c) * k)));
+}
+
+enum class BlendKind { Replace, ReplaceL, Shift };
+
+template <BlendKind kind>
+inline __attribute__((always_inline)) void blendBody(const uint8_t* s, uint8_t* p, int32_t n,
+                                                     const BlendSpec& q) {
+    for (int32_t i = 0; i < n; ++i) {
+        uint32_t v;
+        __builtin_memcpy(&v, s + 4 * i, 4);
+        const int32_t b = int32_t(v & 255u), g = int32_t((v >> 8) & 255u),
+                      r = int32_t((v >> 16) & 255u);
+        const int32_t d = (b - q.b1) * (b - q.b1) + (g - q.g1) * (g - q.g1) + (r - q.r1) * (r - q.r1);
+        // k = 1 - d / t, held as a single.
+        const double k = double(float(1.0 - double(d) / double(q.t)));
+        bool take;
+        uint32_t nb, ng, nr;
+        if constexpr (kind == BlendKind::Shift) {
+            take = d < q.t; // strictly nearer
+            const int32_t sb = b + q.shift, sg = g + q.shift, sr = r + q.shift;
+            const int32_t tb = sb < 0 ? 0 : (sb > 255 ? 255 : sb);
+            const int32_t tg = sg < 0 ? 0 : (sg > 255 ? 255 : sg);
+            const int32_t tr = sr < 0 ? 0 : (sr > 255 ? 255 : sr);
+            nb = blendTo(b, tb, k);
+            ng = blendTo(g, tg, k);
+            nr = blendTo(r, tr, k);
+        } else {
+            take = d <= q.t;
+            if constexpr (kind == BlendKind::ReplaceL) {
+                const int32_t l = (b + g + r) / 3;
+                const int32_t dl = l - q.l1;
+                take = take & (dl <= q.lT) & (-dl <= q.lT);
+            }
+            nb = blendTo(b, q.b2, k);
+            ng = blendTo(g, q.g2, k);
+            nr = blendTo(r, q.r2, k);
         }
-    });
+        const uint32_t blended = (v & 0xFF000000u) | nb | (ng << 8) | (nr << 16);
+        const uint32_t result = take ? blended : v;
+        __builtin_memcpy(p + 4 * i, &result, 4);
+    }
+}
+
+__attribute__((target_clones("avx2", "default"))) void replaceRun(const uint8_t* s, uint8_t* p,
+                                                                   int32_t n, const BlendSpec& q) {
+    blendBody<BlendKind::Replace>(s, p, n, q);
+}
+__attribute__((target_clones("avx2", "default"))) void replaceLRun(const uint8_t* s, uint8_t* p,
+                                                                    int32_t n, const BlendSpec& q) {
+    blendBody<BlendKind::ReplaceL>(s, p, n, q);
+}
+__attribute__((target_clones("avx2", "default"))) void shiftRun(const uint8_t* s, uint8_t* p,
+                                                                 int32_t n, const BlendSpec& q) {
+    blendBody<BlendKind::Shift>(s, p, n, q);
+}
+
+#pragma GCC pop_options
+
+BlendSpec blendSpec(uint32_t colour, uint32_t newColour, int32_t t) {
+    BlendSpec q{};
+    q.r1 = colourR(colour);
+    q.g1 = colourG(colour);
+    q.b1 = colourB(colour);
+    q.r2 = colourR(newColour);
+    q.g2 = colourG(newColour);
+    q.b2 = colourB(newColour);
+    q.t = t;
+    return q;
+}
+
+} // namespace
+
+// The blend of the replace filters: k = 1 - d / t held as a single, each channel
+// c = byte(c + (c2 - c) * k) summed in double. Since 0 <= k <= 1 the result stays inside
+// 0..255, so the byte conversion cannot fail.
+Bits cBitFilter::REPLACE(uint32_t colour, uint32_t newColour, int32_t tolerance) {
+    const BlendSpec q = blendSpec(colour, newColour, distanceThreshold(tolerance));
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) { replaceRun(s, p, n, q); });
 }
 
 Bits cBitFilter::Shift(uint32_t colour, int32_t shift, int32_t tolerance) {
-    const int32_t t = distanceThreshold(tolerance);
-    const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
-    std::array<int32_t, 256> m{};
-    for (int32_t i = 0; i < 256; ++i) m[size_t(i)] = clampByte(i + shift);
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        for (int32_t i = 0; i < n; ++i) {
-            uint8_t* q = p + 4 * i;
-            store32(q, load32(s + 4 * i));
-            const int32_t d = colourDistance(q[0], q[1], q[2], b1, g1, r1);
-            if (d >= t) continue; // strictly nearer than the threshold
-            const float k = blendFactor(d, t);
-            for (int c = 0; c < 3; ++c) q[c] = blendByte(q[c], m[q[c]], k);
-        }
-    });
+    // The target of each channel is the shift table M[c] = clamp(c + shift).
+    BlendSpec q = blendSpec(colour, 0u, distanceThreshold(tolerance));
+    q.shift = shift;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) { shiftRun(s, p, n, q); });
 }
 
 Bits cBitFilter::ReplaceL(uint32_t colour, uint32_t newColour, int32_t lumTolerance,
                           int32_t applyTolerance) {
-    const int32_t lT = vbRound(lumTolerance * 2.55);
-    const int32_t t = distanceThreshold(applyTolerance);
-    const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
-    const int32_t r2 = colourR(newColour), g2 = colourG(newColour), b2 = colourB(newColour);
-    const int32_t l1 = (r1 + g1 + b1) / 3;
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        for (int32_t i = 0; i < n; ++i) {
-            uint8_t* q = p + 4 * i;
-            store32(q, load32(s + 4 * i));
-            const int32_t l = (int32_t(q[0]) + q[1] + q[2]) / 3;
-            if (std::abs(l - l1) > lT) continue;
-            const int32_t d = colourDistance(q[0], q[1], q[2], b1, g1, r1);
-            if (d > t) continue;
-            const float k = blendFactor(d, t);
-            q[0] = blendByte(q[0], b2, k);
-            q[1] = blendByte(q[1], g2, k);
-            q[2] = blendByte(q[2], r2, k);
-        }
-    });
+    BlendSpec q = blendSpec(colour, newColour, distanceThreshold(applyTolerance));
+    q.lT = vbRound(lumTolerance * 2.55);
+    q.l1 = (q.r1 + q.g1 + q.b1) / 3;
+    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) { replaceLRun(s, p, n, q); });
 }
 
 namespace {

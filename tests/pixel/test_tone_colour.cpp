@@ -5,6 +5,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdlib>
 #include <functional>
@@ -178,4 +179,47 @@ TEST(ToneColour, ClassyColorsEqualsThePlainFormulasOnRandomImages) {
         EXPECT_TRUE(sameBits(referenceClassy(src, mode),
                              run(src, [mode](cBitFilter& f) { return f.ClassyColors(mode); })))
             << "mode " << mode;
+}
+
+namespace {
+// REPLACE (kind 0), ReplaceL (1) and Shift (2) pixel by pixel, straight from the formulas.
+Bits referenceBlend(const Bits& src, int kind, uint32_t colour, uint32_t newColour, int tol,
+                    int lumTol, int shift) {
+    const int r1 = colour & 255, g1 = (colour >> 8) & 255, b1 = (colour >> 16) & 255;
+    const int r2 = newColour & 255, g2 = (newColour >> 8) & 255, b2 = (newColour >> 16) & 255;
+    const double a = tol * 127.5 / 100.0;
+    const int t = int(std::nearbyint(a * a + 1));
+    const int lT = int(std::nearbyint(lumTol * 2.55)), l1 = (r1 + g1 + b1) / 3;
+    Bits out = src;
+    for (int y = 0; y < src.height(); ++y)
+        for (int x = 0; x < src.width(); ++x) {
+            const int c[3] = {src(0, x, y), src(1, x, y), src(2, x, y)};
+            const int d = (c[0] - b1) * (c[0] - b1) + (c[1] - g1) * (c[1] - g1) + (c[2] - r1) * (c[2] - r1);
+            bool take = kind == 2 ? d < t : d <= t;
+            if (kind == 1) take = take && std::abs((c[0] + c[1] + c[2]) / 3 - l1) <= lT;
+            if (!take) continue;
+            const float k = float(1.0 - double(d) / t);
+            const int target[3] = {b2, g2, r2};
+            for (int ch = 0; ch < 3; ++ch) {
+                const int to = kind == 2 ? std::clamp(c[ch] + shift, 0, 255) : target[ch];
+                out(ch, x, y) = uint8_t(std::nearbyint(c[ch] + (to - c[ch]) * double(k)));
+            }
+        }
+    return out;
+}
+} // namespace
+
+TEST(ToneColour, DistanceBlendsEqualThePlainFormulasOnRandomImages) {
+    for (uint32_t seed : {10u, 11u}) {
+        const Bits src = patternBits(83, 47, seed);
+        for (int tol : {0, 37, 100, 200}) {
+            EXPECT_TRUE(sameBits(referenceBlend(src, 0, 0x2060A0u, 0x10E0F0u, tol, 0, 0),
+                                 run(src, [=](cBitFilter& f) { return f.REPLACE(0x2060A0u, 0x10E0F0u, tol); })));
+            EXPECT_TRUE(sameBits(referenceBlend(src, 1, 0x2060A0u, 0x10E0F0u, tol, 30, 0),
+                                 run(src, [=](cBitFilter& f) { return f.ReplaceL(0x2060A0u, 0x10E0F0u, 30, tol); })));
+            for (int shift : {-255, -40, 77, 255})
+                EXPECT_TRUE(sameBits(referenceBlend(src, 2, 0x2060A0u, 0, tol, 0, shift),
+                                     run(src, [=](cBitFilter& f) { return f.Shift(0x2060A0u, shift, tol); })));
+        }
+    }
 }

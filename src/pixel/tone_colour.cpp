@@ -211,30 +211,30 @@ Bits cBitFilter::SwapBanks(int32_t mode) {
 Bits cBitFilter::SwapRGB(int32_t redSource, int32_t greenSource, int32_t blueSource,
                          bool invertRed, bool invertGreen, bool invertBlue, bool killRed,
                          bool killGreen, bool killBlue) {
-    // Per output channel (blue, green, red): its source channel and a table that is the
-    // identity, the inversion or zero. Killing wins over inverting. A source outside the
-    // pixel's four bytes fails its read, and that channel keeps its value.
+    // Per output channel (blue, green, red): the shift that brings its source byte down,
+    // the pattern it is XORed with (inverting) and the mask it is ANDed with (killing).
+    // Killing wins over inverting. A source outside the pixel's four bytes fails its read,
+    // and that channel keeps its value.
     const int32_t sources[3] = {blueSource, greenSource, redSource};
     const bool inverts[3] = {invertBlue, invertGreen, invertRed};
     const bool kills[3] = {killBlue, killGreen, killRed};
-    std::array<std::array<uint8_t, 256>, 3> tables{};
-    int32_t src[3];
+    uint32_t shift[3], flip[3], keep[3];
     for (int c = 0; c < 3; ++c) {
-        src[c] = sources[c] >= 0 && sources[c] <= 3 ? sources[c] : c;
-        for (int32_t i = 0; i < 256; ++i)
-            tables[size_t(c)][size_t(i)] = kills[c] ? 0 : (inverts[c] ? uint8_t(255 - i) : uint8_t(i));
-        if (src[c] != sources[c]) // failed read: the channel keeps its byte
-            for (int32_t i = 0; i < 256; ++i) tables[size_t(c)][size_t(i)] = uint8_t(i);
+        const bool readable = sources[c] >= 0 && sources[c] <= 3;
+        shift[c] = uint32_t(readable ? sources[c] : c) * 8u;
+        flip[c] = readable && inverts[c] ? 255u : 0u;
+        keep[c] = readable && kills[c] ? 0u : 255u;
     }
     return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        const uint32_t s0 = shift[0], s1 = shift[1], s2 = shift[2];
+        const uint32_t f0 = flip[0], f1 = flip[1], f2 = flip[2];
+        const uint32_t k0 = keep[0], k1 = keep[1], k2 = keep[2];
         for (int32_t i = 0; i < n; ++i) {
-            uint8_t* q = p + 4 * i;
-            store32(q, load32(s + 4 * i));
-            const uint8_t b = tables[0][q[src[0]]], g = tables[1][q[src[1]]],
-                          r = tables[2][q[src[2]]];
-            q[0] = b;
-            q[1] = g;
-            q[2] = r;
+            const uint32_t v = load32(s + 4 * i);
+            const uint32_t b = (((v >> s0) & 255u) ^ f0) & k0;
+            const uint32_t g = (((v >> s1) & 255u) ^ f1) & k1;
+            const uint32_t r = (((v >> s2) & 255u) ^ f2) & k2;
+            store32(p + 4 * i, packPixel(v, b, g, r));
         }
     });
 }

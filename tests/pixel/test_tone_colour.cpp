@@ -110,6 +110,11 @@ TEST(ToneColour, SwapRgbSourcesInvertAndKill) {
     EXPECT_TRUE(sameBits(makeBits(1, 1, {{0, 0, 245, 5}}), run(src, [](cBitFilter& f) {
                              return f.SwapRGB(0, 0, 2, true, false, true, false, true, true);
                          })));
+    // Source 3 is the marker byte; a source past the pixel's bytes fails its read and
+    // the channel keeps its value, inverting or not.
+    EXPECT_TRUE(sameBits(makeBits(1, 1, {{10, 20, 5, 5}}), run(src, [](cBitFilter& f) {
+                             return f.SwapRGB(3, 1, 9, false, false, true, false, false, false);
+                         })));
     // Red from green, green from red inverted, blue from blue.
     EXPECT_TRUE(sameBits(makeBits(1, 1, {{10, 225, 20, 5}}), run(src, [](cBitFilter& f) {
                              return f.SwapRGB(1, 2, 0, false, true, false, false, false, false);

@@ -14,6 +14,16 @@ HistoryList* historyList() {
     fPaste* box = h ? h->HistoryBox() : nullptr;
     return box ? box->History() : nullptr;
 }
+
+// The undo list if it shows the document numbered id (an unclaimed list is claimed): the
+// saves and moves of a document that is not shown leave the list alone, and its
+// activation rebuilds the list anyway.
+HistoryList* listShowing(int32_t id) {
+    HistoryList* list = historyList();
+    if (!list) return nullptr;
+    if (list->OwnerId == -1) list->OwnerId = id;
+    return list->OwnerId == id ? list : nullptr;
+}
 } // namespace
 
 void fImage::SaveUndoBits() {
@@ -24,7 +34,7 @@ void fImage::SaveUndoBits() {
 void fImage::SaveUndoBits(const QString& label) {
     if (!pictureExists_) return;
     const UndoStore::SaveResult r = history_->Save(bits_, label.toStdString());
-    if (HistoryList* list = historyList()) {
+    if (HistoryList* list = listShowing(history_->HistoryId)) {
         // The redo branch's entries die with its files.
         if (!r.removedSlots.empty()) list->KeepEntries(r.removedSlots.front());
         list->loadHistory(r.slot, label);
@@ -36,14 +46,16 @@ void fImage::UndoBits() {
     if (!pictureExists_) return;
     const QString file = QString::fromStdString(history_->SlotFileName(history_->UndoSlot()).string());
     if (LoadUndoBits(file)) history_->Undone();
-    if (HistoryList* list = historyList()) list->MovePointer(history_->HistoryPosition - 1);
+    if (HistoryList* list = listShowing(history_->HistoryId))
+        list->MovePointer(history_->HistoryPosition - 1);
 }
 
 void fImage::RedoBits() {
     if (!pictureExists_) return;
     const QString file = QString::fromStdString(history_->SlotFileName(history_->RedoSlot()).string());
     if (LoadUndoBits(file)) history_->Redone();
-    if (HistoryList* list = historyList()) list->MovePointer(history_->HistoryPosition - 1);
+    if (HistoryList* list = listShowing(history_->HistoryId))
+        list->MovePointer(history_->HistoryPosition - 1);
 }
 
 bool fImage::LoadUndoBits(const QString& file) {
@@ -88,7 +100,7 @@ bool fImage::LoadUndoBits(const QString& file) {
 void fImage::JumpToHistory(int32_t index) {
     if (index == history_->HistoryPosition - 1) return;
     const QString file = QString::fromStdString(history_->SlotFileName(index).string());
-    if (HistoryList* list = historyList()) list->MovePointer(index);
+    if (HistoryList* list = listShowing(history_->HistoryId)) list->MovePointer(index);
     LoadUndoBits(file);
     history_->JumpedTo(index);
 }

@@ -308,6 +308,10 @@ TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {
     // Another document becomes active: the list is rebuilt from its captions; back again.
     fImage* other = makeDocument(host, numbered(4, 1), 100, 100);
     other->SaveUndoBits("Original");
+    // Its first save leaves the list of the document shown alone.
+    EXPECT_EQ(list->EntryCount(), 3);
+    EXPECT_EQ(list->EntryCaption(2), "Stamp");
+    EXPECT_EQ(list->PointerIndex(), 2);
     other->Form_Activate();
     EXPECT_EQ(list->OwnerId, other->HistoryId());
     EXPECT_EQ(list->EntryCount(), 1);

@@ -60,7 +60,8 @@ ImageFileResult LoadImageFile(const std::string& path, const std::string& extens
 // The platform picture loader for gif, wmf, emf, dib and bmp: Qt for the raster files,
 // libwmf for WMF, libemf2svg + Qt SVG for EMF, metafiles rendered at their own size on
 // white. Fills the load state like `LoadImageFile` (LoadedBpp is the file's own depth for
-// raster files, 24 for metafiles). Any other extension is the load error.
+// raster files, 24 for metafiles). Any other extension is the load error. EMF needs a
+// QGuiApplication (an offscreen one will do); without one it is the load error.
 ImageFileResult LoadPictureFile(const std::string& path, const std::string& extension);
 
 // True for the extensions that `loadBitmap` takes through `LoadPictureFile`.
@@ -70,7 +71,8 @@ bool IsPictureExtension(const std::string& extension);
 // Writes channels 0..2 of `picture` (W x H, guard band ignored) to `path` in the format of
 // `extension` (lower-cased first). png, jpg/jpeg (best quality), bmp, tif/tiff, tga/vda/
 // vst/icb/targa and ppm are written 24-bit by FreeImage; pbm and pgm as 8-bit grey PNM;
-// psd, sgi/bw/rgb/rgba, raw and pcx through a BMP work file converted by DevIL.
+// psd, sgi/bw/rgb/rgba, raw and pcx through a BMP work file (`TempBitmapName`) converted
+// by DevIL; that work file is removed after the save.
 // "gif" writes no file (the gif writer is the Optimize box's) and reports success.
 // Any other extension, an empty picture or a failed write is the save error.
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,

@@ -6,6 +6,7 @@
 #include "imagefile/imagefile.h"
 
 #include <QFile>
+#include <QGuiApplication>
 #include <QImage>
 #include <QImageReader>
 #include <QPainter>
@@ -140,6 +141,8 @@ QSize emfFrameSize(const std::string& path) {
 }
 
 ImageFileResult loadEmf(const std::string& path) {
+    // Drawing the SVG may draw text, which needs the fonts of a GUI application.
+    if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance())) return loadFailed();
     const QSize size = emfFrameSize(path);
     if (!size.isValid()) return loadFailed();
     const std::string temp = TempLoadName();

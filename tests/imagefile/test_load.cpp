@@ -308,6 +308,15 @@ TEST(LoadPictureFile, MetafilesAtTheirOwnSize) {
     EXPECT_EQ(rgbAt(LoadedBitmap, 155, 57), (std::vector<int>{0, 160, 0}));
 }
 
+TEST(LoadImageFile, AMissingHelperIsAFailedLoad) {
+    SetDevilHelperPath("/nonexistent/ostrivex-devil");
+    ImageFileResult r = LoadImageFile(dataFile("rose.ppm"), "ppm");
+    SetDevilHelperPath("");
+    EXPECT_FALSE(r.ok);
+    EXPECT_EQ(r.message, "Unexpected error loading image");
+    EXPECT_TRUE(LoadImageFile(dataFile("rose.ppm"), "ppm").ok);
+}
+
 TEST(TempFolder, IsPrivateAndHoldsTheFixedNames) {
     const std::string folder = TempFolder();
     ASSERT_FALSE(folder.empty());

@@ -47,6 +47,8 @@ std::vector<Shape> shapesFor(int w, int h) {
         if (w / 2 - d >= 0) diamond.push_back({d, y, std::max(d + 1, w - d), y + 1});
     }
     s.push_back({"disc", false, Region::fromRects(disc)});
+    s.push_back({"ellipse", false, Region::ellipse(0, 0, w, h)});
+    s.push_back({"triangle", false, Region::polygon({{0, 0}, {w, h / 2}, {w / 3, h}})});
     s.push_back({"diamond", false, Region::fromRects(diamond)});
     s.push_back({"inverted", false,
                  Region::rect(0, 0, w, h).subtracted(Region::rect(w / 3, h / 3, w - w / 3, h - h / 3))});

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <functional>
 
@@ -95,6 +96,30 @@ TEST(Tone, ReductionRoundsHalfToEven) {
     const Bits hundred = makeBits(2, 1, {{149, 150, 250, 0}, {251, 49, 50, 0}});
     EXPECT_TRUE(sameBits(makeBits(2, 1, {{100, 200, 200, 0}, {255, 0, 0, 0}}),
                          run(hundred, [](cBitFilter& f) { return f.Reduction(99); })));
+}
+
+TEST(Tone, ChannelTablesOnLongRows) {
+    // Rows of 101 pixels take the wide paths of the table filters as well as their tails;
+    // every byte must follow the per-byte rule, and the marker byte must stay.
+    const Bits src = patternBits(101, 3, 12);
+    const Bits reduced = run(src, [](cBitFilter& f) { return f.Reduction(1); });
+    const Bits dark = run(src, [](cBitFilter& f) { return f.GammaCorrection(-50); });
+    const Bits bright = run(src, [](cBitFilter& f) { return f.BRIGHTNESS(-77); });
+    for (int y = 0; y < 3; ++y)
+        for (int x = 0; x < 101; ++x) {
+            for (int c = 0; c < 3; ++c) {
+                const int v = src(c, x, y);
+                // n = 2: v / 2 rounded to even, times 2, at most 255.
+                const int half = v / 2 + ((v % 4) == 3 ? 1 : 0);
+                ASSERT_EQ(reduced(c, x, y), std::min(255, half * 2)) << x << "," << y;
+                // g = 0.5: v^2 / 255 rounded (no ties: 255 does not divide 2 v^2 + 255).
+                ASSERT_EQ(dark(c, x, y), (2 * v * v + 255) / 510) << x << "," << y;
+                ASSERT_EQ(bright(c, x, y), std::max(0, v - 77)) << x << "," << y;
+            }
+            ASSERT_EQ(reduced(3, x, y), src(3, x, y));
+            ASSERT_EQ(dark(3, x, y), src(3, x, y));
+            ASSERT_EQ(bright(3, x, y), src(3, x, y));
+        }
 }
 
 TEST(Tone, GammaCorrection) {

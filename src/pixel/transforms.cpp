@@ -112,7 +112,7 @@ bool haveAvx2() {
 // Turns the 8 x 8 pixels at source (c0, r0): source row r0 + i becomes output column
 // r0 + i, source column c0 + j output row ws - 1 - c0 - j (`dst` points at output
 // (r0, ws - 1 - c0), `dstStride` is the output's row step).
-__attribute__((target("avx2"))) inline void turnBlock8(const uint8_t* src, size_t srcStride,
+__attribute__((target("avx2"), always_inline)) inline void turnBlock8(const uint8_t* src, size_t srcStride,
                                                        uint8_t* dst, size_t dstStride) {
     __m256i r[8];
     for (int i = 0; i < 8; ++i)

@@ -198,6 +198,28 @@ void fImage::fillHeader() {
     BitmapHeader.biHeight = -(bits_.height() + 4);
 }
 
+void fImage::SetBits(const Bits& b) {
+    if (pictureExists_ && b.width() == bits_.width() && b.height() == bits_.height()) {
+        bits_ = b; // same size: reuses the buffer's memory
+        return;
+    }
+    SetBits(Bits(b));
+}
+
+void fImage::SetBits(Bits&& b) {
+    const bool resized = !pictureExists_ || b.width() != bits_.width() || b.height() != bits_.height();
+    bits_ = std::move(b);
+    if (!resized) return;
+    if (bits_.empty() || bits_.width() < 1 || bits_.height() < 1) {
+        Clear();
+        return;
+    }
+    fillHeader();
+    PictureRect = Rect{0, 0, bits_.width(), bits_.height()};
+    pictureExists_ = true;
+    UserControl_Resize();
+}
+
 void fImage::PPicture(const QImage& picture) {
     if (picture.isNull()) {
         Clear();

@@ -87,9 +87,11 @@ public:
     // `Bits` read: a copy (empty while no picture).
     Bits GetBits() const { return pictureExists_ ? bits_ : Bits(); }
     const Bits& bits() const { return bits_; }
-    // `Bits` write: replaces the buffer, no redraw.
-    void SetBits(const Bits& b) { bits_ = b; }
-    void SetBits(Bits&& b) { bits_ = std::move(b); }
+    // `Bits` write: replaces the buffer, no redraw. A buffer of another size (a transform's
+    // result) also resizes the document as CreateBlank does, region untouched, and then
+    // the scroll layout runs (which repaints).
+    void SetBits(const Bits& b);
+    void SetBits(Bits&& b);
     // `PPicture` set: the picture's pixels become `Bits`; a null image clears.
     void PPicture(const QImage& picture);
     // `SetPicture`: as PPicture; with saveUndo the state goes to the history under

@@ -215,6 +215,16 @@ TEST(fImage, PictureReadsPixelsAndClears) {
     doc->SetPicture(composite, false);
     EXPECT_EQ(doc->HistoryPosition(), 2);
 
+    // A buffer of another size resizes the document; the region stays.
+    doc->RegionMain = Region::rect(0, 0, 1, 1);
+    doc->SetBits(numbered(5, 4));
+    EXPECT_EQ(doc->PictureWidth(), 5);
+    EXPECT_EQ(doc->PictureHeight(), 4);
+    EXPECT_EQ(doc->BitmapHeader.biHeight, -8);
+    EXPECT_EQ(doc->PictureRect, (Rect{0, 0, 5, 4}));
+    EXPECT_EQ(doc->RegionMain.bounds(), (Rect{0, 0, 1, 1}));
+    EXPECT_EQ(doc->GetBits(), numbered(5, 4));
+
     doc->PPicture(QImage());
     EXPECT_FALSE(doc->PictureExists());
     EXPECT_EQ(doc->PictureHeight(), 0);

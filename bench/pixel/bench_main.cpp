@@ -2,6 +2,8 @@
 // ratio of each benchmark to BM_Memcpy at the same image size.
 #include "bench_common.h"
 
+#include "pixel/allocator.h"
+
 #include <algorithm>
 #include <chrono>
 #include <cstdio>
@@ -124,6 +126,7 @@ private:
 } // namespace
 
 int main(int argc, char** argv) {
+    ostrivex::TuneAllocatorForImages();
     benchmark::Initialize(&argc, argv);
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     for (auto [w, h] : {std::pair{6000, 4000}, std::pair{2000, 1500}}) {

@@ -67,6 +67,11 @@ ImageFileResult LoadPictureFile(const std::string& path, const std::string& exte
 // True for the extensions that `loadBitmap` takes through `LoadPictureFile`.
 bool IsPictureExtension(const std::string& extension);
 
+// The load that a document is made from: `LoadPictureFile` for gif, wmf, emf and dib,
+// `LoadImageFile` for everything else (bmp included: both loaders read it alike). "olf" is
+// not a picture (the layered file reader makes that document) and is the load error here.
+ImageFileResult LoadDocumentImage(const std::string& path, const std::string& extension);
+
 // --- Saving ----------------------------------------------------------------------------
 // Writes channels 0..2 of `picture` (W x H, guard band ignored) to `path` in the format of
 // `extension` (lower-cased first). png, jpg/jpeg (best quality), bmp, tif/tiff, tga/vda/

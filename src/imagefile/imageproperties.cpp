@@ -200,8 +200,7 @@ ImagePropertiesText ImageProperties(const std::string& path, const std::string& 
     t.attribute = AttributeText(attributes);
 
     SavedLoadState saved;
-    const ImageFileResult r = IsPictureExtension(ext) && ext != "bmp" ? LoadPictureFile(path, ext)
-                                                                      : LoadImageFile(path, ext);
+    const ImageFileResult r = LoadDocumentImage(path, ext);
     if (r.ok) {
         t.width = std::to_string(LoadedWidth);
         t.height = std::to_string(LoadedHeight);

@@ -107,8 +107,7 @@ void OpenImageDialog::ShowPreview(const QString& path) {
         caption_->setText(QString::fromStdString(SizeText(uint64_t(info.size()))));
         return;
     }
-    const bool picture = IsPictureExtension(ext) && ext != "bmp";
-    const ImageFileResult r = picture ? LoadPictureFile(file, ext) : LoadImageFile(file, ext);
+    const ImageFileResult r = LoadDocumentImage(file, ext);
     if (!r.ok) return;
     previewLoaded_ = true;
     preview_->setPixmap(previewPixmap(LoadedBitmap));

@@ -178,6 +178,12 @@ bool IsPictureExtension(const std::string& extension) {
     return ext == "gif" || ext == "wmf" || ext == "emf" || ext == "dib" || ext == "bmp";
 }
 
+ImageFileResult LoadDocumentImage(const std::string& path, const std::string& extension) {
+    const std::string ext = LowerExtension(extension);
+    if (IsPictureExtension(ext) && ext != "bmp") return LoadPictureFile(path, ext);
+    return LoadImageFile(path, ext);
+}
+
 ImageFileResult LoadPictureFile(const std::string& path, const std::string& extension) {
     const std::string ext = LowerExtension(extension);
     if (!QFile::exists(QString::fromStdString(path))) return loadFailed();

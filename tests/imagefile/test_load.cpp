@@ -7,12 +7,6 @@
 namespace ostrivex::test {
 namespace {
 
-// Loads `path` through the loader that the extension belongs to.
-ImageFileResult load(const std::string& path, const std::string& ext) {
-    return IsPictureExtension(ext) && LowerExtension(ext) != "bmp" ? LoadPictureFile(path, ext)
-                                                                   : LoadImageFile(path, ext);
-}
-
 Bits roseReference() {
     EXPECT_TRUE(LoadImageFile(dataFile("rose.ppm"), "ppm").ok);
     EXPECT_EQ(LoadedWidth, 70);
@@ -116,7 +110,9 @@ TEST(LoadImageFile, FilesWrittenByImageMagick) {
         ASSERT_TRUE(imageMagick("-depth 8 " + source + " " + c.target + out));
         ImageFileResult r = LoadImageFile(out, c.ext);
         ASSERT_TRUE(r.ok) << r.message;
-        if (c.bpp > 0) EXPECT_EQ(LoadedBpp, c.bpp);
+        if (c.bpp > 0) {
+            EXPECT_EQ(LoadedBpp, c.bpp);
+        }
         if (std::string(c.ext) == "dds") {
             EXPECT_EQ(LoadedWidth, 4);
             EXPECT_EQ(LoadedHeight, 3);
@@ -160,7 +156,7 @@ TEST(LoadImageFile, DevilCrashesAreFailedLoads) {
     ScratchDir dir;
     writeText(dir.file("four.ppm"), "P3\n2 2\n255\n255 0 0\n0 255 0\n0 0 255\n255 255 255\n");
     ASSERT_TRUE(imageMagick(dir.file("four.ppm") + " xpm:" + dir.file("four.xpm")));
-    for (const std::string path : {dataFile("devil-crash.pic"), dir.file("four.xpm")}) {
+    for (const std::string& path : {dataFile("devil-crash.pic"), dir.file("four.xpm")}) {
         SCOPED_TRACE(path);
         ASSERT_TRUE(LoadImageFile(dataFile("rose.ppm"), "ppm").ok);
         ImageFileResult r = LoadImageFile(path, ExtensionOf(path));
@@ -276,6 +272,14 @@ TEST(LoadPictureFile, RasterFilesThroughThePlatformLoader) {
     ASSERT_TRUE(LoadPictureFile(dir.file("t.gif"), "gif").ok);
     EXPECT_EQ(rgbAt(LoadedBitmap, 0, 0), (std::vector<int>{255, 0, 0}));
     EXPECT_EQ(rgbAt(LoadedBitmap, 1, 0), (std::vector<int>{255, 255, 255}));
+
+    // The document's load picks the loader by the extension.
+    ASSERT_TRUE(LoadDocumentImage(dir.file("p.GIF"), "GIF").ok);
+    EXPECT_EQ(LoadedBpp, 4);
+    ASSERT_TRUE(LoadDocumentImage(dataFile("rose.sgi"), "sgi").ok);
+    EXPECT_EQ(LoadedWidth, 70);
+    EXPECT_EQ(LoadDocumentImage(dir.file("p.gif"), "olf").message,
+              "Unexpected error loading image");
 
     EXPECT_TRUE(IsPictureExtension("GIF"));
     EXPECT_TRUE(IsPictureExtension("dib"));

@@ -11,6 +11,8 @@
 #include <QCoreApplication>
 #include <QFileInfo>
 
+#include <exception>
+
 namespace ostrivex {
 
 std::function<fImage*(const QString&)> DocumentFiles::OpenLayeredFile;
@@ -66,7 +68,12 @@ fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
     const QString ext = extension.toLower();
     if (ext == "olf") {
         fImage* doc = DocumentFiles::OpenLayeredFile ? DocumentFiles::OpenLayeredFile(path) : nullptr;
-        return doc ? doc : loadFailed();
+        if (!doc) return loadFailed();
+        // Layered files join the recent list too (its entries test for "olf").
+        AddRecentFile(path.toStdString());
+        if (host) host->FillRecent();
+        SetFieldText(Settings.OpenFolder, FolderOf(path).toStdString());
+        return doc;
     }
     if (IsPictureExtension(ext.toStdString()) &&
         !LoadPictureFile(path.toStdString(), ext.toStdString()).ok)
@@ -74,13 +81,21 @@ fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
     if (LoadedBitmap.empty() || LoadedBitmap.width() < 1 || LoadedBitmap.height() < 1)
         return loadFailed();
 
-    auto* doc = new fImage;
-    doc->BeginDocument(path);
-    doc->PBits(LoadedBitmap);
-    doc->FileName = path;
-    doc->FileExtension = ext;
-    // The state shown at open is the first undo level.
-    doc->SaveUndoBits(QStringLiteral("Original"));
+    // Any failure while the document is made (a buffer too large to allocate) ends in the
+    // load error, with no document left behind.
+    fImage* doc = nullptr;
+    try {
+        doc = new fImage;
+        doc->BeginDocument(path);
+        doc->PBits(LoadedBitmap);
+        doc->FileName = path;
+        doc->FileExtension = ext;
+        // The state shown at open is the first undo level.
+        doc->SaveUndoBits(QStringLiteral("Original"));
+    } catch (const std::exception&) {
+        delete doc;
+        return loadFailed();
+    }
     if (host) host->AddDocumentWindow(doc);
 
     // The Optimize Box previews the current image from its BMP work file.

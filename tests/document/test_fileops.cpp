@@ -186,10 +186,16 @@ TEST(DocumentFiles, AFileNoLoaderServesEndsInTheErrorMessage) {
     EXPECT_TRUE(host.docs.empty());
     EXPECT_EQ(FieldText(Settings.RecentFiles[0]), "");
 
-    // An olf file without the layered reader fails the same way.
+    // An olf file without the layered reader fails the same way; with it, the reader
+    // makes the document and the file joins the recent list.
     dialogs.informed.clear();
     EXPECT_EQ(loadBitmap(dir + "/y.olf", "olf", false), nullptr);
     EXPECT_EQ(dialogs.informed, QStringList{"Ostrivex|Unexpected error loading image"});
+    fImage layered;
+    DocumentFiles::OpenLayeredFile = [&](const QString&) { return &layered; };
+    EXPECT_EQ(loadBitmap(dir + "/y.olf", "OLF", false), &layered);
+    EXPECT_EQ(FieldText(Settings.RecentFiles[0]), (dir + "/y.olf").toStdString());
+    DocumentFiles::OpenLayeredFile = nullptr;
 
     // A trailing terminator from the dialog is cut when the name does not exist.
     dialogs.informed.clear();

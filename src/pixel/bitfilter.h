@@ -65,8 +65,9 @@ public:
     // [transforms] Size changes and placements. The Bits* operations read `source`
     // (which may be the object's own buffer), make a new zeroed buffer of the new size,
     // and set last column, last row and image rectangle to it; the region is left alone.
-    // Cuts the rectangle intersected with the image rectangle (a rectangle with reversed
-    // edges has no area, so the result is 0 x 0, as is one outside the image);
+    //
+    // BitsCrop cuts the rectangle intersected with the image rectangle (a rectangle with
+    // reversed edges has no area, so the result is 0 x 0, as is one outside the image);
     // all four channels are copied and Progress(100) is raised once. Throws
     // std::out_of_range, with the object unchanged, when the object's image rectangle
     // reaches past the source's pixel array.
@@ -89,7 +90,9 @@ public:
     // (0x00BBGGRR, -1 for none) and targets outside the region are skipped.
     Bits TileMask(const Bits& tile, int32_t left, int32_t top, bool repeat, int32_t opacity,
                   int32_t key);
-    // ROTATE with bilinear sampling of the source position.
+    // ROTATE with bilinear sampling of the source position; a neighbour outside the region
+    // counts as what ROTATE writes for an outside source (black with cleanBack, else the
+    // output pixel's old value), so the rim of the turned picture is smoothed as well.
     Bits RotateSmooth(int32_t degrees, bool cleanBack);
 
     // --- Tone and colour filters (tone*.cpp) -----------------------------------------

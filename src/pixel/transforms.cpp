@@ -1,9 +1,10 @@
 // Crops, the quarter turn, the mirror, the tile placement and the smooth rotation.
 //
-// The operations that make a new size write into the object's own buffer storage when the
-// source is another Bits: the buffer is discarded anyway, and reusing its memory spares the
-// page faults of a fresh allocation of the same size (which cost more than the copy itself
-// on large images). When the source is the object's own buffer, a new buffer is made.
+// The quarter turn (and the scaling, in transforms_resample.cpp) writes into the object's
+// own buffer storage when the source is another Bits: the buffer is discarded anyway, and
+// reusing its memory spares the page faults of a fresh allocation of the same size, which
+// cost more than the turn itself on large images. When the source is the object's own
+// buffer, a new buffer is made. The crops make a new, smaller buffer.
 #include "pixel/bitfilter.h"
 #include "pixel/transforms_simd.h"
 #include "pixel/vbmath.h"
@@ -43,13 +44,6 @@ Rect intersectRect(const Rect& a, const Rect& b) {
 }
 
 } // namespace
-
-// The buffer that a new-size operation writes: the object's own storage, cleared to the
-// new size, unless the source is that very buffer.
-#define OSTRIVEX_TARGET_BUFFER(target, fresh, source, w, h)                                        \
-    Bits fresh;                                                                                    \
-    Bits& target = (&(source) == &buffer_) ? fresh : buffer_;                                      \
-    target.reset((w), (h))
 
 void cBitFilter::BitsCrop(const Bits& source, int32_t left, int32_t top, int32_t right,
                           int32_t bottom) {
@@ -112,8 +106,8 @@ bool haveAvx2() {
 // Turns the 8 x 8 pixels at source (c0, r0): source row r0 + i becomes output column
 // r0 + i, source column c0 + j output row ws - 1 - c0 - j (`dst` points at output
 // (r0, ws - 1 - c0), `dstStride` is the output's row step).
-__attribute__((target("avx2"), always_inline)) inline void turnBlock8(const uint8_t* src, size_t srcStride,
-                                                       uint8_t* dst, size_t dstStride) {
+__attribute__((target("avx2"), always_inline)) inline void
+turnBlock8(const uint8_t* src, size_t srcStride, uint8_t* dst, size_t dstStride) {
     __m256i r[8];
     for (int i = 0; i < 8; ++i)
         r[i] = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(src + srcStride * size_t(i)));
@@ -179,7 +173,10 @@ SimdLevel simdLevel() {
 void cBitFilter::BitsRotate90(const Bits& source) {
     const int32_t ws = source.width(), hs = source.height();
     const int32_t w = hs, h = ws; // the new size
-    OSTRIVEX_TARGET_BUFFER(out, fresh, source, w, h);
+    // The output goes into the object's own storage unless the source is that buffer.
+    Bits fresh;
+    Bits& out = (&source == &buffer_) ? fresh : buffer_;
+    out.reset(w, h);
     lastColumn_ = w - 1;
     lastRow_ = h - 1;
     image_ = {0, 0, w, h};
@@ -207,8 +204,8 @@ void cBitFilter::BitsRotate90(const Bits& source) {
     finishProgress();
 }
 
-#undef OSTRIVEX_TARGET_BUFFER
-
+// Colour moves, channel 3 stays: like the filters, Flip writes channels 0 to 2 of a copy,
+// so the markers of channel 3 keep their places.
 Bits cBitFilter::Flip(bool horizontal, bool vertical) {
     Bits out = buffer_;
     const int32_t w = lastColumn_ + 1, h = lastRow_ + 1;

@@ -60,8 +60,8 @@ void saturatingOffset(const uint8_t* s, uint8_t* p, int32_t n, const uint8_t add
 // AVX-512 VBMI, 16 pixels go through the table at once (two 128-byte lookups chosen by
 // the index's top bit); elsewhere, and for the tail, the plain loop.
 #if defined(__x86_64__)
-__attribute__((target("avx512f,avx512bw,avx512vbmi"))) int32_t mapSameTableWide(
-    const uint8_t* s, uint8_t* p, int32_t n, const uint8_t* m) {
+__attribute__((target("avx512f,avx512bw,avx512vbmi"))) int32_t
+mapSameTableWide(const uint8_t* s, uint8_t* p, int32_t n, const uint8_t* m) {
     const __m512i t0 = _mm512_loadu_si512(m), t1 = _mm512_loadu_si512(m + 64);
     const __m512i t2 = _mm512_loadu_si512(m + 128), t3 = _mm512_loadu_si512(m + 192);
     const __mmask64 colour = 0x7777777777777777ull; // bytes 0..2 of every pixel
@@ -91,7 +91,8 @@ void mapSameTable(const uint8_t* s, uint8_t* p, int32_t n, const uint8_t* m) {
 struct MeanTable {
     std::array<uint8_t, 766> t{};
     MeanTable() {
-        for (int32_t i = 0; i < 766; ++i) t[size_t(i)] = uint8_t(i / 3);
+        for (int32_t i = 0; i < 766; ++i)
+            t[size_t(i)] = uint8_t(i / 3);
     }
     uint8_t operator[](int32_t i) const { return t[size_t(i)]; }
 };
@@ -140,8 +141,8 @@ inline int32_t limitByte(int32_t c) {
     return lo > 255 ? 255 : lo;
 }
 // One round over a group of pixels (plain selects, so that it runs as vector code).
-template <int32_t N> void spillRounds(int32_t* __restrict bs, int32_t* __restrict gs,
-                                      int32_t* __restrict rs) {
+template <int32_t N>
+void spillRounds(int32_t* __restrict bs, int32_t* __restrict gs, int32_t* __restrict rs) {
     for (int32_t i = 0; i < N; ++i) {
         int32_t b = bs[i], g = gs[i], r = rs[i];
         // If none is above 0 all turn 0; if none is below 255 all turn 255.
@@ -208,9 +209,8 @@ Bits cBitFilter::BRIGHTNESS(int32_t level) {
     const uint8_t up = uint8_t(std::clamp(level, 0, 255));
     const uint8_t down = uint8_t(std::clamp(-level, 0, 255));
     const uint8_t add[3] = {up, up, up}, sub[3] = {down, down, down};
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        saturatingOffset(s, p, n, add, sub);
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { saturatingOffset(s, p, n, add, sub); });
 }
 
 Bits cBitFilter::ShiftRGB(int32_t red, int32_t green, int32_t blue) {
@@ -220,14 +220,14 @@ Bits cBitFilter::ShiftRGB(int32_t red, int32_t green, int32_t blue) {
         add[c] = uint8_t(std::clamp(levels[c], 0, 255));
         sub[c] = uint8_t(std::clamp(-levels[c], 0, 255));
     }
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        saturatingOffset(s, p, n, add, sub);
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { saturatingOffset(s, p, n, add, sub); });
 }
 
 Bits cBitFilter::Invert() {
     return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        for (int32_t i = 0; i < n; ++i) store32(p + 4 * i, load32(s + 4 * i) ^ 0x00FFFFFFu);
+        for (int32_t i = 0; i < n; ++i)
+            store32(p + 4 * i, load32(s + 4 * i) ^ 0x00FFFFFFu);
     });
 }
 
@@ -283,9 +283,8 @@ Bits cBitFilter::Reduction(int32_t level) {
     ByteTable m{};
     for (int32_t i = 0; i < 256; ++i)
         m[size_t(i)] = uint8_t(std::min(255, vbRound(double(i) / n) * n));
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        mapSameTable(s, p, n, m.data());
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { mapSameTable(s, p, n, m.data()); });
 }
 
 Bits cBitFilter::GammaCorrection(int32_t gamma) {
@@ -299,9 +298,8 @@ Bits cBitFilter::GammaCorrection(int32_t gamma) {
             m[size_t(i)] = v;
         }
     } // else every channel turns 0: the table stays zero
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        mapSameTable(s, p, n, m.data());
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { mapSameTable(s, p, n, m.data()); });
 }
 
 Bits cBitFilter::Contrast(int32_t level) {
@@ -323,7 +321,8 @@ Bits cBitFilter::Contrast(int32_t level) {
 
     const float f = float((level + 100) / 100.0);
     std::array<int32_t, 256> m{}; // not clamped
-    for (int32_t i = 0; i < 256; ++i) m[size_t(i)] = vbRound((i - mean) * double(f) + mean);
+    for (int32_t i = 0; i < 256; ++i)
+        m[size_t(i)] = vbRound((i - mean) * double(f) + mean);
 
     // Then each pixel's b, g, r = M[B], M[G], M[R], and while any of them lies outside
     // 0..255 the overflow is spread over the other two so that the hue holds (spillRound).
@@ -346,16 +345,17 @@ Bits cBitFilter::Equalize() {
         for (int32_t start = 0; start < w; start += kLumChunk) {
             const int32_t m = std::min(kLumChunk, w - start);
             weightedRound<113, 586, 301>(p + 4 * start, m, lum);
-            for (int32_t i = 0; i < m; ++i) ++parts[size_t(i & 3)][lum[i]];
+            for (int32_t i = 0; i < m; ++i)
+                ++parts[size_t(i & 3)][lum[i]];
         }
     }
     std::array<int64_t, 256> hist{};
-    for (size_t v = 0; v < 256; ++v) hist[v] = parts[0][v] + parts[1][v] + parts[2][v] + parts[3][v];
+    for (size_t v = 0; v < 256; ++v)
+        hist[v] = parts[0][v] + parts[1][v] + parts[2][v] + parts[3][v];
     if (int64_t(w) * h == 0) {
         // No pixel: the median walk would run off the histogram. Nothing to change.
-        return pointFilter([](const uint8_t* s, uint8_t* p, int32_t n) {
-            std::memcpy(p, s, size_t(n) * 4u);
-        });
+        return pointFilter(
+            [](const uint8_t* s, uint8_t* p, int32_t n) { std::memcpy(p, s, size_t(n) * 4u); });
     }
     // The median: the first i whose running sum passes half the pixel count, moved one
     // down when less than half of its own entries are needed to pass.
@@ -379,9 +379,8 @@ Bits cBitFilter::Equalize() {
             toByte(c * double(low), v);
         m[size_t(c)] = v;
     }
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        mapSameTable(s, p, n, m.data());
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { mapSameTable(s, p, n, m.data()); });
 }
 
 // The statistics read the whole image and raise no Progress.

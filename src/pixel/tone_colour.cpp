@@ -20,7 +20,8 @@ namespace {
 // Keeps the channels whose mask byte is 0xFF and zeroes the others (channel 3 kept).
 void maskChannels(const uint8_t* s, uint8_t* p, int32_t n, uint32_t keep) {
     keep |= kMarkerMask;
-    for (int32_t i = 0; i < n; ++i) store32(p + 4 * i, load32(s + 4 * i) & keep);
+    for (int32_t i = 0; i < n; ++i)
+        store32(p + 4 * i, load32(s + 4 * i) & keep);
 }
 
 } // namespace
@@ -28,18 +29,16 @@ void maskChannels(const uint8_t* s, uint8_t* p, int32_t n, uint32_t keep) {
 Bits cBitFilter::KillChannel(bool red, bool green, bool blue) {
     const uint32_t keep =
         (blue ? 0u : 0x0000FFu) | (green ? 0u : 0x00FF00u) | (red ? 0u : 0xFF0000u);
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        maskChannels(s, p, n, keep);
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { maskChannels(s, p, n, keep); });
 }
 
 Bits cBitFilter::SpecialColors(int32_t red, int32_t green, int32_t blue) {
     // -1 (true) keeps the channel; anything else clears it.
     const uint32_t keep = (blue == -1 ? 0x0000FFu : 0u) | (green == -1 ? 0x00FF00u : 0u) |
                           (red == -1 ? 0xFF0000u : 0u);
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        maskChannels(s, p, n, keep);
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { maskChannels(s, p, n, keep); });
 }
 
 Bits cBitFilter::ISOLATE(uint32_t colour, uint32_t backColour, int32_t tolerance) {
@@ -93,7 +92,8 @@ inline __attribute__((always_inline)) void blendBody(const uint8_t* s, uint8_t* 
         __builtin_memcpy(&v, s + 4 * i, 4);
         const int32_t b = int32_t(v & 255u), g = int32_t((v >> 8) & 255u),
                       r = int32_t((v >> 16) & 255u);
-        const int32_t d = (b - q.b1) * (b - q.b1) + (g - q.g1) * (g - q.g1) + (r - q.r1) * (r - q.r1);
+        const int32_t d =
+            (b - q.b1) * (b - q.b1) + (g - q.g1) * (g - q.g1) + (r - q.r1) * (r - q.r1);
         // k = 1 - d / t, held as a single.
         const double k = double(float(1.0 - double(d) / double(q.t)));
         bool take;
@@ -125,15 +125,15 @@ inline __attribute__((always_inline)) void blendBody(const uint8_t* s, uint8_t* 
 }
 
 __attribute__((target_clones("avx2", "default"))) void replaceRun(const uint8_t* s, uint8_t* p,
-                                                                   int32_t n, const BlendSpec& q) {
+                                                                  int32_t n, const BlendSpec& q) {
     blendBody<BlendKind::Replace>(s, p, n, q);
 }
 __attribute__((target_clones("avx2", "default"))) void replaceLRun(const uint8_t* s, uint8_t* p,
-                                                                    int32_t n, const BlendSpec& q) {
+                                                                   int32_t n, const BlendSpec& q) {
     blendBody<BlendKind::ReplaceL>(s, p, n, q);
 }
 __attribute__((target_clones("avx2", "default"))) void shiftRun(const uint8_t* s, uint8_t* p,
-                                                                 int32_t n, const BlendSpec& q) {
+                                                                int32_t n, const BlendSpec& q) {
     blendBody<BlendKind::Shift>(s, p, n, q);
 }
 
@@ -184,8 +184,7 @@ void swapChannels(const uint8_t* s, uint8_t* p, int32_t n) {
     for (int32_t i = 0; i < n; ++i) {
         const uint32_t v = load32(s + 4 * i);
         store32(p + 4 * i, (v & kMarkerMask) | ((v >> (8 * S0)) & 255u) |
-                               (((v >> (8 * S1)) & 255u) << 8) |
-                               (((v >> (8 * S2)) & 255u) << 16));
+                               (((v >> (8 * S1)) & 255u) << 8) | (((v >> (8 * S2)) & 255u) << 16));
     }
 }
 } // namespace
@@ -193,12 +192,23 @@ void swapChannels(const uint8_t* s, uint8_t* p, int32_t n) {
 Bits cBitFilter::SwapBanks(int32_t mode) {
     void (*swap)(const uint8_t*, uint8_t*, int32_t) = nullptr;
     switch (mode) {
-    case 1: swap = swapChannels<1, 2, 0>; break; // "RGB2BRG"
-    case 2: swap = swapChannels<2, 0, 1>; break; // "RGB2GBR"
-    case 3: swap = swapChannels<1, 0, 2>; break; // "RGB2RBG"
-    case 4: swap = swapChannels<2, 1, 0>; break; // "RGB2BGR"
-    case 5: swap = swapChannels<0, 2, 1>; break; // "RGB2GRB"
-    default: break; // any other mode leaves every pixel as it is
+    case 1:
+        swap = swapChannels<1, 2, 0>;
+        break; // "RGB2BRG"
+    case 2:
+        swap = swapChannels<2, 0, 1>;
+        break; // "RGB2GBR"
+    case 3:
+        swap = swapChannels<1, 0, 2>;
+        break; // "RGB2RBG"
+    case 4:
+        swap = swapChannels<2, 1, 0>;
+        break; // "RGB2BGR"
+    case 5:
+        swap = swapChannels<0, 2, 1>;
+        break; // "RGB2GRB"
+    default:
+        break; // any other mode leaves every pixel as it is
     }
     return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         if (swap)
@@ -208,9 +218,9 @@ Bits cBitFilter::SwapBanks(int32_t mode) {
     });
 }
 
-Bits cBitFilter::SwapRGB(int32_t redSource, int32_t greenSource, int32_t blueSource,
-                         bool invertRed, bool invertGreen, bool invertBlue, bool killRed,
-                         bool killGreen, bool killBlue) {
+Bits cBitFilter::SwapRGB(int32_t redSource, int32_t greenSource, int32_t blueSource, bool invertRed,
+                         bool invertGreen, bool invertBlue, bool killRed, bool killGreen,
+                         bool killBlue) {
     // Per output channel (blue, green, red): the shift that brings its source byte down,
     // the pattern it is XORed with (inverting) and the mask it is ANDed with (killing).
     // Killing wins over inverting. A source outside the pixel's four bytes fails its read,
@@ -242,13 +252,18 @@ Bits cBitFilter::SwapRGB(int32_t redSource, int32_t greenSource, int32_t blueSou
 namespace {
 
 // byte() of a formula that stays in range for every source byte.
-inline uint32_t roundedByte(double v) { return uint32_t(clampByte(vbRound(v))); }
+inline uint32_t roundedByte(double v) {
+    return uint32_t(clampByte(vbRound(v)));
+}
 
 // The low byte of abs(not(a)), with not the complement of the 32-bit value.
-inline uint32_t retroByte(int32_t a) { return uint32_t(std::abs(~a)) & 255u; }
+inline uint32_t retroByte(int32_t a) {
+    return uint32_t(std::abs(~a)) & 255u;
+}
 
 uint32_t classyPixel(int32_t mode, uint32_t v, const double* atanTable) {
-    const int32_t b = int32_t(v & 255u), g = int32_t((v >> 8) & 255u), r = int32_t((v >> 16) & 255u);
+    const int32_t b = int32_t(v & 255u), g = int32_t((v >> 8) & 255u),
+                  r = int32_t((v >> 16) & 255u);
     uint32_t nb = uint32_t(b), ng = uint32_t(g), nr = uint32_t(r);
     switch (mode) {
     case 0: // "SOFTBLUE"
@@ -306,10 +321,13 @@ namespace {
 template <class Fn> std::vector<uint8_t> pairTable(Fn&& fn) {
     std::vector<uint8_t> t(65536);
     for (uint32_t x = 0; x < 256; ++x)
-        for (uint32_t y = 0; y < 256; ++y) t[x * 256u + y] = uint8_t(fn(int32_t(x), int32_t(y)));
+        for (uint32_t y = 0; y < 256; ++y)
+            t[x * 256u + y] = uint8_t(fn(int32_t(x), int32_t(y)));
     return t;
 }
-inline uint32_t channel(uint32_t v, int c) { return (v >> (8 * c)) & 255u; }
+inline uint32_t channel(uint32_t v, int c) {
+    return (v >> (8 * c)) & 255u;
+}
 inline uint32_t pairAt(const std::vector<uint8_t>& t, uint32_t x, uint32_t y) {
     return t[x * 256u + y];
 }
@@ -318,7 +336,8 @@ inline uint32_t pairAt(const std::vector<uint8_t>& t, uint32_t x, uint32_t y) {
 Bits cBitFilter::ClassyColors(int32_t mode) {
     // atan of the green byte as a plain number, in radians.
     std::array<double, 256> atanTable{};
-    for (int32_t i = 0; i < 256; ++i) atanTable[size_t(i)] = std::atan(double(i));
+    for (int32_t i = 0; i < 256; ++i)
+        atanTable[size_t(i)] = std::atan(double(i));
     // The modes whose channels are formulas of two source bytes read them from tables of
     // those formulas (the sums are commutative, so one table serves both orders).
     auto average = [](int32_t x, int32_t y) { return roundedByte((x * 0.99 + y * 0.99) / 2.0); };
@@ -332,8 +351,8 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
             for (int32_t i = 0; i < n; ++i) {
                 const uint32_t v = load32(s + 4 * i);
                 const uint32_t b = channel(v, 0), g = channel(v, 1), r = channel(v, 2);
-                store32(p + 4 * i, packPixel(v, mode == 0 ? pairAt(soft, b, g) : b,
-                                             pairAt(avg, r, g), g));
+                store32(p + 4 * i,
+                        packPixel(v, mode == 0 ? pairAt(soft, b, g) : b, pairAt(avg, r, g), g));
             }
         });
     }
@@ -351,13 +370,14 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
     }
     case 6: {
         // byte(x / 2 + y / 4): blue from (R, B), green from (G, R), red from (B, G).
-        const auto spot = pairTable([](int32_t x, int32_t y) { return roundedByte(x / 2.0 + y / 4.0); });
+        const auto spot =
+            pairTable([](int32_t x, int32_t y) { return roundedByte(x / 2.0 + y / 4.0); });
         return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
             for (int32_t i = 0; i < n; ++i) {
                 const uint32_t v = load32(s + 4 * i);
                 const uint32_t b = channel(v, 0), g = channel(v, 1), r = channel(v, 2);
-                store32(p + 4 * i, packPixel(v, pairAt(spot, r, b), pairAt(spot, g, r),
-                                             pairAt(spot, b, g)));
+                store32(p + 4 * i,
+                        packPixel(v, pairAt(spot, r, b), pairAt(spot, g, r), pairAt(spot, b, g)));
             }
         });
     }
@@ -371,7 +391,8 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
                 const int32_t b = int32_t(channel(v, 0)), g = int32_t(channel(v, 1)),
                               r = int32_t(channel(v, 2));
                 const int32_t k = int32_t(pairAt(retroK, uint32_t(b), uint32_t(r)));
-                store32(p + 4 * i, packPixel(v, retroByte(g - k), retroByte(r - k), retroByte(b - k)));
+                store32(p + 4 * i,
+                        packPixel(v, retroByte(g - k), retroByte(r - k), retroByte(b - k)));
             }
         });
     }

@@ -43,9 +43,15 @@ inline uint32_t loadPixel(const uint8_t* p) {
     __builtin_memcpy(&v, p, 4);
     return v;
 }
-inline void storePixel(uint8_t* p, uint32_t v) { __builtin_memcpy(p, &v, 4); }
-inline float maxf(float a, float b) { return a > b ? a : b; }
-inline float minf(float a, float b) { return a < b ? a : b; }
+inline void storePixel(uint8_t* p, uint32_t v) {
+    __builtin_memcpy(p, &v, 4);
+}
+inline float maxf(float a, float b) {
+    return a > b ? a : b;
+}
+inline float minf(float a, float b) {
+    return a < b ? a : b;
+}
 
 // Round to nearest, ties to even, for |x| < 2^22: adding 1.5 * 2^23 leaves no fraction
 // bits, so the addition itself rounds (in the default mode, to even).
@@ -112,8 +118,8 @@ inline uint32_t rgbOf(float h, float s, float l, uint32_t v) {
     return (v & 0xFF000000u) | toChannel(b) | (toChannel(g) << 8) | (toChannel(r) << 16);
 }
 
-__attribute__((target_clones("avx2", "default"), optimize("no-trapping-math"))) void rotateHueRun(const uint8_t* s, uint8_t* p, int32_t n,
-                                                                     float shift, float f) {
+__attribute__((target_clones("avx2", "default"), optimize("no-trapping-math"))) void
+rotateHueRun(const uint8_t* s, uint8_t* p, int32_t n, float shift, float f) {
     for (int32_t i = 0; i < n; ++i) {
         const uint32_t v = loadPixel(s + 4 * i);
         const Hsl c = hslOf(v);
@@ -123,8 +129,8 @@ __attribute__((target_clones("avx2", "default"), optimize("no-trapping-math"))) 
     }
 }
 
-__attribute__((target_clones("avx2", "default"), optimize("no-trapping-math"))) void hueSatRun(const uint8_t* p, int32_t n,
-                                                                  float* hue, float* sat) {
+__attribute__((target_clones("avx2", "default"), optimize("no-trapping-math"))) void
+hueSatRun(const uint8_t* p, int32_t n, float* hue, float* sat) {
     for (int32_t i = 0; i < n; ++i) {
         const Hsl c = hslOf(loadPixel(p + 4 * i));
         hue[i] = c.h;
@@ -158,9 +164,8 @@ Bits cBitFilter::COLORIZE(float hue, float saturation, float luminosity) {
         const float l = float(double(sum) / 765.0 * double(luminosity));
         table[size_t(sum)] = packHsl(hue, saturation, l);
     }
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        applySumTable(s, p, n, table.data());
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { applySumTable(s, p, n, table.data()); });
 }
 
 Bits cBitFilter::StretchH(int32_t offset, int32_t saturation, int32_t stretch) {
@@ -177,18 +182,16 @@ Bits cBitFilter::StretchH(int32_t offset, int32_t saturation, int32_t stretch) {
             h = h - 6.0f;
         table[size_t(sum)] = packHsl(h, f, l);
     }
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        applySumTable(s, p, n, table.data());
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { applySumTable(s, p, n, table.data()); });
 }
 
 Bits cBitFilter::RotateH(int32_t offset, int32_t saturation) {
     // 16.67 steps of the slider make one unit of hue (60 degrees).
     const float shift = float(offset / 16.67);
     const float f = float(saturation / 100.0);
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
-        rotateHueRun(s, p, n, shift, f);
-    });
+    return pointFilter(
+        [&](const uint8_t* s, uint8_t* p, int32_t n) { rotateHueRun(s, p, n, shift, f); });
 }
 
 Bits cBitFilter::ReplaceHS(uint32_t colour, uint32_t newColour, int32_t hueTolerance,

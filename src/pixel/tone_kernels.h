@@ -16,7 +16,9 @@ inline uint32_t load32(const uint8_t* p) {
     std::memcpy(&v, p, 4);
     return v;
 }
-inline void store32(uint8_t* p, uint32_t v) { std::memcpy(p, &v, 4); }
+inline void store32(uint8_t* p, uint32_t v) {
+    std::memcpy(p, &v, 4);
+}
 
 // A pixel as one little-endian word: blue in bits 0..7, green 8..15, red 16..23, and the
 // marker byte (channel 3) in 24..31.
@@ -32,8 +34,7 @@ inline void mapChannels(const uint8_t* s, uint8_t* p, int32_t n, const uint8_t* 
                         const uint8_t* mg, const uint8_t* mr) {
     for (int32_t i = 0; i < n; ++i) {
         const uint32_t v = load32(s + 4 * i);
-        store32(p + 4 * i, packPixel(v, mb[v & 255u], mg[(v >> 8) & 255u],
-                                     mr[(v >> 16) & 255u]));
+        store32(p + 4 * i, packPixel(v, mb[v & 255u], mg[(v >> 8) & 255u], mr[(v >> 16) & 255u]));
     }
 }
 
@@ -44,8 +45,7 @@ inline int32_t distanceThreshold(int32_t tolerance) {
 }
 
 // Squared distance of a pixel (b, g, r) to a colour (b1, g1, r1).
-inline int32_t colourDistance(int32_t b, int32_t g, int32_t r, int32_t b1, int32_t g1,
-                              int32_t r1) {
+inline int32_t colourDistance(int32_t b, int32_t g, int32_t r, int32_t b1, int32_t g1, int32_t r1) {
     return (b - b1) * (b - b1) + (g - g1) * (g - g1) + (r - r1) * (r - r1);
 }
 

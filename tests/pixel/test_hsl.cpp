@@ -103,8 +103,8 @@ TEST(Hsl, HslToRgbSectorsRoundingAndNoClamp) {
 }
 
 TEST(Hsl, RoundTripOfPrimariesAndGreys) {
-    const int colours[][3] = {{255, 0, 0},   {0, 255, 0},     {0, 0, 255},   {255, 255, 0},
-                              {0, 255, 255}, {255, 0, 255},   {0, 0, 0},     {255, 255, 255},
+    const int colours[][3] = {{255, 0, 0},   {0, 255, 0},   {0, 0, 255}, {255, 255, 0},
+                              {0, 255, 255}, {255, 0, 255}, {0, 0, 0},   {255, 255, 255},
                               {17, 17, 17},  {51, 102, 204}};
     for (const auto& c : colours) {
         const HslValue v = hsl(c[0], c[1], c[2]);

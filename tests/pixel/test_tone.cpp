@@ -59,13 +59,15 @@ TEST(Tone, InvertGreyScaleAndThreshold) {
                          run(byGrey, [](cBitFilter& f) { return f.GreyScale(); })));
 
     // Means 302 \ 3 = 100 (not above 100) and 303 \ 3 = 101.
-    const Bits t = makeBits(4, 1, {{100, 100, 102, 5}, {100, 100, 103, 6}, {0, 0, 2, 7}, {0, 0, 3, 8}});
-    EXPECT_TRUE(sameBits(makeBits(4, 1, {{0, 0, 0, 5}, {255, 255, 255, 6}, {0, 0, 0, 7}, {0, 0, 0, 8}}),
-                         run(t, [](cBitFilter& f) { return f.Threshold(100); })));
+    const Bits t =
+        makeBits(4, 1, {{100, 100, 102, 5}, {100, 100, 103, 6}, {0, 0, 2, 7}, {0, 0, 3, 8}});
+    EXPECT_TRUE(
+        sameBits(makeBits(4, 1, {{0, 0, 0, 5}, {255, 255, 255, 6}, {0, 0, 0, 7}, {0, 0, 0, 8}}),
+                 run(t, [](cBitFilter& f) { return f.Threshold(100); })));
     // Cut 0: a mean of 0 stays black, a mean of 1 turns white.
-    EXPECT_TRUE(sameBits(makeBits(4, 1, {{255, 255, 255, 5}, {255, 255, 255, 6}, {0, 0, 0, 7},
-                                         {255, 255, 255, 8}}),
-                         run(t, [](cBitFilter& f) { return f.Threshold(0); })));
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 1, {{255, 255, 255, 5}, {255, 255, 255, 6}, {0, 0, 0, 7}, {255, 255, 255, 8}}),
+        run(t, [](cBitFilter& f) { return f.Threshold(0); })));
     // Cut 255: everything black, white included.
     const Bits white = makeBits(1, 1, {{255, 255, 255, 3}});
     EXPECT_TRUE(sameBits(makeBits(1, 1, {{0, 0, 0, 3}}),
@@ -140,26 +142,27 @@ TEST(Tone, GammaCorrection) {
 TEST(Tone, ContrastSpreadsTheOverflowOverTheOtherChannels) {
     // Means 100, 100, (0 + 0 + 255) \ 3 = 85, 115: image mean 400 \ 4 = 100. Level 100
     // gives f = 2 and M[i] = 2 i - 100.
-    const Bits a = makeBits(2, 2, {{100, 100, 100, 1}, {100, 100, 100, 2}, {0, 0, 255, 3},
-                                   {115, 115, 115, 4}});
+    const Bits a = makeBits(
+        2, 2, {{100, 100, 100, 1}, {100, 100, 100, 2}, {0, 0, 255, 3}, {115, 115, 115, 4}});
     // (0, 0, 255) -> b = g = -100, r = 410. Round 1: b spills -50 into g and r
     // (g -150, r 360); g spills -75 (b -75, r 285); r spills 15 (g 15, b -60). Round 2:
     // b spills -30 (g -15, r 225); g spills -7 (b -7, r 218). Round 3: b spills -3
     // (g -3, r 215); g spills -1 (b -1, r 214). Round 4: b spills -1 \ 2 = 0.
-    EXPECT_TRUE(sameBits(makeBits(2, 2, {{100, 100, 100, 1}, {100, 100, 100, 2}, {0, 0, 214, 3},
-                                         {130, 130, 130, 4}}),
-                         run(a, [](cBitFilter& f) { return f.Contrast(100); })));
+    EXPECT_TRUE(sameBits(
+        makeBits(2, 2,
+                 {{100, 100, 100, 1}, {100, 100, 100, 2}, {0, 0, 214, 3}, {130, 130, 130, 4}}),
+        run(a, [](cBitFilter& f) { return f.Contrast(100); })));
 
     // (10, 150, 200): T = 120, so the fourth pixel of mean 80 keeps the image mean at 100.
     // b = -80, g = 200, r = 300: b spills -40 (g 160, r 260), then r spills 2 (g 162, b 2).
-    const Bits b = makeBits(2, 2, {{100, 100, 100, 0}, {100, 100, 100, 0}, {10, 150, 200, 0},
-                                   {80, 80, 80, 0}});
-    EXPECT_TRUE(sameBits(makeBits(2, 2, {{100, 100, 100, 0}, {100, 100, 100, 0}, {2, 162, 255, 0},
-                                         {60, 60, 60, 0}}),
-                         run(b, [](cBitFilter& f) { return f.Contrast(100); })));
+    const Bits b = makeBits(
+        2, 2, {{100, 100, 100, 0}, {100, 100, 100, 0}, {10, 150, 200, 0}, {80, 80, 80, 0}});
+    EXPECT_TRUE(sameBits(
+        makeBits(2, 2, {{100, 100, 100, 0}, {100, 100, 100, 0}, {2, 162, 255, 0}, {60, 60, 60, 0}}),
+        run(b, [](cBitFilter& f) { return f.Contrast(100); })));
     // (60, 100, 200): T = 120; r = 300 spills (300 - 255) \ 2 = 22 into b (20) and g (100).
-    const Bits c = makeBits(2, 2, {{100, 100, 100, 0}, {100, 100, 100, 0}, {60, 100, 200, 0},
-                                   {80, 80, 80, 0}});
+    const Bits c = makeBits(
+        2, 2, {{100, 100, 100, 0}, {100, 100, 100, 0}, {60, 100, 200, 0}, {80, 80, 80, 0}});
     EXPECT_EQ(run(c, [](cBitFilter& f) { return f.Contrast(100); })(0, 0, 1), 42);
     EXPECT_EQ(run(c, [](cBitFilter& f) { return f.Contrast(100); })(1, 0, 1), 122);
 
@@ -173,7 +176,8 @@ TEST(Tone, ContrastSpreadsTheOverflowOverTheOtherChannels) {
     const Region one = Region::rect(1, 1, 2, 2);
     Bits expected = a;
     expected(0, 1, 1) = expected(1, 1, 1) = expected(2, 1, 1) = 100;
-    EXPECT_TRUE(sameBits(expected, run(a, [](cBitFilter& f) { return f.Contrast(-100); }, &one)));
+    EXPECT_TRUE(sameBits(expected, run(
+                                       a, [](cBitFilter& f) { return f.Contrast(-100); }, &one)));
 }
 
 namespace {
@@ -181,7 +185,8 @@ namespace {
 Bits referenceContrast(const Bits& src, int32_t level) {
     int64_t sum = 0;
     for (int y = 0; y < src.height(); ++y)
-        for (int x = 0; x < src.width(); ++x) sum += (src(0, x, y) + src(1, x, y) + src(2, x, y)) / 3;
+        for (int x = 0; x < src.width(); ++x)
+            sum += (src(0, x, y) + src(1, x, y) + src(2, x, y)) / 3;
     const int32_t mean = int32_t(sum / (int64_t(src.width()) * src.height()));
     const float f = float((level + 100) / 100.0);
     Bits out = src;
@@ -193,12 +198,33 @@ Bits referenceContrast(const Bits& src, int32_t level) {
             while (out255(b) || out255(g) || out255(r)) {
                 if (b <= 0 && g <= 0 && r <= 0) b = g = r = 0;
                 if (b >= 255 && g >= 255 && r >= 255) b = g = r = 255;
-                if (b < 0) { g += b / 2; r += b / 2; b = 0; }
-                else if (b > 255) { g += (b - 255) / 2; r += (b - 255) / 2; b = 255; }
-                if (g < 0) { b += g / 2; r += g / 2; g = 0; }
-                else if (g > 255) { b += (g - 255) / 2; r += (g - 255) / 2; g = 255; }
-                if (r < 0) { g += r / 2; b += r / 2; r = 0; }
-                else if (r > 255) { g += (r - 255) / 2; b += (r - 255) / 2; r = 255; }
+                if (b < 0) {
+                    g += b / 2;
+                    r += b / 2;
+                    b = 0;
+                } else if (b > 255) {
+                    g += (b - 255) / 2;
+                    r += (b - 255) / 2;
+                    b = 255;
+                }
+                if (g < 0) {
+                    b += g / 2;
+                    r += g / 2;
+                    g = 0;
+                } else if (g > 255) {
+                    b += (g - 255) / 2;
+                    r += (g - 255) / 2;
+                    g = 255;
+                }
+                if (r < 0) {
+                    g += r / 2;
+                    b += r / 2;
+                    r = 0;
+                } else if (r > 255) {
+                    g += (r - 255) / 2;
+                    b += (r - 255) / 2;
+                    r = 255;
+                }
             }
             out(0, x, y) = uint8_t(b);
             out(1, x, y) = uint8_t(g);
@@ -231,8 +257,8 @@ TEST(Tone, GreyScaleEqualsTheDoubleSumOnEveryColour) {
     int64_t wrong = 0;
     for (int y = 0; y < 4096; ++y)
         for (int x = 0; x < 4096; ++x) {
-            const int v = int(std::nearbyint(src(0, x, y) * 0.071 + src(1, x, y) * 0.707 +
-                                             src(2, x, y) * 0.222));
+            const int v = int(
+                std::nearbyint(src(0, x, y) * 0.071 + src(1, x, y) * 0.707 + src(2, x, y) * 0.222));
             wrong += grey(0, x, y) != v || grey(1, x, y) != v || grey(2, x, y) != v;
         }
     EXPECT_EQ(wrong, 0);
@@ -243,7 +269,8 @@ Bits referenceEqualize(const Bits& src) {
     int64_t hist[256] = {};
     for (int y = 0; y < src.height(); ++y)
         for (int x = 0; x < src.width(); ++x)
-            ++hist[int(std::nearbyint(src(0, x, y) * 0.113 + src(1, x, y) * 0.586 + src(2, x, y) * 0.301))];
+            ++hist[int(std::nearbyint(src(0, x, y) * 0.113 + src(1, x, y) * 0.586 +
+                                      src(2, x, y) * 0.301))];
     const int64_t half = int64_t(src.width()) * src.height() / 2;
     int64_t sum = 0;
     int i = 0;
@@ -272,8 +299,10 @@ TEST(Tone, EqualizeEqualsThePlainFormulaOnRandomImages) {
         // Darken some rows so that the median moves off the middle.
         for (int y = 0; y < 37; y += 2)
             for (int x = 0; x < 61; ++x)
-                for (int c = 0; c < 3; ++c) src(c, x, y) = uint8_t(src(c, x, y) / (seed - 4));
-        EXPECT_TRUE(sameBits(referenceEqualize(src), run(src, [](cBitFilter& f) { return f.Equalize(); })));
+                for (int c = 0; c < 3; ++c)
+                    src(c, x, y) = uint8_t(src(c, x, y) / (seed - 4));
+        EXPECT_TRUE(
+            sameBits(referenceEqualize(src), run(src, [](cBitFilter& f) { return f.Equalize(); })));
     }
 }
 
@@ -282,16 +311,22 @@ TEST(Tone, EqualizeMovesTheMedianTo128) {
     // half = 2; the running sum passes 2 at 100 with 3, and 1 \ 2 = 0 <= 1, so m = 99.
     // high = 127 / 156, low = 127 / 98: 10 -> 12.96, 50 -> 64.80, 100 -> 128.81,
     // 210 -> 218.37, 190 -> 202.08, 200 -> 210.22.
-    const Bits src = makeBits(2, 2, {{10, 10, 10, 1}, {50, 50, 50, 2}, {100, 100, 100, 3},
-                                     {210, 190, 200, 4}});
-    EXPECT_TRUE(sameBits(makeBits(2, 2, {{13, 13, 13, 1}, {65, 65, 65, 2}, {129, 129, 129, 3},
-                                         {218, 202, 210, 4}}),
-                         run(src, [](cBitFilter& f) { return f.Equalize(); })));
+    const Bits src =
+        makeBits(2, 2, {{10, 10, 10, 1}, {50, 50, 50, 2}, {100, 100, 100, 3}, {210, 190, 200, 4}});
+    EXPECT_TRUE(sameBits(
+        makeBits(2, 2, {{13, 13, 13, 1}, {65, 65, 65, 2}, {129, 129, 129, 3}, {218, 202, 210, 4}}),
+        run(src, [](cBitFilter& f) { return f.Equalize(); })));
     // 10, four times 100, three times 200: half = 4, the sum reaches 5 at 100, and
     // 4 \ 2 = 2 > 5 - 4, so m = 100: low = 127 / 99, high = 127 / 155.
-    const Bits second = makeBits(4, 2, {{10, 10, 10, 0}, {100, 100, 100, 0}, {100, 100, 100, 0},
-                                        {100, 100, 100, 0}, {100, 100, 100, 0}, {200, 200, 200, 0},
-                                        {200, 200, 200, 0}, {200, 200, 200, 0}});
+    const Bits second = makeBits(4, 2,
+                                 {{10, 10, 10, 0},
+                                  {100, 100, 100, 0},
+                                  {100, 100, 100, 0},
+                                  {100, 100, 100, 0},
+                                  {100, 100, 100, 0},
+                                  {200, 200, 200, 0},
+                                  {200, 200, 200, 0},
+                                  {200, 200, 200, 0}});
     const Bits eq = run(second, [](cBitFilter& f) { return f.Equalize(); });
     EXPECT_EQ(eq(0, 0, 0), 13);  // 12.83
     EXPECT_EQ(eq(1, 1, 0), 128); // the median itself
@@ -299,7 +334,8 @@ TEST(Tone, EqualizeMovesTheMedianTo128) {
 }
 
 TEST(Tone, LuminanceStatisticsIgnoreTheRegion) {
-    const Bits src = makeBits(2, 2, {{0, 0, 1, 0}, {255, 255, 254, 0}, {10, 20, 30, 0}, {1, 1, 1, 0}});
+    const Bits src =
+        makeBits(2, 2, {{0, 0, 1, 0}, {255, 255, 254, 0}, {10, 20, 30, 0}, {1, 1, 1, 0}});
     cBitFilter f;
     f.SetBits(src);
     const Region one = Region::rect(0, 0, 1, 1);

@@ -21,16 +21,18 @@ Bits run(const Bits& src, const std::function<Bits(cBitFilter&)>& op) {
     f.BitsRegion(&whole);
     return op(f);
 }
-constexpr uint32_t kRed = 0x0000FFu;  // 0x00BBGGRR
+constexpr uint32_t kRed = 0x0000FFu; // 0x00BBGGRR
 constexpr uint32_t kBlue = 0xFF0000u;
 } // namespace
 
 TEST(ToneColour, IsolateKeepsOnlyColoursNearTheFirst) {
     // Tolerance 10: t = round(12.75^2 + 1) = round(163.5625) = 164. Distances 0, 169,
     // 128 and exactly 164 (which counts as far).
-    const Bits src = makeBits(4, 1, {{0, 0, 255, 1}, {0, 12, 250, 2}, {0, 8, 247, 3}, {8, 10, 255, 4}});
-    EXPECT_TRUE(sameBits(makeBits(4, 1, {{0, 0, 255, 1}, {0, 255, 0, 2}, {0, 8, 247, 3}, {0, 255, 0, 4}}),
-                         run(src, [](cBitFilter& f) { return f.ISOLATE(kRed, 0x00FF00u, 10); })));
+    const Bits src =
+        makeBits(4, 1, {{0, 0, 255, 1}, {0, 12, 250, 2}, {0, 8, 247, 3}, {8, 10, 255, 4}});
+    EXPECT_TRUE(
+        sameBits(makeBits(4, 1, {{0, 0, 255, 1}, {0, 255, 0, 2}, {0, 8, 247, 3}, {0, 255, 0, 4}}),
+                 run(src, [](cBitFilter& f) { return f.ISOLATE(kRed, 0x00FF00u, 10); })));
     // Tolerance 0: t = 1, so only the exact colour (d = 0) stays.
     const Bits near = makeBits(2, 1, {{0, 0, 255, 0}, {0, 0, 254, 0}});
     EXPECT_TRUE(sameBits(makeBits(2, 1, {{0, 0, 255, 0}, {9, 9, 9, 0}}),
@@ -41,10 +43,15 @@ TEST(ToneColour, ReplaceBlendsByDistance) {
     // t = 164. d = 0: k = 1, the new colour. d = 164: k = 0, unchanged. d = 128:
     // k = 1 - 128 / 164 = 0.2195122: 55.98, 8 - 1.76 = 6.24, 247 - 54.22 = 192.78.
     // d = 82: k = 0.5: 127.5 -> 128, 4.5 -> 4, 127.
-    const Bits src = makeBits(5, 1, {{0, 0, 255, 3}, {8, 10, 255, 4}, {0, 8, 247, 5}, {0, 9, 254, 6},
-                                     {100, 100, 100, 7}});
-    EXPECT_TRUE(sameBits(makeBits(5, 1, {{255, 0, 0, 3}, {8, 10, 255, 4}, {56, 6, 193, 5}, {128, 4, 127, 6},
-                                         {100, 100, 100, 7}}),
+    const Bits src = makeBits(
+        5, 1,
+        {{0, 0, 255, 3}, {8, 10, 255, 4}, {0, 8, 247, 5}, {0, 9, 254, 6}, {100, 100, 100, 7}});
+    EXPECT_TRUE(sameBits(makeBits(5, 1,
+                                  {{255, 0, 0, 3},
+                                   {8, 10, 255, 4},
+                                   {56, 6, 193, 5},
+                                   {128, 4, 127, 6},
+                                   {100, 100, 100, 7}}),
                          run(src, [](cBitFilter& f) { return f.REPLACE(kRed, kBlue, 10); })));
 }
 
@@ -66,12 +73,14 @@ TEST(ToneColour, ReplaceLTestsTruncatedLuminanceThenDistance) {
     // (111, 111, 111): L differs by 11: unchanged.
     // (90, 100, 112): L = 302 \ 3 = 100, d = 244, k = 0.9849911: 1.35, 1.50, 1.68.
     const Bits src = makeBits(3, 1, {{110, 110, 110, 1}, {111, 111, 111, 2}, {90, 100, 112, 3}});
-    EXPECT_TRUE(sameBits(makeBits(3, 1, {{2, 2, 2, 1}, {111, 111, 111, 2}, {1, 2, 2, 3}}),
-                         run(src, [](cBitFilter& f) { return f.ReplaceL(0x646464u, 0u, 4, 100); })));
+    EXPECT_TRUE(
+        sameBits(makeBits(3, 1, {{2, 2, 2, 1}, {111, 111, 111, 2}, {1, 2, 2, 3}}),
+                 run(src, [](cBitFilter& f) { return f.ReplaceL(0x646464u, 0u, 4, 100); })));
     // Apply tolerance 0: t = 1. d = 1 gives k = 0 (unchanged), d = 0 gives the new colour.
     const Bits exact = makeBits(2, 1, {{100, 100, 101, 0}, {100, 100, 100, 0}});
-    EXPECT_TRUE(sameBits(makeBits(2, 1, {{100, 100, 101, 0}, {0, 0, 0, 0}}),
-                         run(exact, [](cBitFilter& f) { return f.ReplaceL(0x646464u, 0u, 4, 0); })));
+    EXPECT_TRUE(
+        sameBits(makeBits(2, 1, {{100, 100, 101, 0}, {0, 0, 0, 0}}),
+                 run(exact, [](cBitFilter& f) { return f.ReplaceL(0x646464u, 0u, 4, 0); })));
 }
 
 TEST(ToneColour, KillChannelAndSpecialColors) {
@@ -144,7 +153,8 @@ TEST(ToneColour, ClassyColorsModes) {
     // Mode 10: 50 / 2, 200 / 2; 5 / 2 = 2.5 -> 2.
     EXPECT_TRUE(sameBits(makeBits(2, 1, {{25, 100, 200, 9}, {2, 100, 200, 8}}), classy(10)));
     EXPECT_TRUE(sameBits(makeBits(2, 1, {{50, 100, 170, 9}, {5, 0, 170, 8}}), classy(11)));
-    for (int mode : {4, 5, 9}) EXPECT_TRUE(sameBits(src, classy(mode))) << "mode " << mode;
+    for (int mode : {4, 5, 9})
+        EXPECT_TRUE(sameBits(src, classy(mode))) << "mode " << mode;
 }
 
 namespace {
@@ -158,20 +168,50 @@ Bits referenceClassy(const Bits& src, int mode) {
             const int B = src(0, x, y), G = src(1, x, y), R = src(2, x, y);
             uint8_t* o = out.pixel(x, y);
             switch (mode) {
-            case 0: o[0] = byteOf(B * std::atan(double(G)) / 1.9); o[1] = byteOf((R * 0.99 + G * 0.99) / 2); o[2] = uint8_t(G); break;
-            case 1: o[1] = byteOf((R * 0.99 + G * 0.99) / 2); o[2] = uint8_t(G); break;
-            case 2: o[0] = uint8_t(R); o[2] = byteOf((R * 0.99 + B * 0.99) / 2); break;
-            case 3: o[0] = uint8_t(G); o[1] = byteOf((G * 0.99 + B * 0.99) / 2); break;
-            case 6: o[0] = byteOf(R / 2.0 + B / 4.0); o[1] = byteOf(R / 4.0 + G / 2.0); o[2] = byteOf(G / 4.0 + B / 2.0); break;
+            case 0:
+                o[0] = byteOf(B * std::atan(double(G)) / 1.9);
+                o[1] = byteOf((R * 0.99 + G * 0.99) / 2);
+                o[2] = uint8_t(G);
+                break;
+            case 1:
+                o[1] = byteOf((R * 0.99 + G * 0.99) / 2);
+                o[2] = uint8_t(G);
+                break;
+            case 2:
+                o[0] = uint8_t(R);
+                o[2] = byteOf((R * 0.99 + B * 0.99) / 2);
+                break;
+            case 3:
+                o[0] = uint8_t(G);
+                o[1] = byteOf((G * 0.99 + B * 0.99) / 2);
+                break;
+            case 6:
+                o[0] = byteOf(R / 2.0 + B / 4.0);
+                o[1] = byteOf(R / 4.0 + G / 2.0);
+                o[2] = byteOf(G / 4.0 + B / 2.0);
+                break;
             case 7: {
                 const int k = int(std::nearbyint((2 * B * 0.99 + R * 0.99) / 12));
-                o[0] = retro(G - k); o[1] = retro(R - k); o[2] = retro(B - k);
+                o[0] = retro(G - k);
+                o[1] = retro(R - k);
+                o[2] = retro(B - k);
                 break;
             }
-            case 8: o[0] = uint8_t(G); o[1] = uint8_t(R); break;
-            case 10: o[0] = byteOf(G / 2.0); o[1] = byteOf(R / 2.0); break;
-            case 11: o[0] = uint8_t(G); o[1] = uint8_t(B); o[2] = 170; break;
-            default: break;
+            case 8:
+                o[0] = uint8_t(G);
+                o[1] = uint8_t(R);
+                break;
+            case 10:
+                o[0] = byteOf(G / 2.0);
+                o[1] = byteOf(R / 2.0);
+                break;
+            case 11:
+                o[0] = uint8_t(G);
+                o[1] = uint8_t(B);
+                o[2] = 170;
+                break;
+            default:
+                break;
             }
         }
     return out;
@@ -199,7 +239,8 @@ Bits referenceBlend(const Bits& src, int kind, uint32_t colour, uint32_t newColo
     for (int y = 0; y < src.height(); ++y)
         for (int x = 0; x < src.width(); ++x) {
             const int c[3] = {src(0, x, y), src(1, x, y), src(2, x, y)};
-            const int d = (c[0] - b1) * (c[0] - b1) + (c[1] - g1) * (c[1] - g1) + (c[2] - r1) * (c[2] - r1);
+            const int d =
+                (c[0] - b1) * (c[0] - b1) + (c[1] - g1) * (c[1] - g1) + (c[2] - r1) * (c[2] - r1);
             bool take = kind == 2 ? d < t : d <= t;
             if (kind == 1) take = take && std::abs((c[0] + c[1] + c[2]) / 3 - l1) <= lT;
             if (!take) continue;
@@ -218,13 +259,17 @@ TEST(ToneColour, DistanceBlendsEqualThePlainFormulasOnRandomImages) {
     for (uint32_t seed : {10u, 11u}) {
         const Bits src = patternBits(83, 47, seed);
         for (int tol : {0, 37, 100, 200}) {
-            EXPECT_TRUE(sameBits(referenceBlend(src, 0, 0x2060A0u, 0x10E0F0u, tol, 0, 0),
-                                 run(src, [=](cBitFilter& f) { return f.REPLACE(0x2060A0u, 0x10E0F0u, tol); })));
+            EXPECT_TRUE(sameBits(
+                referenceBlend(src, 0, 0x2060A0u, 0x10E0F0u, tol, 0, 0),
+                run(src, [=](cBitFilter& f) { return f.REPLACE(0x2060A0u, 0x10E0F0u, tol); })));
             EXPECT_TRUE(sameBits(referenceBlend(src, 1, 0x2060A0u, 0x10E0F0u, tol, 30, 0),
-                                 run(src, [=](cBitFilter& f) { return f.ReplaceL(0x2060A0u, 0x10E0F0u, 30, tol); })));
+                                 run(src, [=](cBitFilter& f) {
+                                     return f.ReplaceL(0x2060A0u, 0x10E0F0u, 30, tol);
+                                 })));
             for (int shift : {-255, -40, 77, 255})
-                EXPECT_TRUE(sameBits(referenceBlend(src, 2, 0x2060A0u, 0, tol, 0, shift),
-                                     run(src, [=](cBitFilter& f) { return f.Shift(0x2060A0u, shift, tol); })));
+                EXPECT_TRUE(sameBits(
+                    referenceBlend(src, 2, 0x2060A0u, 0, tol, 0, shift),
+                    run(src, [=](cBitFilter& f) { return f.Shift(0x2060A0u, shift, tol); })));
         }
     }
 }

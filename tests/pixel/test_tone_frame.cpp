@@ -44,9 +44,8 @@ std::vector<Case> allFilters() {
         {"RotateL", [](cBitFilter& f) { return f.RotateL(20, 40); }},
         {"StretchH", [](cBitFilter& f) { return f.StretchH(10, 80, 40); }},
         {"SwapBanks", [](cBitFilter& f) { return f.SwapBanks(2); }},
-        {"SwapRGB", [](cBitFilter& f) {
-             return f.SwapRGB(1, 0, 2, true, false, true, false, false, false);
-         }},
+        {"SwapRGB",
+         [](cBitFilter& f) { return f.SwapRGB(1, 0, 2, true, false, true, false, false, false); }},
         {"ClassyColors", [](cBitFilter& f) { return f.ClassyColors(7); }},
     };
 }
@@ -57,7 +56,8 @@ Bits markedSource() {
     for (int y = -2; y < 11; ++y)
         for (int x = -2; x < 13; ++x)
             if (x < 0 || y < 0 || x >= 11 || y >= 9)
-                for (int c = 0; c < 4; ++c) src(c, x, y) = uint8_t(31 * c + x + 7 * y + 100);
+                for (int c = 0; c < 4; ++c)
+                    src(c, x, y) = uint8_t(31 * c + x + 7 * y + 100);
     return src;
 }
 } // namespace
@@ -79,7 +79,8 @@ TEST(ToneFrame, OnlyRegionPixelsChangeAndTheMarkerByteStays) {
                 const bool image = x >= 0 && y >= 0 && x < 11 && y < 9;
                 for (int ch = 0; ch < 4; ++ch) {
                     if (!image || ch == 3)
-                        ASSERT_EQ(full(ch, x, y), src(ch, x, y)) << c.name << " " << ch << "," << x << "," << y;
+                        ASSERT_EQ(full(ch, x, y), src(ch, x, y))
+                            << c.name << " " << ch << "," << x << "," << y;
                     else
                         changed += full(ch, x, y) != src(ch, x, y);
                 }
@@ -93,14 +94,16 @@ TEST(ToneFrame, OnlyRegionPixelsChangeAndTheMarkerByteStays) {
         for (int y = 0; y < 9; ++y)
             for (int x = 0; x < 11; ++x)
                 if (ellipse.contains(x, y))
-                    for (int ch = 0; ch < 3; ++ch) expected(ch, x, y) = full(ch, x, y);
+                    for (int ch = 0; ch < 3; ++ch)
+                        expected(ch, x, y) = full(ch, x, y);
         EXPECT_TRUE(sameBits(expected, c.op(f))) << c.name << " on an ellipse";
 
         // One pixel.
         const Region one = Region::rect(4, 3, 5, 4);
         f.BitsRegion(&one);
         expected = src;
-        for (int ch = 0; ch < 3; ++ch) expected(ch, 4, 3) = full(ch, 4, 3);
+        for (int ch = 0; ch < 3; ++ch)
+            expected(ch, 4, 3) = full(ch, 4, 3);
         EXPECT_TRUE(sameBits(expected, c.op(f))) << c.name << " on one pixel";
     }
 }

@@ -24,7 +24,9 @@ Bits run(const Bits& src, const std::function<Bits(cBitFilter&)>& op) {
     return op(f);
 }
 
-uint8_t limit(int32_t v) { return uint8_t(std::clamp(v, 0, 255)); }
+uint8_t limit(int32_t v) {
+    return uint8_t(std::clamp(v, 0, 255));
+}
 
 void putRgb(Bits& out, int x, int y, float h, float s, float l) {
     int32_t r, g, b;
@@ -61,8 +63,7 @@ Bits referenceColorize(const Bits& src, float hue, float saturation, float lumin
 
 Bits referenceStretchH(const Bits& src, int32_t offset, int32_t saturation, int32_t stretch) {
     Bits out = src;
-    const float o = float(offset / 16.67), f = float(saturation / 100.0),
-                n = float(stretch / 10.0);
+    const float o = float(offset / 16.67), f = float(saturation / 100.0), n = float(stretch / 10.0);
     for (int y = 0; y < src.height(); ++y)
         for (int x = 0; x < src.width(); ++x) {
             const float l = float((src(0, x, y) + src(1, x, y) + src(2, x, y)) / 765.0);
@@ -108,7 +109,8 @@ Bits referenceRotateL(const Bits& src, int32_t offset, int32_t steps) {
     for (int y = 0; y < src.height(); ++y)
         for (int x = 0; x < src.width(); ++x) {
             const int b = src(0, x, y), g = src(1, x, y), r = src(2, x, y);
-            double v = std::sin((g * 0.707 + b * 0.071 + r * 0.222) / 255.0 * n + o) * 127.5 + 127.5;
+            double v =
+                std::sin((g * 0.707 + b * 0.071 + r * 0.222) / 255.0 * n + o) * 127.5 + 127.5;
             if (v > 255.0)
                 v -= 255.0;
             else if (v < 0.0)
@@ -138,9 +140,11 @@ TEST(ToneHsl, ColorizeFromTheMeanLuminosity) {
     // Sum 612: L = 0.8, min = 0.8 - 0.25 * 0.2 = 0.75, max = 0.85: red 216.75, blue
     // 191.25, green 0.75 + 0.5 * 0.1 = 0.8 -> 204. Sum 204: L = 0.26667, min = 0.2,
     // max = 0.33333: red 85, blue 51, green 68. Black and white stay.
-    const Bits src = makeBits(4, 1, {{204, 204, 204, 1}, {10, 100, 94, 2}, {0, 0, 0, 3}, {255, 255, 255, 4}});
-    EXPECT_TRUE(sameBits(makeBits(4, 1, {{191, 204, 217, 1}, {51, 68, 85, 2}, {0, 0, 0, 3}, {255, 255, 255, 4}}),
-                         run(src, [](cBitFilter& f) { return f.COLORIZE(0.5f, 0.25f, 1.0f); })));
+    const Bits src =
+        makeBits(4, 1, {{204, 204, 204, 1}, {10, 100, 94, 2}, {0, 0, 0, 3}, {255, 255, 255, 4}});
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 1, {{191, 204, 217, 1}, {51, 68, 85, 2}, {0, 0, 0, 3}, {255, 255, 255, 4}}),
+        run(src, [](cBitFilter& f) { return f.COLORIZE(0.5f, 0.25f, 1.0f); })));
     // Luminosity 0.5 and hue 4 (blue), saturation 1: L = 0.4, min 0, max 0.8.
     EXPECT_TRUE(sameBits(makeBits(1, 1, {{204, 0, 0, 7}}),
                          run(makeBits(1, 1, {{204, 204, 204, 7}}),
@@ -154,7 +158,8 @@ TEST(ToneHsl, RotateHTurnsHueAndScalesSaturation) {
     // Blue -> 6.0396 - 6 = 0.0396: red max, blue min, green 10.1. Grey stays grey.
     const Bits src = makeBits(3, 1, {{0, 0, 255, 1}, {255, 0, 0, 2}, {77, 77, 77, 3}});
     const Bits r50 = run(src, [](cBitFilter& f) { return f.RotateH(50, 100); });
-    EXPECT_TRUE(sameBits(makeBits(3, 1, {{255, 255, 0, 1}, {0, 255, 255, 2}, {77, 77, 77, 3}}), r50));
+    EXPECT_TRUE(
+        sameBits(makeBits(3, 1, {{255, 255, 0, 1}, {0, 255, 255, 2}, {77, 77, 77, 3}}), r50));
     const Bits r34 = run(src, [](cBitFilter& f) { return f.RotateH(34, 100); });
     EXPECT_TRUE(sameBits(makeBits(3, 1, {{10, 255, 0, 1}, {0, 10, 255, 2}, {77, 77, 77, 3}}), r34));
     // Saturation 0: every pixel becomes the grey of its luminosity (0.5 -> 127.5 -> 128).
@@ -188,32 +193,33 @@ TEST(ToneHsl, ReplaceHSTestsPlainHueDifference) {
     // Red to blue; hue and saturation tolerance 0.1, apply tolerance 200 (t = 65026).
     // (0, 20, 255): hue 0.078, d = 400, k = 0.9938486: 253.43, 0.12, 1.57.
     // (20, 0, 255): hue -0.078: blue 20 + 235 k = 253.55. (0, 30, 255): hue 0.118 > 0.1.
-    const Bits src = makeBits(4, 1, {{0, 0, 255, 1}, {0, 20, 255, 2}, {20, 0, 255, 3}, {0, 30, 255, 4}});
-    EXPECT_TRUE(sameBits(makeBits(4, 1, {{255, 0, 0, 1}, {253, 0, 2, 2}, {254, 0, 2, 3}, {0, 30, 255, 4}}),
-                         run(src, [](cBitFilter& f) {
-                             return f.ReplaceHS(0x0000FFu, 0xFF0000u, 10, 10, 200);
-                         })));
+    const Bits src =
+        makeBits(4, 1, {{0, 0, 255, 1}, {0, 20, 255, 2}, {20, 0, 255, 3}, {0, 30, 255, 4}});
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 1, {{255, 0, 0, 1}, {253, 0, 2, 2}, {254, 0, 2, 3}, {0, 30, 255, 4}}),
+        run(src, [](cBitFilter& f) { return f.ReplaceHS(0x0000FFu, 0xFF0000u, 10, 10, 200); })));
     // A colour at hue 4.98 and a pixel at hue -0.98 are neighbours on the colour circle,
     // but the plain difference is 5.96: only the exact colour is replaced.
     const Bits wrap = makeBits(2, 1, {{255, 0, 250, 0}, {250, 0, 255, 0}});
-    EXPECT_TRUE(sameBits(makeBits(2, 1, {{0, 255, 0, 0}, {250, 0, 255, 0}}),
-                         run(wrap, [](cBitFilter& f) {
-                             return f.ReplaceHS(0xFF00FAu, 0x00FF00u, 10, 10, 200);
-                         })));
+    EXPECT_TRUE(sameBits(
+        makeBits(2, 1, {{0, 255, 0, 0}, {250, 0, 255, 0}}),
+        run(wrap, [](cBitFilter& f) { return f.ReplaceHS(0xFF00FAu, 0x00FF00u, 10, 10, 200); })));
 }
 
 TEST(ToneHsl, RotateLGreyFromSine) {
     // Steps 25: n = 10. Black: sin(0) -> 127.5 -> 128. White: w = 255, sin(10) * 127.5 +
     // 127.5 = 58.14. Green 100: sin(70.7 / 25.5) -> 173.49. (40, 80, 120): w = 86.04 ->
     // 98.12.
-    const Bits src = makeBits(4, 1, {{0, 0, 0, 1}, {255, 255, 255, 2}, {0, 100, 0, 3}, {40, 80, 120, 4}});
-    EXPECT_TRUE(sameBits(makeBits(4, 1, {{128, 128, 128, 1}, {58, 58, 58, 2}, {173, 173, 173, 3},
-                                         {98, 98, 98, 4}}),
-                         run(src, [](cBitFilter& f) { return f.RotateL(0, 25); })));
+    const Bits src =
+        makeBits(4, 1, {{0, 0, 0, 1}, {255, 255, 255, 2}, {0, 100, 0, 3}, {40, 80, 120, 4}});
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 1, {{128, 128, 128, 1}, {58, 58, 58, 2}, {173, 173, 173, 3}, {98, 98, 98, 4}}),
+        run(src, [](cBitFilter& f) { return f.RotateL(0, 25); })));
     // Offset 10 (o = 1), steps 0: sin(1) * 127.5 + 127.5 = 234.79 everywhere.
-    EXPECT_TRUE(sameBits(makeBits(4, 1, {{235, 235, 235, 1}, {235, 235, 235, 2}, {235, 235, 235, 3},
-                                         {235, 235, 235, 4}}),
-                         run(src, [](cBitFilter& f) { return f.RotateL(10, 0); })));
+    EXPECT_TRUE(sameBits(
+        makeBits(4, 1,
+                 {{235, 235, 235, 1}, {235, 235, 235, 2}, {235, 235, 235, 3}, {235, 235, 235, 4}}),
+        run(src, [](cBitFilter& f) { return f.RotateL(10, 0); })));
 }
 
 TEST(ToneHsl, FastPathsEqualThePlainFormulasOnRandomImages) {
@@ -223,7 +229,8 @@ TEST(ToneHsl, FastPathsEqualThePlainFormulasOnRandomImages) {
             EXPECT_TRUE(sameBits(referenceRotateH(src, offset, sat),
                                  run(src, [=](cBitFilter& f) { return f.RotateH(offset, sat); })))
                 << "RotateH " << offset << " " << sat;
-        for (auto [h, s, l] : {std::tuple{0.5f, 0.25f, 1.0f}, {-0.7f, 1.0f, 0.6f}, {4.9f, 0.5f, 1.0f}})
+        for (auto [h, s, l] :
+             {std::tuple{0.5f, 0.25f, 1.0f}, {-0.7f, 1.0f, 0.6f}, {4.9f, 0.5f, 1.0f}})
             EXPECT_TRUE(sameBits(referenceColorize(src, h, s, l),
                                  run(src, [=](cBitFilter& f) { return f.COLORIZE(h, s, l); })));
         for (auto [o, s, n] : {std::tuple{0, 100, 0}, {30, 70, 55}, {100, 100, 100}})
@@ -244,10 +251,9 @@ TEST(ToneHsl, FastPathsEqualThePlainFormulasOnEveryColour) {
     const Bits src = allColours();
     EXPECT_TRUE(sameBits(referenceRotateH(src, 40, 80),
                          run(src, [](cBitFilter& f) { return f.RotateH(40, 80); })));
-    EXPECT_TRUE(sameBits(referenceReplaceHS(src, 0x2060A0u, 0xFFFFFFu, 30, 40, 200),
-                         run(src, [](cBitFilter& f) {
-                             return f.ReplaceHS(0x2060A0u, 0xFFFFFFu, 30, 40, 200);
-                         })));
+    EXPECT_TRUE(sameBits(
+        referenceReplaceHS(src, 0x2060A0u, 0xFFFFFFu, 30, 40, 200),
+        run(src, [](cBitFilter& f) { return f.ReplaceHS(0x2060A0u, 0xFFFFFFu, 30, 40, 200); })));
     EXPECT_TRUE(sameBits(referenceRotateL(src, 45, 60),
                          run(src, [](cBitFilter& f) { return f.RotateL(45, 60); })));
 }

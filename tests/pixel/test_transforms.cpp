@@ -283,6 +283,19 @@ TEST(RotateSmooth, TurnsAndFadesTheRim) {
     const Bits kept = f.RotateSmooth(45, false);
     EXPECT_TRUE(sameBits(flat, kept));
 
+    // An inscribed circle as the region (".###." / "#####" x 3 / ".###."): the corners are
+    // not written, and output (4, 2) reads (3.414, 3.414), whose neighbour (4, 4) lies
+    // outside: 200 * (1 - 0.414 * 0.414) = 165.7 -> 166.
+    const Region circle = Region::ellipse(0, 0, 5, 5);
+    f.BitsRegion(&circle);
+    EXPECT_TRUE(sameBits(flat, f.RotateSmooth(0, true)));
+    const Bits round = f.RotateSmooth(45, true);
+    EXPECT_EQ(round(0, 0, 0), 200);
+    EXPECT_EQ(round(1, 4, 4), 200);
+    EXPECT_EQ(round(2, 4, 2), 166);
+    EXPECT_EQ(round(0, 2, 2), 200);
+    f.BitsRegion(nullptr);
+
     // A region limits the output pixels and the sources: with the region (1..3, 1..3)
     // and 180 degrees, the 3 x 3 block turns about (2, 2) and the rest stays.
     const Bits big = numbered(5, 5);

@@ -5,6 +5,7 @@
 #include "app/settings/settings.h"
 #include "document/dialogs.h"
 #include "document/host.h"
+#include "document/optimizeview.h"
 #include "imagefile/imagefile.h"
 #include "pixel/bitfilter.h"
 #include "pixel/vbmath.h"
@@ -145,7 +146,7 @@ fImage::fImage(QWidget* parent) : QWidget(parent) {
     PImage_->setObjectName("PImage");
     picFrame_ = new QWidget(this);
     picFrame_->setObjectName("picFrame");
-    oImage_ = new QWidget(this);
+    oImage_ = new OptimizeView(this);
     oImage_->setObjectName("oImage");
     picFrame_->hide();
     oImage_->hide();

@@ -6,7 +6,8 @@
 //
 // Layout of the window: a tab bar with the three views (Enhanced, Layers, Optimize) and
 // under it one panel per view. The Enhanced panel `PImage` holds the canvas `iDst` and
-// the scroll bars `hSB`, `vSB`. The Layers and Optimize panels are empty for now.
+// the scroll bars `hSB`, `vSB`. The Optimize panel `oImage` shows the Optimize Box's
+// preview (OptimizeView); the Layers panel `picFrame` is empty for now.
 #pragma once
 
 #include "document/undostore.h"
@@ -27,6 +28,7 @@ class QTabBar;
 namespace ostrivex {
 
 class DocumentHost;
+class OptimizeView;
 
 // Where UpdateImage copies from and to: a source rectangle of `Bits` (array coordinates,
 // so x and y of 2 are the first image pixel) and a destination rectangle on the canvas,
@@ -166,6 +168,9 @@ public:
     // Unload: undo files deleted; the last document empties the status bar.
     void Unload();
 
+    // The Optimize view (panel `oImage`): the Optimize Box puts its preview there.
+    OptimizeView* OptimizePanel() const { return oImage_; }
+
     // The caption of the Layers and Optimize views (their pictures' tags).
     QString LayerTag;
     QString OptimizeTag;
@@ -214,7 +219,7 @@ private:
     QTabBar* tabs_ = nullptr;
     QWidget* PImage_ = nullptr;
     QWidget* picFrame_ = nullptr;
-    QWidget* oImage_ = nullptr;
+    OptimizeView* oImage_ = nullptr;
     QWidget* iDst_ = nullptr;
     QScrollBar* hSB_ = nullptr;
     QScrollBar* vSB_ = nullptr;

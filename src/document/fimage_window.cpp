@@ -4,6 +4,7 @@
 #include "app/settings/settings.h"
 #include "document/dialogs.h"
 #include "document/fpaste.h"
+#include "document/optimizeview.h"
 #include "document/host.h"
 #include "pixel/bitfilter.h"
 

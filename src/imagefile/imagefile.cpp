@@ -225,9 +225,10 @@ ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
         saved = FreeImage_Save(fif, dib, path.c_str(), flags) != FALSE;
     } else {
         const std::string temp = TempBitmapName();
+        // The work file stays: it holds the current picture, which is what the Optimize
+        // box reads from the same name.
         saved = FreeImage_Save(FIF_BMP, dib, temp.c_str(), 0) != FALSE &&
                 DevilConvert(temp, path, devilType);
-        std::remove(temp.c_str());
     }
     FreeImage_Unload(dib);
     if (!saved) return saveFailed();
@@ -236,7 +237,8 @@ ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
 
 bool DevilConvert(const std::string& source, const std::string& target, int type) {
     if (type == kIlBmp && source == target) return true;
-    std::remove(target.c_str());
+    // An existing target is replaced by the helper only once its picture is loaded, so a
+    // failed conversion leaves the user's old file alone.
     return RunHelper({"convert", source, target, std::to_string(type)}) && fileReadable(target);
 }
 

@@ -77,7 +77,8 @@ ImageFileResult LoadDocumentImage(const std::string& path, const std::string& ex
 // `extension` (lower-cased first). png, jpg/jpeg (best quality), bmp, tif/tiff, tga/vda/
 // vst/icb/targa and ppm are written 24-bit by FreeImage; pbm and pgm as 8-bit grey PNM;
 // psd, sgi/bw/rgb/rgba, raw and pcx through a BMP work file (`TempBitmapName`) converted
-// by DevIL; that work file is removed after the save.
+// by DevIL; the work file is left in place (the Optimize box reads the current picture
+// from the same name).
 // "gif" writes no file (the gif writer is the Optimize box's) and reports success.
 // Any other extension, an empty picture or a failed write is the save error.
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,

@@ -27,8 +27,10 @@ TEST(SaveImageFile, LosslessRoundTripsOfEverySavableExtension) {
         EXPECT_EQ(LoadedWidth, 4);
         EXPECT_EQ(LoadedHeight, 3);
     }
-    // The DevIL targets go through the BMP work file, which does not outlive the save.
-    EXPECT_FALSE(fs::exists(TempBitmapName()));
+    // The DevIL targets go through the BMP work file, which holds the picture after the save.
+    ASSERT_TRUE(fs::exists(TempBitmapName()));
+    ASSERT_TRUE(LoadImageFile(TempBitmapName(), "bmp").ok);
+    EXPECT_TRUE(samePixels(picture, LoadedBitmap));
     // The extension is lowered first.
     ASSERT_TRUE(SaveImageFile(picture, dir.file("UP.PNG"), "PNG").ok);
     ASSERT_TRUE(LoadImageFile(dir.file("UP.PNG"), "png").ok);
@@ -155,6 +157,10 @@ TEST(DevilConvert, ConvertsBetweenDevilFormats) {
     EXPECT_TRUE(samePixels(patternPicture(), LoadedBitmap));
     EXPECT_FALSE(DevilConvert(dir.file("missing.bmp"), dir.file("q.sgi"), 0x042C));
     EXPECT_FALSE(fs::exists(dir.file("q.sgi")));
+    // A failed conversion leaves a file of the target's name as it was.
+    writeText(dir.file("old.sgi"), "old");
+    EXPECT_FALSE(DevilConvert(dir.file("missing.bmp"), dir.file("old.sgi"), 0x042C));
+    EXPECT_EQ(readBytes(dir.file("old.sgi")), (std::vector<uint8_t>{'o', 'l', 'd'}));
 }
 
 } // namespace

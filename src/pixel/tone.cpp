@@ -142,7 +142,8 @@ inline int32_t limitByte(int32_t c) {
 }
 // One round over a group of pixels (plain selects, so that it runs as vector code).
 template <int32_t N>
-void spillRounds(int32_t* __restrict bs, int32_t* __restrict gs, int32_t* __restrict rs) {
+inline __attribute__((always_inline)) void
+spillRounds(int32_t* __restrict bs, int32_t* __restrict gs, int32_t* __restrict rs) {
     for (int32_t i = 0; i < N; ++i) {
         int32_t b = bs[i], g = gs[i], r = rs[i];
         // If none is above 0 all turn 0; if none is below 255 all turn 255.
@@ -174,8 +175,21 @@ void spillRounds(int32_t* __restrict bs, int32_t* __restrict gs, int32_t* __rest
     }
 }
 
-// Maps n <= kSpillGroup pixels through M and spills them, in place.
+// Rounds over a whole group until every pixel of it lies inside 0..255; the AVX2 clone is
+// picked at run time where the processor has it.
 constexpr int32_t kSpillGroup = 16;
+__attribute__((target_clones("avx2", "default"))) void
+settleGroup(int32_t* __restrict b, int32_t* __restrict g, int32_t* __restrict r) {
+    uint32_t outside;
+    do {
+        spillRounds<kSpillGroup>(b, g, r);
+        outside = 0;
+        for (int32_t i = 0; i < kSpillGroup; ++i)
+            outside |= uint32_t(b[i]) | uint32_t(g[i]) | uint32_t(r[i]);
+    } while (outside > 255u);
+}
+
+// Maps n <= kSpillGroup pixels through M and spills them.
 void contrastGroup(const uint8_t* s, uint8_t* p, int32_t n, const int32_t* m) {
     // Lanes past n hold black, which no round changes.
     int32_t b[kSpillGroup] = {}, g[kSpillGroup] = {}, r[kSpillGroup] = {};
@@ -190,12 +204,7 @@ void contrastGroup(const uint8_t* s, uint8_t* p, int32_t n, const int32_t* m) {
     // Any value outside 0..255 sets a bit above the low byte (negative ones all of them).
     // Most overflowing pixels settle in one round: one round for the whole group as vector
     // code, then the few that still overflow go on alone.
-    if (outside > 255u) {
-        spillRounds<kSpillGroup>(b, g, r);
-        for (int32_t i = 0; i < n; ++i)
-            while ((uint32_t(b[i]) | uint32_t(g[i]) | uint32_t(r[i])) > 255u)
-                spillRounds<1>(b + i, g + i, r + i);
-    }
+    if (outside > 255u) settleGroup(b, g, r);
     for (int32_t i = 0; i < n; ++i) {
         const uint32_t v = load32(s + 4 * i);
         store32(p + 4 * i, packPixel(v, uint32_t(b[i]), uint32_t(g[i]), uint32_t(r[i])));

@@ -13,7 +13,10 @@
 #include "app/shell/keyboard.h"
 #include "app/shell/options.h"
 #include "app/shell/resetsettings.h"
+#include "document/fileops.h"
 #include "document/fimage.h"
+#include "imagefile/fNew.h"
+#include "imagefile/fProperties.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -78,8 +81,15 @@ void fMain::MenuStatic(const QString& word) {
     // Commands that need no document.
     if (word == "NEW") {
         route("fNew");
+        fNew dialog(this);
+        if (dialog.exec() == QDialog::Accepted) {
+            const NewImageRequest r = dialog.request();
+            NewDocument(r.width, r.height, r.background == NewImageRequest::Background::Transparent,
+                        r.fillColour());
+        }
     } else if (word == "OPEN") {
         route("OpenImage");
+        OpenCommand(this);
     } else if (word == "TILEHORIZONTALLY") {
         tileSubWindows(mdi_, true);
         route("TileHorizontally");
@@ -101,11 +111,29 @@ void fMain::MenuStatic(const QString& word) {
     } else {
         // The commands that act on a document as a file.
         if (!GetActiveDocument(ActiveDocument)) return;
+        fImage* doc = ActiveDocument;
         if (word == "CLOSE") {
+            // The document window's own close handling asks where it must.
             route("CloseDocument");
-        } else if (isOneOf(word, {"SAVE", "SAVEAS", "SAVELAYEREDIMAGE", "SAVELAYEREDIMAGEAS",
-                                  "SAVEOPTIMIZED", "SAVEOPTIMIZEDAS"})) {
+            if (QMdiSubWindow* sub = mdi_->currentSubWindow()) sub->close();
+        } else if (word == "SAVE") {
             route("SaveDocument");
+            SaveEnhanced(doc);
+        } else if (word == "SAVEAS") {
+            route("SaveDocument");
+            SaveEnhancedAs(doc);
+        } else if (word == "SAVELAYEREDIMAGE") {
+            route("SaveDocument");
+            SaveLayered(doc);
+        } else if (word == "SAVELAYEREDIMAGEAS") {
+            route("SaveDocument");
+            SaveLayeredAs(doc);
+        } else if (word == "SAVEOPTIMIZED") {
+            route("SaveDocument");
+            SaveOptimized(doc);
+        } else if (word == "SAVEOPTIMIZEDAS") {
+            route("SaveDocument");
+            SaveOptimizedAs(doc);
         } else if (word == "IMAGESAVEOPTIONS") {
             route("WebExport");
         } else if (word == "UPDATELAYERS" || word == "UPDATEORIGINAL") {
@@ -135,6 +163,9 @@ void fMain::MenuExec(const QString& word) {
         route("Selection");
     } else if (word == "IMAGEPROPERTIES") {
         route("fProperties");
+        fProperties dialog(doc->FileName.toStdString(), doc->Caption().toStdString(),
+                           doc->PictureWidth(), doc->PictureHeight(), this);
+        dialog.exec();
     } else if (word == "OPTIONS") {
         route("fOptions");
         fOptions dialog(this);

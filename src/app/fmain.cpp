@@ -4,6 +4,7 @@
 #include "app/settings/settings.h"
 #include "app/shell/compactpath.h"
 #include "app/toolbox.h"
+#include "document/fileops.h"
 #include "document/fimage.h"
 #include "document/fpaste.h"
 #include "pixel/random.h"
@@ -283,9 +284,8 @@ void fMain::FillRecent() {
 void fMain::recentClick(int i) {
     const std::string path = FieldText(Settings.RecentFiles[size_t(i)]);
     if (path.empty()) return;
-    // Loading the file (LoadImageFile unless "olf", then loadBitmap) is the file
-    // commands' work.
     route("loadBitmap");
+    OpenImageFile(QString::fromLocal8Bit(path.c_str()));
 }
 
 // --- Boxes ------------------------------------------------------------------------------
@@ -404,8 +404,14 @@ std::vector<fImage*> fMain::Documents() {
 }
 
 void fMain::RunCommand(const QString& word) {
-    MenuStatic(word);
-    MenuExec(word);
+    // A word goes to the chain its menu entry names; the words that no menu sends belong
+    // to MenuExec, except two that MenuStatic keeps.
+    const MenuEntry* entry = FindMenuWord(word.toStdString());
+    if ((entry && entry->route == MenuRoute::Static) || word == "SELECTSOURCE" ||
+        word == "ACQUIRETWAIN")
+        MenuStatic(word);
+    else
+        MenuExec(word);
 }
 
 void fMain::DocumentActivated(fImage* document) {

@@ -108,12 +108,23 @@ TEST_F(MainWindowTest, DispatchWithoutADocument) {
         main_->MenuStatic(word);
         EXPECT_EQ(main_->LastRoute(), "") << word;
     }
+    // NEW opens the new-image dialog; cancelled, it makes no document.
+    QString dialogTitle;
+    ostrivex::testing::answerNextModal([&](QWidget* w) { dialogTitle = w->windowTitle(); });
     main_->MenuStatic("NEW");
     EXPECT_EQ(main_->LastRoute(), "fNew");
+    EXPECT_EQ(dialogTitle, "New Document");
+    EXPECT_TRUE(main_->Documents().empty());
     main_->MenuStatic("CASCADE");
     EXPECT_EQ(main_->LastRoute(), "Cascade");
     main_->MenuStatic("CAPTUREDESKTOP");
     EXPECT_EQ(main_->LastRoute(), "Capture");
+    // The document's way in sends a word to the chain of its menu entry.
+    main_->RunCommand("TILEVERTICALLY");
+    EXPECT_EQ(main_->LastRoute(), "TileVertically");
+    main_->clearLastRoute();
+    main_->RunCommand("CREATEFROMCLIPBOARD");
+    EXPECT_EQ(main_->LastRoute(), "Clipboard");
     // Unknown words, words of the wrong case and the empty word do nothing at all.
     for (const char* word : {"", "new", "Undo", "NEW ", "BOGUS"}) {
         main_->clearLastRoute();
@@ -158,8 +169,12 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     EXPECT_EQ(main_->LastRoute(), "RotateImage");
     main_->MenuExec("x3");
     EXPECT_EQ(main_->LastRoute(), "ZoomImage");
-    main_->MenuStatic("SAVEOPTIMIZEDAS");
-    EXPECT_EQ(main_->LastRoute(), "SaveDocument");
+    // The properties dialog opens on the document.
+    QString dialogTitle;
+    ostrivex::testing::answerNextModal([&](QWidget* w) { dialogTitle = w->windowTitle(); });
+    main_->MenuExec("IMAGEPROPERTIES");
+    EXPECT_EQ(main_->LastRoute(), "fProperties");
+    EXPECT_EQ(dialogTitle, "Image Properties");
     main_->MenuStatic("WSTRETCH");
     EXPECT_EQ(main_->LastRoute(), "Wallpaper");
     main_->clearLastRoute();
@@ -194,10 +209,23 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     EXPECT_EQ(doc->HistoryPosition(), position + 1);
     EXPECT_EQ(doc->History().ActionNames[size_t(position)], "Invert");
 
-    // Undo through the chain brings the first state back.
+    // Undo through the chain brings the first state back, redo the second.
     main_->MenuExec("UNDO");
     EXPECT_EQ(main_->LastRoute(), "UndoBits");
     EXPECT_TRUE(test::sameBits(before, doc->bits()));
+    main_->MenuExec("REDO");
+    EXPECT_EQ(doc->bits().pixel(1, 0)[2], 255);
+
+    // CLOSE closes the active document (without the save question, which is the document
+    // window's own); the next file command finds none.
+    Settings.ConfirmClose = 0;
+    main_->MenuStatic("CLOSE");
+    EXPECT_EQ(main_->LastRoute(), "CloseDocument");
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(main_->Documents().empty());
+    main_->clearLastRoute();
+    main_->MenuStatic("SAVE");
+    EXPECT_EQ(main_->LastRoute(), "");
 }
 
 TEST_F(MainWindowTest, ViewsTogglesAndCloseButtons) {

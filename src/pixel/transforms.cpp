@@ -152,16 +152,17 @@ bool haveAvx2() {
 namespace transforms_detail {
 
 SimdLevel& simdLimit() {
-    static SimdLevel limit = kAvx512;
+    static SimdLevel limit = kAvx512Vbmi;
     return limit;
 }
 
 SimdLevel simdLevel() {
 #if defined(__x86_64__) || defined(__i386__)
-    static const SimdLevel best =
-        __builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw") ? kAvx512
-        : __builtin_cpu_supports("avx2")                                        ? kAvx2
-                                                                                : kPlain;
+    static const SimdLevel best = [] {
+        if (__builtin_cpu_supports("avx512f") && __builtin_cpu_supports("avx512bw"))
+            return __builtin_cpu_supports("avx512vbmi") ? kAvx512Vbmi : kAvx512;
+        return __builtin_cpu_supports("avx2") ? kAvx2 : kPlain;
+    }();
 #else
     static const SimdLevel best = kPlain;
 #endif

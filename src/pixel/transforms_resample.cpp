@@ -268,6 +268,95 @@ horizontalAvx512(uint8_t* out, int32_t w, const uint8_t* v, const int32_t* ix, c
     }
     horizontalPlain(out, x, w, v, ix, d, s);
 }
+
+// Byte-permute tables of the horizontal step for groups of 16 output pixels whose source
+// pixels (ix of the first to ix + 1 of the last) lie within 32 pixels, 128 bytes of the
+// row buffer: per group the first source column, the byte indices of the 48 colour bytes
+// of the left and of the right neighbours within that window, and the 48 lane weights.
+struct PermuteTables {
+    std::vector<int32_t> base;
+    std::vector<uint8_t> index;   // 128 bytes a group: left 64 (48 used), right 64
+    std::vector<uint32_t> weight; // 48 a group
+};
+
+// Builds the tables; false when some group's window is wider than 32 pixels.
+bool buildPermuteTables(PermuteTables& t, int32_t w, const int32_t* ix, const uint32_t* dTop) {
+    const int32_t groups = w / 16;
+    t.base.resize(size_t(groups));
+    t.index.assign(size_t(groups) * 128, 0);
+    t.weight.resize(size_t(groups) * 48);
+    for (int32_t g = 0; g < groups; ++g) {
+        const int32_t x0 = g * 16, base = ix[x0];
+        if (ix[x0 + 15] + 1 - base >= 32) return false;
+        t.base[size_t(g)] = base;
+        for (int32_t k = 0; k < 16; ++k)
+            for (int32_t c = 0; c < 3; ++c) {
+                const int32_t lane = 3 * k + c;
+                t.index[size_t(g) * 128 + size_t(lane)] = uint8_t((ix[x0 + k] - base) * 4 + c);
+                t.index[size_t(g) * 128 + 64 + size_t(lane)] =
+                    uint8_t((ix[x0 + k] - base + 1) * 4 + c);
+                t.weight[size_t(g) * 48 + size_t(lane)] = dTop[size_t(x0 + k) * 4];
+            }
+    }
+    return true;
+}
+
+// The horizontal step on the colour bytes only: 16 output pixels are 48 lanes, gathered
+// from the row buffer by byte permutes and spread back to four bytes a pixel (channel 3
+// zero) the same way.
+template <bool Approximate>
+__attribute__((target("avx512f,avx512bw,avx512vbmi"))) void
+horizontalVbmi(uint8_t* out, int32_t w, const uint8_t* v, const int32_t* ix, const uint64_t* d,
+               int32_t s, const PermuteTables& t) {
+    alignas(64) uint8_t spread[64];
+    for (int32_t j = 0; j < 64; ++j)
+        spread[j] = uint8_t(j % 4 < 3 ? 3 * (j / 4) + j % 4 : 0);
+    const __m512i spreadIndex = _mm512_load_si512(spread);
+    const __mmask64 colourBytes = 0x7777777777777777ull;
+    const int32_t groups = w / 16;
+    for (int32_t g = 0; g < groups; ++g) {
+        const uint8_t* window = v + size_t(t.base[size_t(g)]) * 4u;
+        const __m512i lo = _mm512_loadu_si512(window), hi = _mm512_loadu_si512(window + 64);
+        const __m512i li = _mm512_loadu_si512(t.index.data() + size_t(g) * 128);
+        const __m512i ri = _mm512_loadu_si512(t.index.data() + size_t(g) * 128 + 64);
+        const __m512i left = _mm512_permutex2var_epi8(lo, li, hi);
+        const __m512i right = _mm512_permutex2var_epi8(lo, ri, hi);
+        const uint32_t* wt = t.weight.data() + size_t(g) * 48;
+        __mmask16 near = 0;
+        __m128i part[3];
+        for (int k = 0; k < 3; ++k) {
+            __m128i lk, rk;
+            switch (k) {
+            case 0:
+                lk = _mm512_castsi512_si128(left);
+                rk = _mm512_castsi512_si128(right);
+                break;
+            case 1:
+                lk = _mm512_extracti32x4_epi32(left, 1);
+                rk = _mm512_extracti32x4_epi32(right, 1);
+                break;
+            default:
+                lk = _mm512_extracti32x4_epi32(left, 2);
+                rk = _mm512_extracti32x4_epi32(right, 2);
+                break;
+            }
+            const __m512i dv = _mm512_loadu_si512(wt + 16 * k);
+            part[k] = _mm512_cvtepi32_epi8(lerp16<Approximate>(
+                _mm512_cvtepu8_epi32(lk), _mm512_cvtepu8_epi32(rk), dv, s, near));
+        }
+        const int32_t x = g * 16;
+        if (Approximate && near) {
+            horizontalPlain(out, x, x + 16, v, ix, d, s);
+            continue;
+        }
+        __m512i colour = _mm512_castsi128_si512(part[0]);
+        colour = _mm512_inserti32x4(colour, part[1], 1);
+        colour = _mm512_inserti32x4(colour, part[2], 2);
+        _mm512_storeu_si512(out + size_t(x) * 4u,
+                            _mm512_maskz_permutexvar_epi8(colourBytes, spreadIndex, colour));
+    }
+    horizontalPlain(out, groups * 16, w, v, ix, d, s);
+}
 #pragma GCC diagnostic pop
 #endif
 
@@ -286,6 +375,7 @@ VerticalFn pickVertical(int32_t s) {
     const bool fine = s > kLaneBits;
 #ifdef OSTRIVEX_X86
     switch (simdLevel()) {
+    case kAvx512Vbmi:
     case kAvx512:
         return fine ? verticalAvx512<true> : verticalAvx512<false>;
     case kAvx2:
@@ -303,6 +393,7 @@ HorizontalFn pickHorizontal(int32_t s) {
     const bool fine = s > kLaneBits;
 #ifdef OSTRIVEX_X86
     switch (simdLevel()) {
+    case kAvx512Vbmi:
     case kAvx512:
         return fine ? horizontalAvx512<true> : horizontalAvx512<false>;
     case kAvx2:
@@ -396,9 +487,17 @@ void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height)
             v -= lo;
         for (int32_t& c : cols)
             c -= lo;
-        std::vector<uint8_t> row(size_t(std::max(span, 0)) * 4u + 32u);
+        // Padded for the widest vector read of a window (128 bytes).
+        std::vector<uint8_t> row(size_t(std::max(span, 0)) * 4u + 128u);
         const VerticalFn vertical = pickVertical(fy.s);
         const HorizontalFn horizontal = pickHorizontal(fx.s);
+#ifdef OSTRIVEX_X86
+        PermuteTables perm;
+        const bool permute = transforms_detail::simdLevel() >= transforms_detail::kAvx512Vbmi &&
+                             buildPermuteTables(perm, w, ix.data(), dTop.data());
+#else
+        const bool permute = false;
+#endif
 
         for (int32_t y = 0; y < h; ++y) {
             const uint64_t pos = uint64_t(y) * fy.m;
@@ -407,8 +506,11 @@ void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height)
             const uint8_t* top = source.pixel(lo, iy);
             const uint8_t* bottom = source.pixel(lo, iy + 1);
             const uint8_t* v = row.data();
-            if (dy == 0) {
+            if (dy == 0 && !permute) {
                 v = top; // on a source row: the vertical step is that row
+            } else if (dy == 0) {
+                // The same, copied: the permutes read whole windows past the row's end.
+                std::memcpy(row.data(), top, size_t(span) * 4u);
             } else if (sparse) {
                 for (int32_t c : cols)
                     verticalPlain(row.data() + size_t(c) * 4u, top + size_t(c) * 4u,
@@ -416,7 +518,14 @@ void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height)
             } else {
                 vertical(row.data(), top, bottom, size_t(span) * 4u, dy, fy.s);
             }
-            horizontal(out.row(y), w, v, ix.data(), dTop.data(), d.data(), fx.s);
+#ifdef OSTRIVEX_X86
+            if (permute && fx.s > kLaneBits)
+                horizontalVbmi<true>(out.row(y), w, v, ix.data(), d.data(), fx.s, perm);
+            else if (permute)
+                horizontalVbmi<false>(out.row(y), w, v, ix.data(), d.data(), fx.s, perm);
+            else
+#endif
+                horizontal(out.row(y), w, v, ix.data(), dTop.data(), d.data(), fx.s);
             progressStep(y);
         }
     }

@@ -4,11 +4,12 @@
 
 namespace ostrivex::transforms_detail {
 
-enum SimdLevel { kPlain = 0, kAvx2 = 1, kAvx512 = 2 };
+// kAvx512Vbmi adds the byte permutes of AVX-512 VBMI.
+enum SimdLevel { kPlain = 0, kAvx2 = 1, kAvx512 = 2, kAvx512Vbmi = 3 };
 
 // The best level this processor runs, capped by simdLimit().
 SimdLevel simdLevel();
-// The cap (kAvx512 unless a test lowers it).
+// The cap (kAvx512Vbmi unless a test lowers it).
 SimdLevel& simdLimit();
 
 } // namespace ostrivex::transforms_detail

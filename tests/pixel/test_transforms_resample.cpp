@@ -53,7 +53,7 @@ Bits referenceResize(const Bits& s, int w, int h) {
 template <class Body> void forEachLevel(Body body) {
     using namespace transforms_detail;
     const SimdLevel saved = simdLimit();
-    for (SimdLevel level : {kPlain, kAvx2, kAvx512}) {
+    for (SimdLevel level : {kPlain, kAvx2, kAvx512, kAvx512Vbmi}) {
         simdLimit() = level;
         if (simdLevel() != level) continue;
         SCOPED_TRACE(int(level));

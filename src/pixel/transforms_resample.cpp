@@ -24,7 +24,9 @@
 // Layout of the work: positions and weights depend on x alone or on y alone and are
 // tables built before the loops. The vertical step runs once per output row over the
 // source columns that the row reads, into a row buffer; the horizontal step reads two
-// neighbouring values of it per output pixel.
+// neighbouring values of it per output pixel. The loops exist plain, on 8 lanes (AVX2)
+// and on 16 (AVX-512), where the horizontal step can also gather its bytes by permutes
+// (VBMI); transforms_simd.h picks the level, and every level gives the same bytes.
 #include "pixel/bitfilter.h"
 #include "pixel/transforms_simd.h"
 

@@ -17,6 +17,7 @@
 #include "document/fimage.h"
 #include "imagefile/fNew.h"
 #include "imagefile/fProperties.h"
+#include "pixel/fixedcommands.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -178,8 +179,7 @@ void fMain::MenuExec(const QString& word) {
                               "15", "10", "2x", "3x", "4x", "5x", "x2", "x3", "x4", "x5",
                               "ORIGINAL", "RESTORE"})) {
         route("ZoomImage");
-    } else if (isOneOf(word, {"N90", "N180", "N270", "N45", "A90", "A180", "A270", "A45",
-                              "FLIPH", "FLIPV"})) {
+    } else if (isOneOf(word, {"N90", "N180", "N270", "N45", "A90", "A180", "A270", "A45"})) {
         route("RotateImage");
     } else if (isOneOf(word, {"EXTRACTICON", "IMAGESCALE", "IMAGEMERGING", "IMAGECAPTURER",
                               "IMAGETEXTURES", "IMAGERESOLUTION", "IMAGECOLORDEPTH",
@@ -197,15 +197,21 @@ void fMain::MenuExec(const QString& word) {
         // A filter with a dialog: the dialog previews from cFilter and runs the envelope
         // on OK.
         route("FilterDialog");
-    } else if (RunFixedFilter(word)) {
+    } else if (RunFixedFilter(word)) { // the fixed commands, FLIPH and FLIPV among them
         route("RunFixedFilter");
     }
 }
 
 bool fMain::RunFixedFilter(const QString& word) {
-    // The table of fixed filter commands (word -> one cBitFilter call with fixed
-    // arguments) is wired in here; each runs through RunFilterEnvelope.
-    return false;
+    // One table of words and their fixed calls serves the menus and the batch tool.
+    const FixedCommand* command = FindFixedCommand(word.toStdString());
+    if (!command) return false;
+    // The history names the state after the entry that was clicked; a word that no entry
+    // sent is named by itself.
+    const MenuEntry* entry = FindMenuWord(word.toStdString());
+    const QString label = entry && !LastCommandCaption.isEmpty() ? LastCommandCaption : word;
+    RunFilterEnvelope([command](cBitFilter& f) { return command->run(f); }, label);
+    return true;
 }
 
 void fMain::RunFilterEnvelope(const std::function<Bits(cBitFilter&)>& operation,
@@ -215,6 +221,8 @@ void fMain::RunFilterEnvelope(const std::function<Bits(cBitFilter&)>& operation,
     Bits result = operation(filter);                // 2.
     filter.SetBits(std::move(result));              // 3.
     ActiveDocument->SetBits(filter.bits());         // 4.
+    // Writing a document's pixels shows them; Update draws only for an empty label.
+    ActiveDocument->UpdateImage();
     Update(label, true);                            // 5.
     QCoreApplication::processEvents();              // 6.
 }

@@ -160,12 +160,9 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     EXPECT_EQ(main_->LastRoute(), "");
     main_->MenuExec("SELECTALL");
     EXPECT_EQ(main_->LastRoute(), "Selection");
-    main_->MenuExec("HAFTONE");
-    // (the fixed filter commands are wired into RunFixedFilter separately)
-    main_->MenuExec("LIGHTSATURATION");
     main_->MenuExec("CUSTOMBLUR");
     EXPECT_EQ(main_->LastRoute(), "FilterDialog");
-    main_->MenuExec("N90");
+    main_->MenuExec("A180");
     EXPECT_EQ(main_->LastRoute(), "RotateImage");
     main_->MenuExec("x3");
     EXPECT_EQ(main_->LastRoute(), "ZoomImage");
@@ -208,6 +205,26 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     EXPECT_EQ(main_->statusPanel("Status"), "Invert");
     EXPECT_EQ(doc->HistoryPosition(), position + 1);
     EXPECT_EQ(doc->History().ActionNames[size_t(position)], "Invert");
+
+    // A fixed command through the menu: Invert, filed under the entry's caption.
+    main_->clearLastRoute();
+    main_->action(*FindMenuEntry("mnuFilters2", "Invert"))->trigger();
+    EXPECT_EQ(main_->LastRoute(), "RunFixedFilter");
+    EXPECT_TRUE(test::sameBits(before, doc->bits()));
+    EXPECT_EQ(doc->History().ActionNames[size_t(position + 1)], "Invert");
+    // Undo returns to the envelope's inverted state (and cFilter with it); the swap of
+    // red and blue from its entry then works on those pixels.
+    main_->MenuExec("UNDO");
+    main_->action(*FindMenuEntry("mnuColors2", "RGB To BGR", "Swap"))->trigger();
+    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{225, 235, 245}, {255, 155, 55}}), doc->bits()));
+    EXPECT_EQ(main_->statusPanel("Status"), "Swap RGB To BGR");
+    // A word that no entry sends is filed under the word: the mirror of the two pixels.
+    main_->MenuExec("FLIPH");
+    EXPECT_EQ(main_->LastRoute(), "RunFixedFilter");
+    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{255, 155, 55}, {225, 235, 245}}), doc->bits()));
+    EXPECT_EQ(main_->statusPanel("Status"), "FLIPH");
+    main_->MenuExec("UNDO");
+    main_->MenuExec("UNDO");
 
     // Undo through the chain brings the first state back, redo the second.
     main_->MenuExec("UNDO");

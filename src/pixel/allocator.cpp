@@ -1,5 +1,7 @@
 #include "pixel/allocator.h"
 
+#include <cstdlib> // defines __GLIBC__ on glibc systems
+
 #if defined(__GLIBC__)
 #include <malloc.h>
 #endif
@@ -8,10 +10,11 @@ namespace ostrivex {
 
 void TuneAllocatorForImages() {
 #if defined(__GLIBC__)
-    // 512 MB: above the largest image buffer the editor handles in one piece.
-    constexpr int kThreshold = 512 * 1024 * 1024;
-    mallopt(M_MMAP_THRESHOLD, kThreshold);
-    mallopt(M_TRIM_THRESHOLD, kThreshold);
+    // glibc caps M_MMAP_THRESHOLD at 32 MB, below one 24-megapixel buffer, so mapping is
+    // switched off instead: every block comes from the heap, and up to 512 MB of freed
+    // space at its top stays there for the next image.
+    mallopt(M_MMAP_MAX, 0);
+    mallopt(M_TRIM_THRESHOLD, 512 * 1024 * 1024);
 #endif
 }
 

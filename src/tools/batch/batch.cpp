@@ -311,8 +311,7 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
     const std::string& input = positional[0];
     const std::string& output = positional[1];
     const std::string inExt = extensionOf(input);
-    const ImageFileResult loaded = IsPictureExtension(inExt) ? LoadPictureFile(input, inExt)
-                                                             : LoadImageFile(input, inExt);
+    const ImageFileResult loaded = LoadDocumentImage(input, inExt);
     if (!loaded.ok) return fail(err, input + ": " + loaded.message);
 
     cBitFilter filter;

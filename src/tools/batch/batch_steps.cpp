@@ -24,8 +24,7 @@ ArgSpec P(const char* name) { return {name, K::Path, 0, 0, {}}; }
 Bits loadArgumentImage(const std::string& path) {
     const size_t dot = path.rfind('.');
     const std::string ext = dot == std::string::npos ? "" : path.substr(dot + 1);
-    ImageFileResult r = LoadImageFile(path, ext);
-    if (!r.ok && IsPictureExtension(ext)) r = LoadPictureFile(path, ext);
+    const ImageFileResult r = LoadDocumentImage(path, ext);
     if (!r.ok) throw StepError("cannot load image '" + path + "': " + r.message);
     return LoadedBitmap;
 }

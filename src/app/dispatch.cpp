@@ -66,15 +66,25 @@ void tileSubWindows(QMdiArea* area, bool horizontally) {
 } // namespace
 
 void fMain::menuClick(const MenuEntry& entry) {
-    if (StoresLastCaption(entry)) LastCommandCaption = QString::fromStdString(LastCaptionFor(entry));
+    if (StoresLastCaption(entry))
+        LastCommandCaption = QString::fromStdString(LastCaptionFor(entry));
     const QString word = QString::fromUtf8(entry.word.data(), qsizetype(entry.word.size()));
     switch (entry.route) {
-    case MenuRoute::Static: MenuStatic(word); break;
-    case MenuRoute::Exec: MenuExec(word); break;
-    case MenuRoute::LayerEffect: ApplyLayerEffects(entry.effect); break;
-    case MenuRoute::Routine: runRoutine(entry); break;
+    case MenuRoute::Static:
+        MenuStatic(word);
+        break;
+    case MenuRoute::Exec:
+        MenuExec(word);
+        break;
+    case MenuRoute::LayerEffect:
+        ApplyLayerEffects(entry.effect);
+        break;
+    case MenuRoute::Routine:
+        runRoutine(entry);
+        break;
     case MenuRoute::Separator:
-    case MenuRoute::Submenu: break;
+    case MenuRoute::Submenu:
+        break;
     }
 }
 
@@ -175,24 +185,53 @@ void fMain::MenuExec(const QString& word) {
         route("Print");
     } else if (isOneOf(word, {"IMAGESIZE", "CANVASSIZE", "IMAGEORIENTATION", "IMAGEROTATE"})) {
         route("SizeDialog");
-    } else if (isOneOf(word, {"200", "300", "400", "500", "600", "700", "50", "33", "25", "20",
-                              "15", "10", "2x", "3x", "4x", "5x", "x2", "x3", "x4", "x5",
-                              "ORIGINAL", "RESTORE"})) {
+    } else if (isOneOf(word, {"200", "300", "400", "500", "600",      "700",    "50", "33",
+                              "25",  "20",  "15",  "10",  "2x",       "3x",     "4x", "5x",
+                              "x2",  "x3",  "x4",  "x5",  "ORIGINAL", "RESTORE"})) {
         route("ZoomImage");
     } else if (isOneOf(word, {"N90", "N180", "N270", "N45", "A90", "A180", "A270", "A45"})) {
         route("RotateImage");
-    } else if (isOneOf(word, {"EXTRACTICON", "IMAGESCALE", "IMAGEMERGING", "IMAGECAPTURER",
-                              "IMAGETEXTURES", "IMAGERESOLUTION", "IMAGECOLORDEPTH",
-                              "TEXTTOOLS"})) {
+    } else if (isOneOf(word,
+                       {"EXTRACTICON", "IMAGESCALE", "IMAGEMERGING", "IMAGECAPTURER",
+                        "IMAGETEXTURES", "IMAGERESOLUTION", "IMAGECOLORDEPTH", "TEXTTOOLS"})) {
         // Left in the chain with nothing behind them.
-    } else if (isOneOf(word, {"REDUCTION", "CUSTOMSATURATION", "BRIGHTNESS", "CONTRAST",
-                              "GAMMA", "CUSTOMBLUR", "CUSTOMNOISE", "CUSTOMEMBOSS",
-                              "CUSTOMENGRAVE", "CUSTOMDIFFUSE", "CUSTOMSOFTEN", "CUSTOMSHARPEN",
-                              "CUSTOMCONTOUR", "LIGHTCUSTOM", "COLORIZE", "RGBLEVELS",
-                              "HUESTRETCH", "HUEROTATION", "GREYROTATION", "SHIFT", "SKETCH",
-                              "ISOLATE", "REPLACE", "REPLACEHUESAT", "REPLACELUMINOUS", "LENS",
-                              "WAVES", "BEND", "FOLD", "ROTATE", "STRETCH", "TILE", "TWIRL",
-                              "ADDGRID", "LENSFLARE", "ADDSCANLINES", "CUSTOMGLASS",
+    } else if (isOneOf(word, {"REDUCTION",
+                              "CUSTOMSATURATION",
+                              "BRIGHTNESS",
+                              "CONTRAST",
+                              "GAMMA",
+                              "CUSTOMBLUR",
+                              "CUSTOMNOISE",
+                              "CUSTOMEMBOSS",
+                              "CUSTOMENGRAVE",
+                              "CUSTOMDIFFUSE",
+                              "CUSTOMSOFTEN",
+                              "CUSTOMSHARPEN",
+                              "CUSTOMCONTOUR",
+                              "LIGHTCUSTOM",
+                              "COLORIZE",
+                              "RGBLEVELS",
+                              "HUESTRETCH",
+                              "HUEROTATION",
+                              "GREYROTATION",
+                              "SHIFT",
+                              "SKETCH",
+                              "ISOLATE",
+                              "REPLACE",
+                              "REPLACEHUESAT",
+                              "REPLACELUMINOUS",
+                              "LENS",
+                              "WAVES",
+                              "BEND",
+                              "FOLD",
+                              "ROTATE",
+                              "STRETCH",
+                              "TILE",
+                              "TWIRL",
+                              "ADDGRID",
+                              "LENSFLARE",
+                              "ADDSCANLINES",
+                              "CUSTOMGLASS",
                               "CUSTOMCURTAIN"})) {
         // A filter with a dialog: the dialog previews from cFilter and runs the envelope
         // on OK.
@@ -217,14 +256,14 @@ bool fMain::RunFixedFilter(const QString& word) {
 void fMain::RunFilterEnvelope(const std::function<Bits(cBitFilter&)>& operation,
                               const QString& label) {
     if (!GetActiveDocument(ActiveDocument)) return;
-    cBitFilter& filter = Filter();                  // 1.
-    Bits result = operation(filter);                // 2.
-    filter.SetBits(std::move(result));              // 3.
-    ActiveDocument->SetBits(filter.bits());         // 4.
+    cBitFilter& filter = Filter();          // 1.
+    Bits result = operation(filter);        // 2.
+    filter.SetBits(std::move(result));      // 3.
+    ActiveDocument->SetBits(filter.bits()); // 4.
     // Writing a document's pixels shows them; Update draws only for an empty label.
     ActiveDocument->UpdateImage();
-    Update(label, true);                            // 5.
-    QCoreApplication::processEvents();              // 6.
+    Update(label, true);               // 5.
+    QCoreApplication::processEvents(); // 6.
 }
 
 void fMain::ApplyLayerEffects(int effect) {

@@ -45,9 +45,9 @@ bool GetActiveDocument(fImage*& ref) {
 }
 
 const std::array<const char*, 15> fMain::ToolKeys{
-    "Pencil",   "ZoomIn", "ZoomOut", "MouseScroll", "MM",    "GetColor", "SelectionMove",
-    "Select",   "Brush",  "Airbrush", "Stamp",      "Fill",  "Gradient", "Shape",
-    "Layers"};
+    "Pencil",   "ZoomIn",        "ZoomOut",  "MouseScroll", "MM",
+    "GetColor", "SelectionMove", "Select",   "Brush",       "Airbrush",
+    "Stamp",    "Fill",          "Gradient", "Shape",       "Layers"};
 
 // The zoom factors the combo offers; a document's factor runs from 1 to 15, and one past
 // the ninth shows in the combo as no selection.
@@ -67,25 +67,32 @@ struct BoxInfo {
 
 using SR = SettingsRecord;
 const std::array<BoxInfo, fMain::BoxCount> kBoxes{{
-    {"fToolColor", "Color Box",
+    {"fToolColor",
+     "Color Box",
      {&SR::ColorBoxVisible, &SR::ColorBoxLeft, &SR::ColorBoxTop, nullptr, nullptr,
       &SR::ColorBoxMinimized, QSize(210, 160)}},
-    {"fToolTextures", "Textures Box",
+    {"fToolTextures",
+     "Textures Box",
      {&SR::TexturesBoxVisible, &SR::TexturesBoxLeft, &SR::TexturesBoxTop, nullptr, nullptr,
       &SR::TexturesBoxMinimized, QSize(210, 160)}},
-    {"fPaste", "History Box",
+    {"fPaste",
+     "History Box",
      {&SR::HistoryBoxVisible, &SR::HistoryBoxLeft, &SR::HistoryBoxTop, &SR::HistoryBoxWidth,
       &SR::HistoryBoxHeight, &SR::HistoryBoxMinimized, QSize()}},
-    {"fPanView", "Panoramic Box",
-     {&SR::PanoramicBoxVisible, &SR::PanoramicBoxLeft, &SR::PanoramicBoxTop,
-      &SR::PanoramicBoxWidth, &SR::PanoramicBoxHeight, &SR::PanoramicBoxMinimized, QSize()}},
-    {"fToolBrowser", "Browser Box",
+    {"fPanView",
+     "Panoramic Box",
+     {&SR::PanoramicBoxVisible, &SR::PanoramicBoxLeft, &SR::PanoramicBoxTop, &SR::PanoramicBoxWidth,
+      &SR::PanoramicBoxHeight, &SR::PanoramicBoxMinimized, QSize()}},
+    {"fToolBrowser",
+     "Browser Box",
      {&SR::BrowserBoxVisible, &SR::BrowserBoxLeft, &SR::BrowserBoxTop, &SR::BrowserBoxWidth,
       &SR::BrowserBoxHeight, &SR::BrowserBoxMinimized, QSize()}},
-    {"finfo", "Optimize Box",
+    {"finfo",
+     "Optimize Box",
      {&SR::OptimizeBoxVisible, &SR::OptimizeBoxLeft, &SR::OptimizeBoxTop, nullptr, nullptr,
       &SR::OptimizeBoxMinimized, QSize(210, 155)}},
-    {"fLayerBox", "Layer Box",
+    {"fLayerBox",
+     "Layer Box",
      {&SR::LayerBoxVisible, &SR::LayerBoxLeft, &SR::LayerBoxTop, &SR::LayerBoxWidth,
       &SR::LayerBoxHeight, &SR::LayerBoxMinimized, QSize()}},
 }};
@@ -93,10 +100,12 @@ const std::array<BoxInfo, fMain::BoxCount> kBoxes{{
 // Load order of the boxes at start-up: Color, Textures, History, Browser, Optimize,
 // Panoramic, Layer.
 constexpr std::array<int, fMain::BoxCount> kLoadOrder{
-    fMain::BoxColor,   fMain::BoxTextures, fMain::BoxHistory, fMain::BoxBrowser,
+    fMain::BoxColor,    fMain::BoxTextures,  fMain::BoxHistory, fMain::BoxBrowser,
     fMain::BoxOptimize, fMain::BoxPanoramic, fMain::BoxLayer};
 
-QString qs(std::string_view s) { return QString::fromUtf8(s.data(), qsizetype(s.size())); }
+QString qs(std::string_view s) {
+    return QString::fromUtf8(s.data(), qsizetype(s.size()));
+}
 
 } // namespace
 
@@ -200,7 +209,8 @@ void fMain::buildToolBar() {
     tbText_->setMovable(false);
     cbZoom_ = new QComboBox(tbText_);
     cbZoom_->setObjectName("cbZoom");
-    for (const char* item : ZoomItems) cbZoom_->addItem(item);
+    for (const char* item : ZoomItems)
+        cbZoom_->addItem(item);
     tbText_->addWidget(cbZoom_);
     tbText_->addSeparator();
     connect(cbZoom_, &QComboBox::activated, this, [this](int index) {
@@ -302,7 +312,9 @@ void fMain::PlaceBox(int index) {
     }
 }
 
-void fMain::ToggleBox(int index) { viewsActions_[size_t(index)]->toggle(); }
+void fMain::ToggleBox(int index) {
+    viewsActions_[size_t(index)]->toggle();
+}
 
 void fMain::applyBoxState(int index, bool on) {
     ToolBox* b = boxes_[size_t(index)];
@@ -315,7 +327,9 @@ void fMain::applyBoxState(int index, bool on) {
     }
 }
 
-void fMain::closeBox(int index) { viewsActions_[size_t(index)]->setChecked(false); }
+void fMain::closeBox(int index) {
+    viewsActions_[size_t(index)]->setChecked(false);
+}
 
 // --- Status and progress ----------------------------------------------------------------
 
@@ -330,7 +344,8 @@ void fMain::SetStatusPanel(const QString& key, const QString& text) {
 }
 
 void fMain::ClearStatusPanels() {
-    for (auto& [key, label] : statusPanels_) label->clear();
+    for (auto& [key, label] : statusPanels_)
+        label->clear();
     progress_->setValue(0);
 }
 
@@ -361,12 +376,21 @@ void fMain::tb_ButtonClick(int button) {
     if (!GetActiveDocument(doc)) return;
     ActiveDocument = doc;
     switch (button) {
-    case 1: route("fLayerText"); break; // style text dialog
-    case 2: route("f3D"); break;        // 3D text dialog
-    case 3: route("LogoMan"); break;    // logo maker
+    case 1:
+        route("fLayerText");
+        break; // style text dialog
+    case 2:
+        route("f3D");
+        break; // 3D text dialog
+    case 3:
+        route("LogoMan");
+        break; // logo maker
     case 0:
-    case 4: route("ShowGrip"); break;   // the layer work's ShowGrip with no text, no object
-    default: break;
+    case 4:
+        route("ShowGrip");
+        break; // the layer work's ShowGrip with no text, no object
+    default:
+        break;
     }
 }
 

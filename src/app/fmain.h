@@ -33,10 +33,18 @@ class ToolBox;
 
 class fMain : public QMainWindow, public DocumentHost {
     Q_OBJECT
-public:
+  public:
     // The seven boxes, in the order of their Views entries (4 to 10).
-    enum Box { BoxColor, BoxTextures, BoxHistory, BoxPanoramic, BoxBrowser, BoxOptimize,
-               BoxLayer, BoxCount };
+    enum Box {
+        BoxColor,
+        BoxTextures,
+        BoxHistory,
+        BoxPanoramic,
+        BoxBrowser,
+        BoxOptimize,
+        BoxLayer,
+        BoxCount
+    };
     // The keys of the `tbTool` buttons, in button order (index 0 first).
     static const std::array<const char*, 15> ToolKeys;
     // The nine items of the zoom combo.
@@ -65,8 +73,7 @@ public:
     // The envelope of a filter command: takes cFilter, runs the operation, makes its result
     // the engine's buffer and the document's Bits, calls Update(label, true) and lets one
     // round of events through. Nothing without an active document.
-    void RunFilterEnvelope(const std::function<Bits(cBitFilter&)>& operation,
-                           const QString& label);
+    void RunFilterEnvelope(const std::function<Bits(cBitFilter&)>& operation, const QString& label);
     // The routine that took the last word or click ("" when nothing took it); the families
     // whose work is not built yet are recognised all the same.
     const QString& LastRoute() const { return lastRoute_; }
@@ -137,12 +144,12 @@ public:
     void DocumentDeactivated(fImage* document) override {}
     void ViewChanged(fImage* document, int view) override {}
 
-protected:
+  protected:
     void closeEvent(QCloseEvent* e) override;
     void resizeEvent(QResizeEvent* e) override;
     void changeEvent(QEvent* e) override;
 
-private:
+  private:
     void buildMenus();
     void buildToolBar();
     void buildStatusBar();

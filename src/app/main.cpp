@@ -13,8 +13,9 @@ int main(int argc, char** argv) {
     ostrivex::InstallShutdownSignals();
 
     auto* splash = new ostrivex::fSplash();
-    QObject::connect(splash, &ostrivex::fSplash::finished, splash,
-                     [splash] { ostrivex::StartUp(splash); }, Qt::QueuedConnection);
+    QObject::connect(
+        splash, &ostrivex::fSplash::finished, splash, [splash] { ostrivex::StartUp(splash); },
+        Qt::QueuedConnection);
     splash->show();
     return app.exec();
 }

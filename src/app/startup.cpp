@@ -44,7 +44,9 @@ bool AcquireInstanceLock() {
     return instanceLock->tryLock(0);
 }
 
-void ReleaseInstanceLock() { instanceLock.reset(); }
+void ReleaseInstanceLock() {
+    instanceLock.reset();
+}
 
 fMain* StartUp(QWidget* splash) {
     // 2.

@@ -70,7 +70,9 @@ ToolBox::ToolBox(const QString& formName, const QString& caption, const BoxField
     });
 }
 
-QString ToolBox::caption() const { return title_->text(); }
+QString ToolBox::caption() const {
+    return title_->text();
+}
 
 void ToolBox::setContent(QWidget* widget) {
     layout_->replaceWidget(content_, widget);

@@ -27,12 +27,12 @@ struct BoxFields {
     std::int16_t SettingsRecord::*width;  // nullptr for a fixed-size box
     std::int16_t SettingsRecord::*height; // nullptr for a fixed-size box
     bool16 SettingsRecord::*minimized;
-    QSize fixedSize;                      // pixels, for a fixed-size box
+    QSize fixedSize; // pixels, for a fixed-size box
 };
 
 class ToolBox : public QWidget {
     Q_OBJECT
-public:
+  public:
     // The height of the title strip, which is all that a minimised box shows.
     static constexpr int TitleHeight = 20;
 
@@ -56,11 +56,11 @@ public:
     // The box's size in pixels when not minimised.
     QSize StoredSize() const;
 
-signals:
+  signals:
     // The close button was pressed (the box is already hidden).
     void closeRequested(ToolBox* box);
 
-protected:
+  protected:
     void mousePressEvent(QMouseEvent* e) override;
     void mouseMoveEvent(QMouseEvent* e) override;
     void mouseReleaseEvent(QMouseEvent* e) override;
@@ -68,7 +68,7 @@ protected:
     void closeEvent(QCloseEvent* e) override;
     void paintEvent(QPaintEvent* e) override;
 
-private:
+  private:
     void storePosition();
 
     BoxFields fields_;

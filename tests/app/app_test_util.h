@@ -20,7 +20,7 @@
 namespace ostrivex::testing {
 
 class FreshHome : public ::testing::Test {
-protected:
+  protected:
     void SetUp() override {
         ASSERT_TRUE(home_.isValid());
         ASSERT_TRUE(runtime_.isValid());
@@ -53,10 +53,10 @@ inline void answerNextModal(std::function<void(QWidget*)> inspect) {
 } // namespace ostrivex::testing
 
 // Every application test program starts here: offscreen unless told otherwise.
-#define OSTRIVEX_APP_TEST_MAIN()                                                               \
-    int main(int argc, char** argv) {                                                          \
-        setenv("QT_QPA_PLATFORM", "offscreen", 0);                                             \
-        QApplication app(argc, argv);                                                          \
-        ::testing::InitGoogleTest(&argc, argv);                                                \
-        return RUN_ALL_TESTS();                                                                \
+#define OSTRIVEX_APP_TEST_MAIN()                                                                   \
+    int main(int argc, char** argv) {                                                              \
+        setenv("QT_QPA_PLATFORM", "offscreen", 0);                                                 \
+        QApplication app(argc, argv);                                                              \
+        ::testing::InitGoogleTest(&argc, argv);                                                    \
+        return RUN_ALL_TESTS();                                                                    \
     }

@@ -22,10 +22,12 @@ using ostrivex::testing::FreshHome;
 
 namespace {
 
-QString qs(std::string_view s) { return QString::fromUtf8(s.data(), qsizetype(s.size())); }
+QString qs(std::string_view s) {
+    return QString::fromUtf8(s.data(), qsizetype(s.size()));
+}
 
 class MainWindowTest : public FreshHome {
-protected:
+  protected:
     void SetUp() override {
         FreshHome::SetUp();
         SetDefaultSettings(Settings, AppFolder());
@@ -102,8 +104,8 @@ TEST_F(MainWindowTest, DispatchWithoutADocument) {
             EXPECT_EQ(main_->LastRoute(), "") << e.word;
     }
     // MenuStatic: the file commands on a document do nothing; the others run.
-    for (const char* word : {"SAVE", "SAVEAS", "CLOSE", "IMAGESAVEOPTIONS", "UPDATELAYERS",
-                             "WTILE"}) {
+    for (const char* word :
+         {"SAVE", "SAVEAS", "CLOSE", "IMAGESAVEOPTIONS", "UPDATELAYERS", "WTILE"}) {
         main_->clearLastRoute();
         main_->MenuStatic(word);
         EXPECT_EQ(main_->LastRoute(), "") << word;
@@ -192,12 +194,13 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
         [](cBitFilter& f) {
             Bits out = f.GetBits();
             for (int x = 0; x < 2; ++x)
-                for (int c = 0; c < 3; ++c) out.pixel(x, 0)[c] = uint8_t(255 - out.pixel(x, 0)[c]);
+                for (int c = 0; c < 3; ++c)
+                    out.pixel(x, 0)[c] = uint8_t(255 - out.pixel(x, 0)[c]);
             return out;
         },
         "Invert");
-    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{245, 235, 225}, {55, 155, 255}}),
-                               doc->bits()));
+    EXPECT_TRUE(
+        test::sameBits(test::makeBits(2, 1, {{245, 235, 225}, {55, 155, 255}}), doc->bits()));
     EXPECT_TRUE(test::sameBits(doc->bits(), main_->Filter().bits()));
     EXPECT_TRUE(DocumentChanged);
     EXPECT_TRUE(doc->Changed);
@@ -216,12 +219,14 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     // red and blue from its entry then works on those pixels.
     main_->MenuExec("UNDO");
     main_->action(*FindMenuEntry("mnuColors2", "RGB To BGR", "Swap"))->trigger();
-    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{225, 235, 245}, {255, 155, 55}}), doc->bits()));
+    EXPECT_TRUE(
+        test::sameBits(test::makeBits(2, 1, {{225, 235, 245}, {255, 155, 55}}), doc->bits()));
     EXPECT_EQ(main_->statusPanel("Status"), "Swap RGB To BGR");
     // A word that no entry sends is filed under the word: the mirror of the two pixels.
     main_->MenuExec("FLIPH");
     EXPECT_EQ(main_->LastRoute(), "RunFixedFilter");
-    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{255, 155, 55}, {225, 235, 245}}), doc->bits()));
+    EXPECT_TRUE(
+        test::sameBits(test::makeBits(2, 1, {{255, 155, 55}, {225, 235, 245}}), doc->bits()));
     EXPECT_EQ(main_->statusPanel("Status"), "FLIPH");
     main_->MenuExec("UNDO");
     main_->MenuExec("UNDO");
@@ -246,7 +251,8 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
 }
 
 TEST_F(MainWindowTest, ViewsTogglesAndCloseButtons) {
-    for (int b = 0; b < fMain::BoxCount; ++b) main_->PlaceBox(b);
+    for (int b = 0; b < fMain::BoxCount; ++b)
+        main_->PlaceBox(b);
     ToolBox* color = main_->box(fMain::BoxColor);
     ToolBox* history = main_->box(fMain::BoxHistory);
     EXPECT_EQ(color->objectName(), "fToolColor");
@@ -296,7 +302,8 @@ TEST_F(MainWindowTest, ViewsTogglesAndCloseButtons) {
 TEST_F(MainWindowTest, BoxesWithTheirFlagOffStayHidden) {
     Settings.PanoramicBoxVisible = 0;
     Settings.OptimizeBoxMinimized = -1;
-    for (int b = 0; b < fMain::BoxCount; ++b) main_->PlaceBox(b);
+    for (int b = 0; b < fMain::BoxCount; ++b)
+        main_->PlaceBox(b);
     EXPECT_FALSE(main_->box(fMain::BoxPanoramic)->isVisible());
     EXPECT_FALSE(main_->viewsAction(fMain::BoxPanoramic)->isChecked());
     EXPECT_TRUE(main_->box(fMain::BoxOptimize)->IsMinimized());
@@ -317,7 +324,8 @@ TEST_F(MainWindowTest, FillRecentKeepsEntryZero) {
     EXPECT_EQ(main_->recentAction(0)->text(), "");
     EXPECT_TRUE(main_->recentAction(1)->isVisible());
     EXPECT_TRUE(main_->recentAction(1)->text().endsWith("present.png"));
-    for (int i = 2; i < 8; ++i) EXPECT_FALSE(main_->recentAction(i)->isVisible()) << i;
+    for (int i = 2; i < 8; ++i)
+        EXPECT_FALSE(main_->recentAction(i)->isVisible()) << i;
 
     // When the file comes back, entry 0 shows it.
     SetFieldText(Settings.RecentFiles[0], present.toStdString());
@@ -330,9 +338,11 @@ TEST_F(MainWindowTest, ToolButtonsProgressAndZoom) {
     ASSERT_GE(tools.size(), 15);
     EXPECT_EQ(tools[0]->objectName(), "Pencil");
     EXPECT_EQ(tools[14]->objectName(), "Layers");
-    for (int i = 0; i < 15; ++i) tools[i]->setChecked(true);
+    for (int i = 0; i < 15; ++i)
+        tools[i]->setChecked(true);
     main_->DisableTools(3);
-    for (int i = 0; i < 15; ++i) EXPECT_EQ(tools[i]->isChecked(), i == 3) << i;
+    for (int i = 0; i < 15; ++i)
+        EXPECT_EQ(tools[i]->isChecked(), i == 3) << i;
     EXPECT_EQ(main_->KeyNum(65, 7), 0);
 
     main_->cFilter_Progress(40);

@@ -191,7 +191,8 @@ TEST(MenuTable, EveryCommandEntryWithCaptionKeyAndWord) {
         {"mnuAbout", "", "Keyboard Shortcuts", "", "fKeyboard", Rt},
         {"mnuAbout", "", "About Ostrivex Basic", "", "fAbout", Rt},
     };
-    for (const Expect& x : all) expectEntry(x);
+    for (const Expect& x : all)
+        expectEntry(x);
 
     // Every word that a menu sends appears in exactly one menu entry, except REDUCTION
     // (Adjust > Levels... and Colors 1 > Reduction...) and CREATEFROMCLIPBOARD (File and
@@ -214,19 +215,27 @@ TEST(MenuTable, LayerEffectsCarryTheirTreeNumbers) {
         const char* caption;
         int effect;
     } cases[] = {
-        {"mnuAdjust", "", "Flip Horizontally", 78}, {"mnuAdjust", "", "Flip Both", 80},
-        {"mnuLayers", "Flip", "Vertical", 78},      {"mnuLayers", "Flip", "Both", 80},
+        {"mnuAdjust", "", "Flip Horizontally", 78},
+        {"mnuAdjust", "", "Flip Both", 80},
+        {"mnuLayers", "Flip", "Vertical", 78},
+        {"mnuLayers", "Flip", "Both", 80},
         {"mnuFilters1", "Adjustment", "Brightness...", 2},
         {"mnuFilters1", "Adjustment", "Stretch Histogram", 14},
-        {"mnuFilters1", "Blur", "Anti-Alias", 16},  {"mnuFilters1", "Blur", "Zoom..", 24},
-        {"mnuFilters1", "Tones", "Gray Tones", 27}, {"mnuFilters1", "Tones", "Tone Adjustment", 30},
-        {"mnuFilters1", "Waves", "Simple...", 48},  {"mnuFilters1", "Waves", "Block...", 49},
+        {"mnuFilters1", "Blur", "Anti-Alias", 16},
+        {"mnuFilters1", "Blur", "Zoom..", 24},
+        {"mnuFilters1", "Tones", "Gray Tones", 27},
+        {"mnuFilters1", "Tones", "Tone Adjustment", 30},
+        {"mnuFilters1", "Waves", "Simple...", 48},
+        {"mnuFilters1", "Waves", "Block...", 49},
         {"mnuFilters1", "Borders", "Backdrop Removal", 53},
         {"mnuFilters1", "Borders", "Note Paper", 58},
         {"mnuFilters1", "Metallic Effects", "Ice", 62},
-        {"mnuFilters1", "", "Invertion Adjust", 64}, {"mnuFilters1", "", "Replace Color", 66},
-        {"mnuFilters1", "", "Tile Effect", 71},     {"mnuFilters1", "", "Rain Drop", 76},
-        {"mnuDistortions", "", "Spoilt", 32},       {"mnuDistortions", "", "Roll 360", 44},
+        {"mnuFilters1", "", "Invertion Adjust", 64},
+        {"mnuFilters1", "", "Replace Color", 66},
+        {"mnuFilters1", "", "Tile Effect", 71},
+        {"mnuFilters1", "", "Rain Drop", 76},
+        {"mnuDistortions", "", "Spoilt", 32},
+        {"mnuDistortions", "", "Roll 360", 44},
         {"mnuDistortions", "", "Mosaic", 47},
     };
     for (const auto& c : cases) {
@@ -271,7 +280,8 @@ TEST(MenuTable, SeparatorsAndHeadingsSendNothingAndIndexesAreUnique) {
     // Views entries 4 to 10 are the seven boxes.
     const char* boxes[] = {"Color Box",   "Textures Box", "History Box", "Panoramic Box",
                            "Browser Box", "Optimize Box", "Layer Box"};
-    for (int i = 0; i < 7; ++i) EXPECT_EQ(FindMenuEntry("mnuViews", boxes[i])->index, 4 + i);
+    for (int i = 0; i < 7; ++i)
+        EXPECT_EQ(FindMenuEntry("mnuViews", boxes[i])->index, 4 + i);
 }
 
 TEST(MenuTable, FixedHiddenAndDisabledStates) {
@@ -281,8 +291,8 @@ TEST(MenuTable, FixedHiddenAndDisabledStates) {
         if (e.disabled) disabled.insert(std::string(e.caption));
     }
     const std::set<std::string> wantHidden{
-        "Brightness...", "Contrast",         "Sharpening",       "Gamma",
-        "Reduce Colors", "Reduce to 8 colors", "Blend Modes",   "Metallic Effects",
+        "Brightness...", "Contrast",           "Sharpening",  "Gamma",
+        "Reduce Colors", "Reduce to 8 colors", "Blend Modes", "Metallic Effects",
         "Replace Color", "Keyboard Shortcuts"};
     EXPECT_EQ(hidden, wantHidden);
     EXPECT_EQ(disabled, (std::set<std::string>{"Selective Moveable", "Freely Moveable"}));
@@ -294,15 +304,13 @@ TEST(MenuTable, FixedHiddenAndDisabledStates) {
 TEST(MenuTable, LastCommandCaptionRules) {
     EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuColors2", "RGB To BRG", "Swap")),
               "Swap RGB To BRG");
-    EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuColors2", "RGB Banks", "Swap")),
-              "Swap RGB Banks");
+    EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuColors2", "RGB Banks", "Swap")), "Swap RGB Banks");
     EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuColors1", "Replace  Luminous...")),
               "Replace Replace  Luminous...");
     EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuColors1", "Replace Colors...")),
               "Replace Replace Colors...");
     EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuFilters1", "Smart", "Blur")), "Smart Blur");
-    EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuFilters1", "Heavy...", "Blur")),
-              "Heavy... Blur");
+    EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuFilters1", "Heavy...", "Blur")), "Heavy... Blur");
     // Plain captions elsewhere, including the other layer arrays.
     EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuColors1", "Sepia Tone")), "Sepia Tone");
     EXPECT_EQ(LastCaptionFor(*FindMenuEntry("mnuFilters1", "Gray Tones", "Tones")), "Gray Tones");
@@ -326,6 +334,8 @@ TEST(MenuTable, LookupByWordAndTopMenus) {
     EXPECT_EQ(TopMenus().back().caption, "About");
     // Every entry belongs to a listed top menu.
     std::set<std::string_view> names;
-    for (const TopMenu& t : TopMenus()) names.insert(t.name);
-    for (const MenuEntry& x : MenuTable()) EXPECT_TRUE(names.count(x.menu)) << x.caption;
+    for (const TopMenu& t : TopMenus())
+        names.insert(t.name);
+    for (const MenuEntry& x : MenuTable())
+        EXPECT_TRUE(names.count(x.menu)) << x.caption;
 }

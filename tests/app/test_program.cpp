@@ -36,7 +36,8 @@ void runUntilSignal(int signal) {
     const QString file = home.path() + "/oi201Start.up";
     QElapsedTimer clock;
     clock.start();
-    while (!QFile::exists(file) && clock.elapsed() < 20000) QThread::msleep(20);
+    while (!QFile::exists(file) && clock.elapsed() < 20000)
+        QThread::msleep(20);
     ASSERT_TRUE(QFile::exists(file));
     EXPECT_EQ(QFile(file).size(), 0);
     // Let start-up finish before the signal (the signal is served by the event loop, so
@@ -56,7 +57,8 @@ void runUntilSignal(int signal) {
     SettingsRecord defaults;
     SetDefaultSettings(defaults, home.path().toStdString());
     const std::vector<uint8_t> want = SettingsBytes(defaults);
-    EXPECT_EQ(bytes, QByteArray(reinterpret_cast<const char*>(want.data()), qsizetype(want.size())));
+    EXPECT_EQ(bytes,
+              QByteArray(reinterpret_cast<const char*>(want.data()), qsizetype(want.size())));
     // Checked by hand at the start: 9600 and 7200 twips, maximised, not DocMaximized, and
     // the open folder.
     EXPECT_EQ(bytes.left(8), QByteArray::fromHex("8025201cffff0000"));
@@ -65,9 +67,13 @@ void runUntilSignal(int signal) {
     EXPECT_FALSE(QFile::exists(home.path() + "/ignored.png"));
 }
 
-TEST(Program, SigtermWritesTheDefaultRecordAndExitsCleanly) { runUntilSignal(SIGTERM); }
+TEST(Program, SigtermWritesTheDefaultRecordAndExitsCleanly) {
+    runUntilSignal(SIGTERM);
+}
 
-TEST(Program, SigintDoesTheSame) { runUntilSignal(SIGINT); }
+TEST(Program, SigintDoesTheSame) {
+    runUntilSignal(SIGINT);
+}
 
 } // namespace
 

@@ -34,7 +34,7 @@ void touch(const QString& path) {
 }
 
 class ShutdownTest : public FreshHome {
-protected:
+  protected:
     void TearDown() override { ReleaseInstanceLock(); }
 };
 

@@ -23,8 +23,9 @@ constexpr MenuEntry ex(sv menu, sv parent, sv caption, sv key, sv word, sv array
 // A layer effect: the effect number is the array's base plus the entry's index.
 constexpr MenuEntry fx(sv menu, sv parent, sv caption, sv key, sv array, int16_t base, int16_t i,
                        bool hidden = false) {
-    return {menu, parent, caption, key, "", R::LayerEffect, array, i,
-            static_cast<int16_t>(base + i), hidden};
+    return {
+        menu,  parent, caption, key, "", R::LayerEffect, array, i, static_cast<int16_t>(base + i),
+        hidden};
 }
 constexpr MenuEntry blend(sv menu, sv parent, sv caption, int16_t i) {
     return {menu, parent, caption, "", "", R::LayerEffect, "LayerBlend", i, 0};
@@ -35,25 +36,32 @@ constexpr MenuEntry rt(sv menu, sv parent, sv caption, sv key, sv routine, sv ar
 }
 
 // Bases of the layer effect arrays: the effect number of an entry is base + index.
-constexpr int16_t kLayerAdjustment = 2, kLayerBlur = 16, kLayerTones = 27,
-                  kLayerDistortion = 31, kLayerWaves = 48, kLayerBorders = 53,
-                  kLayerMetallic = 60, kLayerEffects = 64, kLayerFlip = 78;
+constexpr int16_t kLayerAdjustment = 2, kLayerBlur = 16, kLayerTones = 27, kLayerDistortion = 31,
+                  kLayerWaves = 48, kLayerBorders = 53, kLayerMetallic = 60, kLayerEffects = 64,
+                  kLayerFlip = 78;
 
 constexpr std::array kTopMenus{
-    TopMenu{"mnuFile", "File"},           TopMenu{"mnuEdit", "Edit"},
-    TopMenu{"mnuAdjust", "Adjust"},       TopMenu{"mnuLayers", "Layers"},
-    TopMenu{"mnuFilters1", "Filters 1"},  TopMenu{"mnuFilters2", "Filters 2"},
-    TopMenu{"mnuDistortions", "Distortion"}, TopMenu{"mnuDeformations", "Deformations"},
-    TopMenu{"mnuColors1", "Colors 1"},    TopMenu{"mnuColors2", "Colors 2"},
-    TopMenu{"mnuTools", "Tools"},         TopMenu{"mnuCapture", "Capture"},
-    TopMenu{"mnuWallpaper", "Wallpaper"}, TopMenu{"mnuViews", "Views"},
+    TopMenu{"mnuFile", "File"},
+    TopMenu{"mnuEdit", "Edit"},
+    TopMenu{"mnuAdjust", "Adjust"},
+    TopMenu{"mnuLayers", "Layers"},
+    TopMenu{"mnuFilters1", "Filters 1"},
+    TopMenu{"mnuFilters2", "Filters 2"},
+    TopMenu{"mnuDistortions", "Distortion"},
+    TopMenu{"mnuDeformations", "Deformations"},
+    TopMenu{"mnuColors1", "Colors 1"},
+    TopMenu{"mnuColors2", "Colors 2"},
+    TopMenu{"mnuTools", "Tools"},
+    TopMenu{"mnuCapture", "Capture"},
+    TopMenu{"mnuWallpaper", "Wallpaper"},
+    TopMenu{"mnuViews", "Views"},
     TopMenu{"mnuAbout", "About"},
 };
 
 constexpr sv F = "mnuFile", E = "mnuEdit", A = "mnuAdjust", L = "mnuLayers", F1 = "mnuFilters1",
-             F2 = "mnuFilters2", DI = "mnuDistortions", DE = "mnuDeformations",
-             C1 = "mnuColors1", C2 = "mnuColors2", T = "mnuTools", CA = "mnuCapture",
-             W = "mnuWallpaper", V = "mnuViews", AB = "mnuAbout";
+             F2 = "mnuFilters2", DI = "mnuDistortions", DE = "mnuDeformations", C1 = "mnuColors1",
+             C2 = "mnuColors2", T = "mnuTools", CA = "mnuCapture", W = "mnuWallpaper",
+             V = "mnuViews", AB = "mnuAbout";
 
 constexpr std::array kTable{
     // File
@@ -380,9 +388,13 @@ constexpr std::array kTable{
 
 } // namespace
 
-std::span<const TopMenu> TopMenus() { return kTopMenus; }
+std::span<const TopMenu> TopMenus() {
+    return kTopMenus;
+}
 
-std::span<const MenuEntry> MenuTable() { return kTable; }
+std::span<const MenuEntry> MenuTable() {
+    return kTable;
+}
 
 const MenuEntry* FindMenuEntry(std::string_view menu, std::string_view caption,
                                std::string_view parent) {

@@ -17,12 +17,12 @@
 namespace ostrivex {
 
 enum class MenuRoute : uint8_t {
-    Separator,    // a line; sends nothing
-    Submenu,      // a heading that opens a submenu; sends nothing itself
-    Static,       // `MenuStatic(word)`
-    Exec,         // `MenuExec(word)`, after `LastCommandCaption` is set
-    LayerEffect,  // `ApplyLayerEffects(effect)`, after `LastCommandCaption` is set
-    Routine,      // a routine of the main window named by `word`
+    Separator,   // a line; sends nothing
+    Submenu,     // a heading that opens a submenu; sends nothing itself
+    Static,      // `MenuStatic(word)`
+    Exec,        // `MenuExec(word)`, after `LastCommandCaption` is set
+    LayerEffect, // `ApplyLayerEffects(effect)`, after `LastCommandCaption` is set
+    Routine,     // a routine of the main window named by `word`
 };
 
 struct MenuEntry {
@@ -32,11 +32,11 @@ struct MenuEntry {
     std::string_view key;     // shortcut in Qt's portable text ("Ctrl+N"), "" for none
     std::string_view word;    // command word (Static, Exec) or routine name (Routine)
     MenuRoute route;
-    std::string_view array;   // the handler array that receives the click, e.g. "FILE"
-    int16_t index;            // the entry's index in that array (separators count)
-    int16_t effect = 0;       // effect number for LayerEffect entries (array base + index)
-    bool hidden = false;      // hidden in the form definition
-    bool disabled = false;    // disabled in the form definition
+    std::string_view array; // the handler array that receives the click, e.g. "FILE"
+    int16_t index;          // the entry's index in that array (separators count)
+    int16_t effect = 0;     // effect number for LayerEffect entries (array base + index)
+    bool hidden = false;    // hidden in the form definition
+    bool disabled = false;  // disabled in the form definition
 };
 
 // The top-level menus in bar order: object name and caption.

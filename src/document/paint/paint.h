@@ -49,6 +49,10 @@ public:
         if (inTable(x, y)) flags_[index(x, y)] = 1;
     }
 
+    // The flags row by row, (W + 3) to a row, for walks that index them directly.
+    uint8_t* data() { return flags_.data(); }
+    size_t stride() const { return size_t(w_ + 3); }
+
 private:
     bool inTable(int32_t x, int32_t y) const {
         return x >= 0 && y >= 0 && x <= w_ + 2 && y <= h_ + 2 && !flags_.empty();

@@ -8,6 +8,7 @@
 #include "document/paint/paint.h"
 #include "document/paint/paint_internal.h"
 
+#include <cstddef>
 #include <cstdlib>
 #include <vector>
 
@@ -52,11 +53,21 @@ private:
 };
 
 // The walk from the seed: paint(pixel, x, y) is called for each neighbour that is in the
-// region, not yet done, and within the tolerance of the seed colour s.
+// region, not yet done, and within the tolerance of the seed colour s. Pixels and flags
+// are reached by offsets from local strides: the region test keeps every neighbour inside
+// the image, where both tables are addressable.
 template <class Paint>
 void floodWalk(Bits& bits, const Region& region, DoneBits& done, int32_t x, int32_t y,
                const int32_t s[3], int32_t tolerance, Paint&& paint) {
-    const RegionTest inRegion(region, bits.width(), bits.height());
+    const int32_t w = bits.width(), h = bits.height();
+    // A table made for another image size cannot belong to this stroke: start a fresh one.
+    if (done.width() != w || done.height() != h) CreateDoneBitsTable(done, bits);
+    const RegionTest inRegion(region, w, h);
+    uint8_t* const flags = done.data();
+    const size_t flagStride = done.stride();
+    uint8_t* const origin = bits.pixel(0, 0);
+    const std::ptrdiff_t pixStride = std::ptrdiff_t(bits.stride());
+    const int32_t s0 = s[0], s1 = s[1], s2 = s[2];
     std::vector<PointI> front{{x, y}};
     std::vector<PointI> next;
     static constexpr int32_t kDx[4] = {-1, 1, 0, 0}; // left, right, up, down
@@ -66,11 +77,12 @@ void floodWalk(Bits& bits, const Region& region, DoneBits& done, int32_t x, int3
         for (const PointI& pt : front) {
             for (int i = 0; i < 4; ++i) {
                 const int32_t nx = pt.x + kDx[i], ny = pt.y + kDy[i];
-                if (!inRegion(nx, ny) || done.get(nx, ny)) continue;
-                done.set(nx, ny);
-                uint8_t* d = bits.pixel(nx, ny);
-                const int32_t e = std::abs(d[0] - s[0]) + std::abs(d[1] - s[1]) +
-                                  std::abs(d[2] - s[2]);
+                if (!inRegion(nx, ny)) continue;
+                uint8_t& flag = flags[size_t(ny) * flagStride + size_t(nx)];
+                if (flag) continue;
+                flag = 1;
+                uint8_t* d = origin + std::ptrdiff_t(ny) * pixStride + std::ptrdiff_t(nx) * 4;
+                const int32_t e = std::abs(d[0] - s0) + std::abs(d[1] - s1) + std::abs(d[2] - s2);
                 if (e > tolerance) continue;
                 paint(d, nx, ny);
                 next.push_back({nx, ny});

@@ -18,7 +18,8 @@ constexpr size_t kScaledFrom = 4;
 // A selection file larger than this is refused unread: 16M rectangles, far beyond what a
 // selection of the largest image this program edits can have (a freehand outline of a
 // 30000-row image with a hundred spans a row is 3M rectangles).
-constexpr std::streamoff kMaxFileBytes = std::streamoff(kHeaderElements + 4 * (size_t(1) << 24)) * 4;
+constexpr std::streamoff kMaxFileBytes =
+    std::streamoff(kHeaderElements + 4 * (size_t(1) << 24)) * 4;
 
 const Region kNoPixels;
 
@@ -26,12 +27,18 @@ const Region kNoPixels;
 // leaves the selection as it was, as a failed combine does.
 std::optional<Region> combineByMode(const Region& a, const Region& b, int32_t mode) {
     switch (mode) {
-    case cBitRegion::ModeAnd: return Region::combine(a, b, Region::Op::And);
-    case cBitRegion::ModeUnion: return Region::combine(a, b, Region::Op::Or);
-    case cBitRegion::ModeXor: return Region::combine(a, b, Region::Op::Xor);
-    case cBitRegion::ModeDifference: return Region::combine(a, b, Region::Op::Diff);
-    case cBitRegion::ModeCopy: return a;
-    default: return std::nullopt;
+    case cBitRegion::ModeAnd:
+        return Region::combine(a, b, Region::Op::And);
+    case cBitRegion::ModeUnion:
+        return Region::combine(a, b, Region::Op::Or);
+    case cBitRegion::ModeXor:
+        return Region::combine(a, b, Region::Op::Xor);
+    case cBitRegion::ModeDifference:
+        return Region::combine(a, b, Region::Op::Diff);
+    case cBitRegion::ModeCopy:
+        return a;
+    default:
+        return std::nullopt;
     }
 }
 
@@ -39,25 +46,31 @@ int32_t scaleElement(int32_t v, float z) {
     // The product in double is exact for every 32-bit element and float factor, so the
     // tie cases (2.5, 3.5) are real ties and round to even.
     const double r = std::nearbyint(double(v) * double(z));
-    if (r >= double(std::numeric_limits<int32_t>::max())) return std::numeric_limits<int32_t>::max();
-    if (r <= double(std::numeric_limits<int32_t>::min())) return std::numeric_limits<int32_t>::min();
+    if (r >= double(std::numeric_limits<int32_t>::max()))
+        return std::numeric_limits<int32_t>::max();
+    if (r <= double(std::numeric_limits<int32_t>::min()))
+        return std::numeric_limits<int32_t>::min();
     return int32_t(r);
 }
 
 } // namespace
 
 cBitRegion::cBitRegion() {
-    for (int32_t k = 0; k < kAntBrushCount; ++k) antBrushes_[size_t(k)] = MakeAntBrush(k);
+    for (int32_t k = 0; k < kAntBrushCount; ++k)
+        antBrushes_[size_t(k)] = MakeAntBrush(k);
 }
 
 cBitRegion::AntBrush cBitRegion::MakeAntBrush(int32_t k) {
     AntBrush b{};
     const int32_t shift = k & 7;
-    for (int32_t i = 0; i < 8; ++i) b[size_t(i)] = kAntRows[size_t((i + shift) & 7)];
+    for (int32_t i = 0; i < 8; ++i)
+        b[size_t(i)] = kAntRows[size_t((i + shift) & 7)];
     return b;
 }
 
-void cBitRegion::RotateBrush() { antPhase_ = (antPhase_ + 1) % kAntBrushCount; }
+void cBitRegion::RotateBrush() {
+    antPhase_ = (antPhase_ + 1) % kAntBrushCount;
+}
 
 void cBitRegion::Init(int32_t left, int32_t top, int32_t right, int32_t bottom) {
     Clear();
@@ -85,8 +98,8 @@ void cBitRegion::combineShape(ostrivex::Region&& shape, int32_t mode, bool crop)
     regionChanged();
 }
 
-void cBitRegion::CreateRect(int32_t left, int32_t top, int32_t right, int32_t bottom,
-                            int32_t mode, bool crop) {
+void cBitRegion::CreateRect(int32_t left, int32_t top, int32_t right, int32_t bottom, int32_t mode,
+                            bool crop) {
     combineShape(ostrivex::Region::rect(left, top, right, bottom), mode, crop);
 }
 
@@ -99,7 +112,8 @@ void cBitRegion::CreatePolygon(const std::vector<int32_t>& xy, int32_t mode, boo
     const size_t count = xy.size() / 2;
     if (count < 2) return;
     std::vector<PointI> points(count);
-    for (size_t i = 0; i < count; ++i) points[i] = {xy[2 * i], xy[2 * i + 1]};
+    for (size_t i = 0; i < count; ++i)
+        points[i] = {xy[2 * i], xy[2 * i + 1]};
     combineShape(ostrivex::Region::polygon(points), mode, crop);
 }
 
@@ -137,7 +151,9 @@ bool cBitRegion::BoundRect(int32_t& left, int32_t& top, int32_t& right, int32_t&
     return true;
 }
 
-bool cBitRegion::IsEmptyRegion() const { return !region_ || region_->bounds().isEmpty(); }
+bool cBitRegion::IsEmptyRegion() const {
+    return !region_ || region_->bounds().isEmpty();
+}
 
 void cBitRegion::SetZoomFactor(float z) {
     // NaN fails the test too and becomes 0.01, like a negative factor.
@@ -217,13 +233,12 @@ bool cBitRegion::LoadFromFile(const std::string& fileName) {
     if (!damaged) {
         std::vector<unsigned char> bytes(static_cast<size_t>(length));
         in.seekg(0);
-        if (!bytes.empty() && !in.read(reinterpret_cast<char*>(bytes.data()), length))
-            return false;
+        if (!bytes.empty() && !in.read(reinterpret_cast<char*>(bytes.data()), length)) return false;
         elements.resize(bytes.size() / 4);
         for (size_t i = 0; i < elements.size(); ++i) {
             const unsigned char* p = bytes.data() + i * 4;
-            elements[i] = int32_t(uint32_t(p[0]) | (uint32_t(p[1]) << 8) |
-                                  (uint32_t(p[2]) << 16) | (uint32_t(p[3]) << 24));
+            elements[i] = int32_t(uint32_t(p[0]) | (uint32_t(p[1]) << 8) | (uint32_t(p[2]) << 16) |
+                                  (uint32_t(p[3]) << 24));
         }
         damaged = !IsSelectionDataValid(elements);
     }

@@ -28,7 +28,7 @@
 namespace ostrivex {
 
 class cBitRegion {
-public:
+  public:
     // Combine modes, the platform's region modes. The select tool uses union (add, new)
     // and difference (subtract); the other three are kept for completeness.
     static constexpr int32_t ModeAnd = 1;
@@ -125,7 +125,7 @@ public:
     // selection writes a file of no bytes. Returns false when the file cannot be written.
     bool SaveToFile(const std::string& fileName) const;
 
-private:
+  private:
     void combineShape(ostrivex::Region&& shape, int32_t mode, bool crop);
     void regionChanged(); // StoreRegionData, then RebuildScaledRegion
 

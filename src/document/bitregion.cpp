@@ -192,9 +192,9 @@ void cBitRegion::regionChanged() {
     RebuildScaledRegion();
 }
 
-// A selection file holds exactly what the platform's region dump holds, and every writer of
-// one (this program and the one it replaces) writes the rectangles in bands. Data that is not
-// laid out so cannot have come from a region: it is refused as damaged rather than built by a
+// A selection file holds exactly what a region dump holds, and a region dump always lists
+// its rectangles in bands, whoever wrote it. Data that is not laid out so cannot have come
+// from a region: it is refused as damaged rather than built by a
 // general union, whose cost on crafted overlapping rectangles grows with the square of their
 // count. The header's size, type and byte-count fields are not checked: only the rectangle
 // count is needed to read the rectangles.

@@ -183,6 +183,40 @@ TEST(PaintSoften, WeightedAverageRepeatFlagAndInPlaceReading) {
     EXPECT_EQ(px(pair, 2, 1), (V{0, 0, 0}));
 }
 
+// A one-point brush line of size 1 stamps 11 times (Round(1 / 0.1) = 10, from 0 to 10) on
+// the same pixel: once for the kinds that keep to the done table, 11 times for kind 2.
+// Pressure 50 (K = 5, divisor 9) from a centre of 90, blue: 61, 45, 36, 31, 28, 26, 25, 25...
+// green: 51, 29, 17, 10, 6, 4, 3, 2, 2...; red: 163, 203, 226, 238, 245, 249, 251, 252, 253.
+TEST(PaintSoften, BrushLineKindsOneAndTwoDifferInRepeating) {
+    Bits once = softenCase(90);
+    DoneBits done(3, 3);
+    BitsBrushLine(once, wholeRegion(once), done, 1, 1, 1, 1, 1, 50, 0, BrushKind::Soften);
+    EXPECT_EQ(px(once, 1, 1), (V{61, 51, 163}));
+
+    Bits again = softenCase(90);
+    DoneBits againDone(3, 3);
+    BitsBrushLine(again, wholeRegion(again), againDone, 1, 1, 1, 1, 1, 50, 0,
+                  BrushKind::SoftenRepeat);
+    EXPECT_EQ(px(again, 1, 1), (V{25, 2, 253}));
+
+    // Kind 4 lightens once: 90 * 1.5 = 135 in every channel.
+    Bits light = solidBits(3, 3, 90, 90, 90);
+    DoneBits lightDone(3, 3);
+    BitsBrushLine(light, wholeRegion(light), lightDone, 1, 1, 1, 1, 1, 50, 0,
+                  BrushKind::Lighten);
+    EXPECT_EQ(px(light, 1, 1), (V{135, 135, 135}));
+    EXPECT_EQ(px(light, 0, 1), (V{90, 90, 90}));
+
+    // Kind 3 sharpens once: centre 100 among 90s at pressure 100: (800 - 360) \\ 4 = 110;
+    // a second stamp would have given (880 - 360) \\ 4 = 130.
+    Bits sharp = solidBits(3, 3, 90, 90, 90);
+    setPx(sharp, 1, 1, 100, 100, 100);
+    DoneBits sharpDone(3, 3);
+    BitsBrushLine(sharp, wholeRegion(sharp), sharpDone, 1, 1, 1, 1, 1, 100, 0,
+                  BrushKind::Sharpen);
+    EXPECT_EQ(px(sharp, 1, 1), (V{110, 110, 110}));
+}
+
 TEST(PaintSharpen, KernelFromPressureTruncatesAndClamps) {
     // Pressure 100: K = Round(15 - 6.67) = 8, divisor 4.
     // Blue: centre 100, neighbours 10, 20, 30, 40: (800 - 100) \ 4 = 175.

@@ -90,6 +90,19 @@ TEST(PaintFill, StopsAtTheRegionAndOutsideTheImage) {
     EXPECT_EQ(px(img, 2, 2), (V{100, 100, 100}));
     EXPECT_TRUE(guardClear(img));
 
+    // An L-shaped region (columns 0 and 1, and the pixel (3,0)): (3,0) is inside it but
+    // joined to the rest only through (2,0) and (3,1), both outside, so it is not reached.
+    Bits ell = wallImage();
+    CreateDoneBitsTable(done, ell);
+    const Region lShape = Region::rect(0, 0, 2, 3).united(Region::rect(3, 0, 4, 1));
+    BitsFill(ell, lShape, done, 0, 0, 0x0000FF, 0, 100);
+    EXPECT_EQ(px(ell, 1, 2), (V{0, 0, 255}));
+    EXPECT_EQ(px(ell, 3, 0), (V{100, 100, 100}));
+    EXPECT_EQ(px(ell, 2, 2), (V{100, 100, 100}));
+    EXPECT_FALSE(done.get(3, 0));
+    EXPECT_FALSE(done.get(2, 2));
+    EXPECT_TRUE(done.get(1, 2));
+
     // A seed outside the image does nothing.
     Bits out = wallImage();
     CreateDoneBitsTable(done, out);

@@ -207,8 +207,8 @@ TEST(PaintSoften, BrushLineKindsOneAndTwoDifferInRepeating) {
     EXPECT_EQ(px(light, 1, 1), (V{135, 135, 135}));
     EXPECT_EQ(px(light, 0, 1), (V{90, 90, 90}));
 
-    // Kind 3 sharpens once: centre 100 among 90s at pressure 100: (800 - 360) \\ 4 = 110;
-    // a second stamp would have given (880 - 360) \\ 4 = 130.
+    // Kind 3 sharpens once: centre 100 among 90s at pressure 100: (800 - 360) \ 4 = 110;
+    // a second stamp would have given (880 - 360) \ 4 = 130.
     Bits sharp = solidBits(3, 3, 90, 90, 90);
     setPx(sharp, 1, 1, 100, 100, 100);
     DoneBits sharpDone(3, 3);

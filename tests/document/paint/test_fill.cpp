@@ -60,6 +60,23 @@ TEST(PaintFill, ToleranceIsTheSumOfTheChannelDifferences) {
     }
 }
 
+// The seed is painted before the walk and is not marked done, so a wide tolerance lets
+// the walk come back to it. 3 x 1 of 100, colour 130, pressure 50: seed 115; T(i) =
+// Round(i/2 + 65), T(100) = 115. From (1,0) the seed differs by 3 * 15 = 45: within 100
+// it is mapped again, T(115) = Round(122.5) = 122; within 44 it stays 115.
+TEST(PaintFill, WideToleranceReachesThePaintedSeedAgain) {
+    for (int tolerance : {100, 44}) {
+        Bits img = solidBits(3, 1, 100, 100, 100);
+        DoneBits done(3, 1);
+        BitsFill(img, wholeRegion(img), done, 0, 0, 0x828282, tolerance, 50);
+        const int seed = tolerance == 100 ? 122 : 115;
+        EXPECT_EQ(px(img, 0, 0), (V{seed, seed, seed})) << tolerance;
+        EXPECT_EQ(px(img, 1, 0), (V{115, 115, 115}));
+        EXPECT_EQ(px(img, 2, 0), (V{115, 115, 115}));
+        EXPECT_TRUE(done.get(0, 0));
+    }
+}
+
 TEST(PaintFill, ColourCloseToTheSeedPaintsOnlyTheSeed) {
     // Fill 109, 91, 100 against the seed's 100s: every channel within 9.
     Bits img = wallImage();

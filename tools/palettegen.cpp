@@ -33,11 +33,13 @@ int main(int argc, char** argv) {
     // per channel, red slowest.
     PaletteRecord web;
     web.PaletteCount = 216;
-    for (int i = 0; i < 216; ++i) set(web, i, i / 36 * 51, i / 6 % 6 * 51, i % 6 * 51);
+    for (int i = 0; i < 216; ++i)
+        set(web, i, i / 36 * 51, i / 6 % 6 * 51, i % 6 * 51);
 
     PaletteRecord grey;
     grey.PaletteCount = 256;
-    for (int i = 0; i < 256; ++i) set(grey, i, i, i, i);
+    for (int i = 0; i < 256; ++i)
+        set(grey, i, i, i, i);
 
     // 3-3-2 bits: eight levels of red and green, four of blue, rounded to 0..255.
     PaletteRecord rgb332;

@@ -51,7 +51,8 @@ HistogramTables BuildHistogram(const Bits& image) {
     }
     // The sums follow from the tables; no running sum per pixel is needed.
     for (size_t c = 0; c < 4; ++c)
-        for (int v = 0; v < 256; ++v) h.Sums[c] += int64_t(h.Counts[c][size_t(v)]) * v;
+        for (int v = 0; v < 256; ++v)
+            h.Sums[c] += int64_t(h.Counts[c][size_t(v)]) * v;
     return h;
 }
 

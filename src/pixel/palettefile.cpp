@@ -9,11 +9,12 @@ namespace {
 
 void put32(std::vector<uint8_t>& out, int32_t value) {
     const uint32_t v = static_cast<uint32_t>(value);
-    for (int s = 0; s < 32; s += 8) out.push_back(uint8_t(v >> s));
+    for (int s = 0; s < 32; s += 8)
+        out.push_back(uint8_t(v >> s));
 }
 int32_t get32(const uint8_t* p) {
-    return static_cast<int32_t>(uint32_t(p[0]) | (uint32_t(p[1]) << 8) |
-                                (uint32_t(p[2]) << 16) | (uint32_t(p[3]) << 24));
+    return static_cast<int32_t>(uint32_t(p[0]) | (uint32_t(p[1]) << 8) | (uint32_t(p[2]) << 16) |
+                                (uint32_t(p[3]) << 24));
 }
 
 } // namespace
@@ -23,7 +24,8 @@ std::vector<uint8_t> EncodePaletteFile(const PaletteRecord& record) {
     out.reserve(kPaletteFileSize);
     put32(out, record.PaletteCount);
     for (const auto& entry : record.PaletteColors)
-        for (int32_t v : entry) put32(out, v);
+        for (int32_t v : entry)
+            put32(out, v);
     return out;
 }
 
@@ -72,14 +74,15 @@ PaletteRecord VgaPalette() {
     // Dark colours at 0xAA, the bright ones with 0x55 added; entry 6 is brown, not dark
     // yellow, as on the VGA.
     static constexpr int32_t kVga[16][3] = {
-        {0, 0, 0},       {0, 0, 170},    {0, 170, 0},    {0, 170, 170},
-        {170, 0, 0},     {170, 0, 170},  {170, 85, 0},   {170, 170, 170},
-        {85, 85, 85},    {85, 85, 255},  {85, 255, 85},  {85, 255, 255},
-        {255, 85, 85},   {255, 85, 255}, {255, 255, 85}, {255, 255, 255}};
+        {0, 0, 0},     {0, 0, 170},    {0, 170, 0},    {0, 170, 170},
+        {170, 0, 0},   {170, 0, 170},  {170, 85, 0},   {170, 170, 170},
+        {85, 85, 85},  {85, 85, 255},  {85, 255, 85},  {85, 255, 255},
+        {255, 85, 85}, {255, 85, 255}, {255, 255, 85}, {255, 255, 255}};
     PaletteRecord p;
     p.PaletteCount = 16;
     for (int i = 0; i < 16; ++i)
-        for (int c = 0; c < 3; ++c) p.PaletteColors[i][c] = kVga[i][c];
+        for (int c = 0; c < 3; ++c)
+            p.PaletteColors[i][c] = kVga[i][c];
     return p;
 }
 

@@ -13,7 +13,8 @@ namespace {
 std::vector<std::pair<int, int32_t>> used(const HistogramTables& h, int channel) {
     std::vector<std::pair<int, int32_t>> out;
     for (int v = 0; v < 256; ++v)
-        if (h.Counts[size_t(channel)][size_t(v)]) out.push_back({v, h.Counts[size_t(channel)][size_t(v)]});
+        if (h.Counts[size_t(channel)][size_t(v)])
+            out.push_back({v, h.Counts[size_t(channel)][size_t(v)]});
     return out;
 }
 
@@ -25,8 +26,13 @@ TEST(Histogram, CountsSumsAndAveragesOfAKnownImage) {
     // Pixels as blue, green, red. Luminosity 0.113 b + 0.586 g + 0.301 r, rounded:
     //   (0,0,0) 0; (255,255,255) 255; (10,20,30) 1.13 + 11.72 + 9.03 = 21.88 -> 22;
     //   (100,0,0) 11.3 -> 11; (0,0,100) 30.1 -> 30; (0,100,0) 58.6 -> 59.
-    Bits img = makeBits(3, 2, {{0, 0, 0, 77}, {255, 255, 255, 1}, {10, 20, 30, 2},
-                               {100, 0, 0}, {0, 0, 100}, {0, 100, 0}});
+    Bits img = makeBits(3, 2,
+                        {{0, 0, 0, 77},
+                         {255, 255, 255, 1},
+                         {10, 20, 30, 2},
+                         {100, 0, 0},
+                         {0, 0, 100},
+                         {0, 100, 0}});
     // The guard band is not part of the image.
     img(0, -1, 0) = 200;
     img(2, 3, 1) = 201;

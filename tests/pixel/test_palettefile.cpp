@@ -53,10 +53,11 @@ TEST(PaletteFile, WritesCountThenAll256EntriesLittleEndian) {
     ASSERT_TRUE(WritePaletteFile(path, twoColours()));
     const std::vector<uint8_t> bytes = readAll(path);
     ASSERT_EQ(bytes.size(), 3076u);
-    const std::vector<uint8_t> head = {2, 0, 0, 0,   1, 0, 0, 0,   2, 0, 0, 0, 3, 0, 0, 0,
-                                       255, 0, 0, 0, 0, 0, 0, 0, 128, 0, 0, 0};
+    const std::vector<uint8_t> head = {2, 0, 0,   0, 1, 0, 0, 0, 2, 0, 0,   0, 3, 0,
+                                       0, 0, 255, 0, 0, 0, 0, 0, 0, 0, 128, 0, 0, 0};
     EXPECT_EQ(std::vector<uint8_t>(bytes.begin(), bytes.begin() + 28), head);
-    for (size_t i = 28; i < bytes.size(); ++i) ASSERT_EQ(bytes[i], 0) << "byte " << i;
+    for (size_t i = 28; i < bytes.size(); ++i)
+        ASSERT_EQ(bytes[i], 0) << "byte " << i;
 
     // Read back into a record that held something else: everything is replaced.
     PaletteRecord back = VgaPalette();
@@ -86,7 +87,8 @@ TEST(PaletteFile, DamagedFilesChangeNothing) {
     const std::vector<uint8_t> good = EncodePaletteFile(twoColours());
     auto withValue = [&](size_t offset, int32_t v) {
         std::vector<uint8_t> b = good;
-        for (int s = 0; s < 4; ++s) b[offset + size_t(s)] = uint8_t(uint32_t(v) >> (8 * s));
+        for (int s = 0; s < 4; ++s)
+            b[offset + size_t(s)] = uint8_t(uint32_t(v) >> (8 * s));
         return b;
     };
     std::vector<uint8_t> shortFile(good.begin(), good.end() - 1);
@@ -96,9 +98,9 @@ TEST(PaletteFile, DamagedFilesChangeNothing) {
         shortFile,
         longFile,
         {},
-        withValue(0, 257),     // count past 256
-        withValue(0, -1),      // negative count
-        withValue(4, 256),     // red of entry 0 past 255
+        withValue(0, 257),         // count past 256
+        withValue(0, -1),          // negative count
+        withValue(4, 256),         // red of entry 0 past 255
         withValue(4 + 12 + 8, -1), // blue of entry 1 (still used) below 0
     };
     const std::string path = tempPath("damaged.pal");

@@ -146,3 +146,41 @@ TEST(PaletteFile, VgaPaletteHoldsTheSixteenColours) {
         EXPECT_EQ(p.PaletteColors[16][c], 0);
     }
 }
+
+TEST(PaletteFile, ShippedPalettesLoad) {
+    const std::string source = __FILE__;
+    const std::string folder =
+        source.substr(0, source.rfind("/tests/pixel/")) + "/assets/Palettes/";
+    PaletteRecord p;
+    ASSERT_TRUE(ReadPaletteFile(folder + "VGA16.pal", p));
+    EXPECT_TRUE(sameRecord(p, VgaPalette()));
+
+    // Six levels a channel, red slowest: entry 43 = 1 * 36 + 1 * 6 + 1 is (51, 51, 51),
+    // entry 1 is (0, 0, 51), entry 215 white.
+    ASSERT_TRUE(ReadPaletteFile(folder + "WebSafe216.pal", p));
+    EXPECT_EQ(p.PaletteCount, 216);
+    const int32_t e1[3] = {0, 0, 51}, e43[3] = {51, 51, 51}, e215[3] = {255, 255, 255};
+    const int32_t e216[3] = {0, 0, 0};
+    for (int c = 0; c < 3; ++c) {
+        EXPECT_EQ(p.PaletteColors[1][c], e1[c]);
+        EXPECT_EQ(p.PaletteColors[43][c], e43[c]);
+        EXPECT_EQ(p.PaletteColors[215][c], e215[c]);
+        EXPECT_EQ(p.PaletteColors[216][c], e216[c]);
+    }
+
+    ASSERT_TRUE(ReadPaletteFile(folder + "Greyscale256.pal", p));
+    EXPECT_EQ(p.PaletteCount, 256);
+    for (int i : {0, 1, 128, 255})
+        for (int c = 0; c < 3; ++c)
+            EXPECT_EQ(p.PaletteColors[i][c], i);
+
+    // 3-3-2 bits: entry 0b101'011'10 = 174 is red 5 * 255 / 7 = 182.14 -> 182,
+    // green 3 * 255 / 7 = 109.29 -> 109, blue 2 * 85 = 170.
+    ASSERT_TRUE(ReadPaletteFile(folder + "RGB332.pal", p));
+    EXPECT_EQ(p.PaletteCount, 256);
+    EXPECT_EQ(p.PaletteColors[174][0], 182);
+    EXPECT_EQ(p.PaletteColors[174][1], 109);
+    EXPECT_EQ(p.PaletteColors[174][2], 170);
+    EXPECT_EQ(p.PaletteColors[255][0], 255);
+    EXPECT_EQ(p.PaletteColors[255][2], 255);
+}

@@ -1,5 +1,6 @@
 // Test main of the document tests: the offscreen platform, a fresh program folder in
-// OSTRIVEX_HOME (so undo files and settings land there), and one QApplication.
+// OSTRIVEX_HOME (so undo files and settings land there, and the image work files too),
+// and one QApplication.
 #include <QApplication>
 
 #include <gtest/gtest.h>
@@ -13,6 +14,9 @@ int main(int argc, char** argv) {
     std::string home = (std::filesystem::temp_directory_path() / "ostrivex-doc-XXXXXX").string();
     if (!::mkdtemp(home.data())) return 2;
     ::setenv("OSTRIVEX_HOME", home.c_str(), 1);
+    // The image work files have fixed names in the temporary folder, and test programs run
+    // side by side: this one keeps its own.
+    ::setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
     QApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
     const int rc = RUN_ALL_TESTS();

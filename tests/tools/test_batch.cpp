@@ -7,6 +7,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/wait.h>
+#include <unistd.h>
 
 #include <cstdio>
 #include <filesystem>
@@ -18,6 +19,16 @@ using namespace ostrivex::test;
 namespace fs = std::filesystem;
 
 namespace {
+
+// The image code's work files have fixed names in the temporary folder; test programs run
+// side by side, so this one gets a private folder before any image is loaded.
+const bool kPrivateRunFolder = [] {
+    static std::string folder =
+        (fs::temp_directory_path() / ("ostrivex-batch-run-" + std::to_string(::getpid()))).string();
+    fs::create_directories(folder);
+    ::setenv("XDG_RUNTIME_DIR", folder.c_str(), 1);
+    return true;
+}();
 
 class BatchTest : public ::testing::Test {
 protected:

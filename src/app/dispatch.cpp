@@ -8,6 +8,9 @@
 #include "app/fmain.h"
 
 #include "app/globals.h"
+#include "app/filters/fhistogram.h"
+#include "app/filters/fpaletteapply.h"
+#include "app/settings/settings.h"
 #include "app/shell/about.h"
 #include "app/shell/help.h"
 #include "app/shell/keyboard.h"
@@ -298,12 +301,30 @@ void fMain::runRoutine(const MenuEntry& entry) {
         route(qname);
         fAbout dialog(this);
         dialog.exec();
+    } else if (name == "fPaletteApply") {
+        if (!GetActiveDocument(ActiveDocument)) return;
+        route(qname);
+        // The dialog previews on its own copy; OK hands back the whole result, which then
+        // goes the way of every filter: cFilter, the document, and an undo step.
+        fPaletteApply dialog(Filter().bits(), Filter().region(),
+                             QString::fromStdString(AppFolder()) + "/Palettes", Palette, this);
+        dialog.exec();
+        if (!dialog.applied()) return;
+        Filter().SetBits(dialog.appliedBits());
+        ActiveDocument->SetBits(Filter().bits());
+        ActiveDocument->UpdateImage();
+        Update(fPaletteApply::kUndoCaption, true);
+    } else if (name == "fHistogram") {
+        if (!GetActiveDocument(ActiveDocument)) return;
+        route(qname);
+        fHistogram dialog(Filter().bits(), this);
+        dialog.exec();
     } else if (name == "fCapture" || name == "fOverlay" || name == "UserFilters") {
         // Dialogs that need no document.
         route(qname);
     } else {
-        // RestoreOriginal, the layer routines, the palette, histogram and bump mapping
-        // dialogs: all act on the active document.
+        // RestoreOriginal, the layer routines and the bump mapping dialog: all act on the
+        // active document.
         if (!GetActiveDocument(ActiveDocument)) return;
         route(qname);
     }

@@ -12,6 +12,7 @@
 #include <QComboBox>
 #include <QFile>
 #include <QMdiArea>
+#include <QPushButton>
 #include <QMenu>
 #include <QProgressBar>
 #include <QToolBar>
@@ -248,6 +249,49 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     main_->clearLastRoute();
     main_->MenuStatic("SAVE");
     EXPECT_EQ(main_->LastRoute(), "");
+}
+
+TEST_F(MainWindowTest, PaletteAndHistogramFromTheMenus) {
+    auto* doc = new fImage;
+    main_->AddDocumentWindow(doc);
+    doc->BeginDocument(QString());
+    doc->PBits(test::makeBits(2, 1, {{10, 20, 30}, {250, 240, 245}}));
+    doc->SaveUndoBits(QString("Original"));
+    main_->Filter().SetBits(doc->bits());
+    const int32_t position = doc->HistoryPosition();
+
+    // Apply palette with the 16 standard colours: each pixel takes its nearest colour,
+    // black and white here, and the change is one undo step under the dialog's caption.
+    QString title;
+    ostrivex::testing::answerNextModal([&](QWidget* w) {
+        title = w->windowTitle();
+        for (QPushButton* b : w->findChildren<QPushButton*>())
+            if (b->text() == "OK") b->click();
+    });
+    main_->action(*FindMenuEntry("mnuColors1", "Apply Palette..."))->trigger();
+    EXPECT_EQ(title, "Apply palette");
+    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{0, 0, 0}, {255, 255, 255}}), doc->bits()));
+    EXPECT_TRUE(test::sameBits(doc->bits(), main_->Filter().bits()));
+    EXPECT_EQ(doc->HistoryPosition(), position + 1);
+    EXPECT_EQ(doc->History().ActionNames[size_t(position)], "Apply Palette");
+
+    // Cancel leaves pixels and history alone.
+    ostrivex::testing::answerNextModal([&](QWidget* w) {
+        for (QPushButton* b : w->findChildren<QPushButton*>())
+            if (b->text() == "Cancel") b->click();
+    });
+    main_->action(*FindMenuEntry("mnuColors1", "Apply Palette..."))->trigger();
+    EXPECT_EQ(doc->HistoryPosition(), position + 1);
+
+    // The histogram opens on the document and changes nothing.
+    title.clear();
+    ostrivex::testing::answerNextModal([&](QWidget* w) {
+        title = w->windowTitle();
+        w->close();
+    });
+    main_->action(*FindMenuEntry("mnuTools", "Histogram..."))->trigger();
+    EXPECT_EQ(title, "Histogram");
+    EXPECT_EQ(doc->HistoryPosition(), position + 1);
 }
 
 TEST_F(MainWindowTest, ViewsTogglesAndCloseButtons) {

@@ -120,6 +120,31 @@ TEST_F(BatchTest, SelectionFromFileAndSizeChanges) {
     EXPECT_EQ(r(0, 0, 0), 255 - 1);
 }
 
+TEST_F(BatchTest, PaintStepsAreStrokesInsideTheSelection) {
+    // White with a black wall in column 2.
+    const Px W{255, 255, 255}, K{0, 0, 0}, R{0, 0, 255};
+    const Bits src = colours(4, 3, {W, W, K, W, W, W, K, W, W, W, K, W});
+    const std::string in = writePng("in.png", src);
+    // A full-strength red fill from (0, 0) stops at the wall.
+    ASSERT_EQ(run({in, path("f.png"), "BitsFill:0,0,255,1,100"}), 0) << err_.str();
+    EXPECT_TRUE(sameBits(colours(4, 3, {R, R, K, W, R, R, K, W, R, R, K, W}),
+                         readBack(path("f.png"), "png")));
+    // Inside a selection of column 0 only that column is painted, and a fill seeded outside
+    // the selection paints nothing; without the selection the same seed fills column 3.
+    ASSERT_EQ(run({in, path("g.png"), "--select", "rect:0,0,1,3", "BitsFill:0,0,255,1,100",
+                   "BitsFill:3,2,0,1,100"}),
+              0)
+        << err_.str();
+    EXPECT_TRUE(sameBits(colours(4, 3, {R, W, K, W, R, W, K, W, R, W, K, W}),
+                         readBack(path("g.png"), "png")));
+    ASSERT_EQ(run({in, path("h.png"), "BitsFill:3,2,0,1,100"}), 0);
+    EXPECT_TRUE(sameBits(colours(4, 3, {W, W, K, K, W, W, K, K, W, W, K, K}),
+                         readBack(path("h.png"), "png")));
+    EXPECT_EQ(run({in, path("i.png"), "BitsBrushLine:0,0,3,2,5,50,0,6"}), 2);
+    EXPECT_EQ(err_.str(), "ostrivex-batch: step BitsBrushLine, argument kind: 6 is not a whole "
+                          "number from 0 to 5\n");
+}
+
 TEST_F(BatchTest, ConversionWithoutStepsKeepsPixels) {
     const Bits src = patternBits(7, 5, 9);
     Bits rgb = src;

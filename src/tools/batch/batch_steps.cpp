@@ -243,6 +243,8 @@ std::vector<StepDef> artisticSteps() {
 
 } // namespace
 
+std::vector<StepDef> paintSteps(); // batch_steps_paint.cpp
+
 const std::vector<StepDef>& operationSteps() {
     static const std::vector<StepDef> steps = [] {
         std::vector<StepDef> all;
@@ -251,6 +253,7 @@ const std::vector<StepDef>& operationSteps() {
         addSteps(all, neighbourhoodSteps());
         addSteps(all, deformSteps());
         addSteps(all, artisticSteps());
+        addSteps(all, paintSteps());
         return all;
     }();
     return steps;

@@ -46,4 +46,16 @@ std::function<QString(QWidget*, const QString&, const QString&, const QString&, 
         return dialog.selectedFiles().first();
     };
 
+std::function<QString(QWidget*, const QString&, const QString&, const QString&)>
+    DocumentDialogs::AskOpenName = [](QWidget* parent, const QString& title,
+                                      const QString& folder, const QString& filter) {
+        QFileDialog dialog(parent, title, folder, QtFilterFromPairs(filter));
+        dialog.setAcceptMode(QFileDialog::AcceptOpen);
+        dialog.setFileMode(QFileDialog::ExistingFile);
+        dialog.setOption(QFileDialog::DontUseNativeDialog, true);
+        if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty())
+            return QString();
+        return dialog.selectedFiles().first();
+    };
+
 } // namespace ostrivex

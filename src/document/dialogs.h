@@ -24,6 +24,11 @@ struct DocumentDialogs {
     static std::function<QString(QWidget* parent, const QString& title, const QString& folder,
                                  const QString& filter, const QString& currentName)>
         AskSaveName;
+    // An open dialog for an existing file (the selection files); returns the chosen path,
+    // or "" when cancelled. filter as for AskSaveName.
+    static std::function<QString(QWidget* parent, const QString& title, const QString& folder,
+                                 const QString& filter)>
+        AskOpenName;
 };
 
 // "label|patterns|..." to Qt's "label (patterns);;..." form.

@@ -101,6 +101,43 @@ bool StretchBits(const Bits& bits, const StretchPlan& plan, QImage& target) {
     return true;
 }
 
+// --- The selection outline ----------------------------------------------------------------
+
+void DrawSelectionOutline(QPainter& painter, const cBitRegion& selection, int32_t x, int32_t y) {
+    if (selection.IsEmptyRegion() || !selection.RegionScaled()) return;
+    Region shape = *selection.RegionScaled();
+    shape.offset(x, y);
+    // The inside pixels are those whose four neighbours are all in the region; the frame
+    // is the rest.
+    Region inner = shape;
+    for (const auto& [dx, dy] : {std::pair{1, 0}, std::pair{-1, 0}, std::pair{0, 1}, std::pair{0, -1}}) {
+        Region moved = shape;
+        moved.offset(dx, dy);
+        inner = inner.intersected(moved);
+    }
+    const Region frame = shape.subtracted(inner);
+    const cBitRegion::AntBrush& brush = selection.CurrentAntBrush();
+    const QRect clip = painter.device() ? QRect(0, 0, painter.device()->width(), painter.device()->height())
+                                        : QRect();
+    for (const Rect& r : frame.rects()) {
+        const int32_t left = std::max(r.left, int32_t(clip.left()));
+        const int32_t right = std::min(r.right, int32_t(clip.right() + 1));
+        const int32_t top = std::max(r.top, int32_t(clip.top()));
+        const int32_t bottom = std::min(r.bottom, int32_t(clip.bottom() + 1));
+        for (int32_t py = top; py < bottom; ++py) {
+            // Runs of one colour along the row.
+            int32_t start = left;
+            while (start < right) {
+                const bool bit = cBitRegion::AntBit(brush, start, py);
+                int32_t end = start + 1;
+                while (end < right && cBitRegion::AntBit(brush, end, py) == bit) ++end;
+                painter.fillRect(QRect(start, py, end - start, 1), bit ? Qt::white : Qt::black);
+                start = end;
+            }
+        }
+    }
+}
+
 // --- The canvas -------------------------------------------------------------------------
 
 class fImage::CanvasWidget : public QWidget {
@@ -117,6 +154,11 @@ protected:
             painter.fillRect(rect(), palette().dark());
         else
             painter.drawImage(0, 0, owner_->canvasImage_);
+        // The ants over the picture, while the timer runs.
+        if (!owner_->canvasImage_.isNull() && owner_->tmrSelection_.isActive() &&
+            !owner_->selection_.IsEmptyRegion())
+            DrawSelectionOutline(painter, owner_->selection_, -owner_->hSB_->value(),
+                                 -owner_->vSB_->value());
     }
 
 private:
@@ -162,6 +204,9 @@ fImage::fImage(QWidget* parent) : QWidget(parent) {
     iDst_->hide();
     connect(hSB_, &QScrollBar::valueChanged, this, [this] { onScroll(); });
     connect(vSB_, &QScrollBar::valueChanged, this, [this] { onScroll(); });
+
+    tmrSelection_.setInterval(kSelectionTickMs);
+    connect(&tmrSelection_, &QTimer::timeout, this, [this] { SelectionTick(); });
 }
 
 fImage::~fImage() {
@@ -218,6 +263,9 @@ void fImage::SetBits(Bits&& b) {
     fillHeader();
     PictureRect = Rect{0, 0, bits_.width(), bits_.height()};
     pictureExists_ = true;
+    selection_.Init(0, 0, bits_.width(), bits_.height());
+    GiveFilterRegion(false);
+    if (selection_.IsEmptyRegion()) StopTimer();
     UserControl_Resize();
 }
 
@@ -248,8 +296,9 @@ void fImage::PBits(Bits picture) {
     bits_ = std::move(picture);
     fillHeader();
     PictureRect = Rect{0, 0, bits_.width(), bits_.height()};
-    RegionMain = Region::rect(0, 0, bits_.width(), bits_.height());
+    selection_.Init(0, 0, bits_.width(), bits_.height());
     pictureExists_ = true;
+    GiveFilterRegion(false);
     UserControl_Resize();
 }
 
@@ -310,7 +359,7 @@ bool fImage::save(const QString& path, const QString& type) {
 
 void fImage::SetZoomFactor(int32_t index) {
     zoomIndex_ = std::clamp<int32_t>(index, 1, int32_t(ZoomTable.size()));
-    // The selection object scales its outline here once there is one.
+    selection_.SetZoomFactor(float(Zoom()));
     UserControl_Resize();
     DocumentHost* h = host();
     if (h && h->LastActiveDocumentId == history_->HistoryId) h->ShowZoom(Zoom());
@@ -395,12 +444,63 @@ void fImage::UpdateImage() {
         SetZoomFactor(1);
         return;
     }
+    // The canvas's paint draws the selection outline over the picture.
     iDst_->update();
-    // The selection outline is drawn here once there is a selection object.
     if (DocumentHost* h = host()) h->RefreshPanView();
 }
 
 void fImage::UpdateRegion() { iDst_->update(); }
+
+// --- Selection ------------------------------------------------------------------------------
+
+void fImage::GiveFilterRegion(bool force) {
+    DocumentHost* h = host();
+    if (!h) return;
+    cBitFilter& filter = h->Filter();
+    if (!force && (givenRegion_ == nullptr || filter.region() != givenRegion_)) return;
+    givenRegion_ = &EffectiveRegion();
+    filter.BitsRegion(givenRegion_);
+}
+
+void fImage::SelectionChanged() {
+    GiveFilterRegion(true);
+    if (DocumentHost* h = host()) h->SelectionChanged = true;
+    if (selection_.IsEmptyRegion())
+        StopTimer();
+    else
+        StartTimer();
+    UpdateImage();
+    UpdateRegion();
+}
+
+void fImage::StartTimer() {
+    SelectionTick();
+    tmrSelection_.start();
+}
+
+void fImage::StopTimer() {
+    if (tmrSelection_.isActive()) {
+        tmrSelection_.stop();
+        UpdateRegion(); // the outline goes with the next paint
+    }
+}
+
+void fImage::SelectionTick() {
+    if (selection_.IsEmptyRegion()) return;
+    selection_.RotateBrush();
+    UpdateRegion();
+}
+
+fImage::MainRegionAccess& fImage::MainRegionAccess::operator=(const ostrivex::Region& rect) {
+    const Rect b = rect.bounds();
+    doc_.selection_.Init(b.left, b.top, b.right, b.bottom);
+    return *this;
+}
+
+const ostrivex::Region* fImage::MainRegionAccess::operator&() const {
+    doc_.givenRegion_ = &doc_.EffectiveRegion();
+    return doc_.givenRegion_;
+}
 
 void fImage::layoutPanels() {
     const int tabH = tabs_->sizeHint().height();

@@ -1,7 +1,8 @@
 // fImage: the document window, one open image.
 //
 // It owns the Enhanced pixel buffer `Bits` (drawn at an integer zoom of 1 to 15), the
-// undo history on disk, and the region that cFilter works inside. It is a plain QWidget
+// undo history on disk, and the selection (`cBitRegion`) that cFilter and the paint tools
+// work inside. It is a plain QWidget
 // that the main window puts into a QMdiSubWindow (DocumentHost::AddDocumentWindow).
 //
 // Layout of the window: a tab bar with the three views (Enhanced, Layers, Optimize) and
@@ -10,18 +11,21 @@
 // preview (OptimizeView); the Layers panel `picFrame` is empty for now.
 #pragma once
 
+#include "document/bitregion.h"
 #include "document/undostore.h"
 #include "pixel/bits.h"
 #include "pixel/region.h"
 
 #include <QImage>
 #include <QString>
+#include <QTimer>
 #include <QWidget>
 
 #include <array>
 #include <cstdint>
 #include <memory>
 
+class QPainter;
 class QScrollBar;
 class QTabBar;
 
@@ -50,6 +54,13 @@ StretchPlan PlanStretch(int32_t w, int32_t h, int32_t z, int32_t canvasW, int32_
 // the plan cannot be drawn (empty rectangles).
 bool StretchBits(const Bits& bits, const StretchPlan& plan, QImage& target);
 
+// The marching-ants outline: the pixels of the selection's scaled region (`RegionScaled`),
+// moved by (x, y), that touch the outside on the left, right, top or bottom, painted one
+// pixel wide with the ant brush of the current phase. The pattern repeats every 8 pixels
+// from the device's origin: a set bit is white, a clear bit black. Nothing is drawn for a
+// null or empty selection.
+void DrawSelectionOutline(QPainter& painter, const cBitRegion& selection, int32_t x, int32_t y);
+
 class fImage : public QWidget {
     Q_OBJECT
 public:
@@ -67,9 +78,45 @@ public:
     int32_t CurrentLayer = 0;
     BitmapInfoHeader BitmapHeader;
     Rect PictureRect;
-    // The region given to cFilter: the whole image. The selection work replaces it by the
-    // document's cBitRegion (`RegionMain`, `Region`, `EffectiveRegion`).
-    Region RegionMain;
+
+    // --- Selection -----------------------------------------------------------------
+    // `Region`: the selection object. Qualified type names below: inside this class
+    // `Region` names the accessor.
+    cBitRegion& Region() { return selection_; }
+    const cBitRegion& Region() const { return selection_; }
+    // The pixels filters and paint tools may touch: the selection, or all of the image.
+    const ostrivex::Region& EffectiveRegion() const { return ostrivex::EffectiveRegion(selection_); }
+    // Gives cFilter this document's EffectiveRegion. With force false only when cFilter
+    // already works on this document (it holds the region this document last gave it);
+    // a selection command passes true.
+    void GiveFilterRegion(bool force);
+    // After a selection command: cFilter gets the EffectiveRegion, the canvas repaints, and
+    // the ants run while there is a selection and stop when there is none.
+    void SelectionChanged();
+
+    // `tmrSelection`, the marching ants. `StartTimer` runs one tick at once and enables
+    // the timer; `StopTimer` disables it. A tick with a selection turns the ant phase and
+    // repaints the canvas, which draws the outline over the picture.
+    void StartTimer();
+    void StopTimer();
+    void SelectionTick();
+    bool SelectionTimerActive() const { return tmrSelection_.isActive(); }
+    static constexpr int kSelectionTickMs = 150;
+
+    // Older callers set the whole-image rectangle and hand its address to cFilter:
+    // `RegionMain = rect` re-initialises the selection to the rectangle, `&RegionMain` is
+    // the EffectiveRegion (and is remembered as given to cFilter).
+    class MainRegionAccess {
+      public:
+        explicit MainRegionAccess(fImage& doc) : doc_(doc) {}
+        MainRegionAccess(const MainRegionAccess&) = delete;
+        MainRegionAccess& operator=(const ostrivex::Region& rect);
+        const ostrivex::Region* operator&() const;
+
+      private:
+        fImage& doc_;
+    };
+    MainRegionAccess RegionMain{*this};
 
     // The undo history (counters, captions, files).
     UndoStore& History() { return *history_; }
@@ -90,7 +137,8 @@ public:
     Bits GetBits() const { return pictureExists_ ? bits_ : Bits(); }
     const Bits& bits() const { return bits_; }
     // `Bits` write: replaces the buffer, no redraw. A buffer of another size (a transform's
-    // result) also resizes the document as CreateBlank does, region untouched, and then
+    // result) also resizes the document as CreateBlank does, resets the selection to the
+    // whole new image (a selection of the old canvas no longer fits the pixels), and then
     // the scroll layout runs (which repaints).
     void SetBits(const Bits& b);
     void SetBits(Bits&& b);
@@ -131,7 +179,7 @@ public:
     bool AutoRedraw() const { return autoRedraw_; }
     // Draws the visible part of Bits onto the canvas at the zoom.
     void UpdateImage();
-    // Redraws the selection outline only (no selection object yet: a repaint).
+    // Redraws the selection outline only (a repaint of the canvas).
     void UpdateRegion();
     // The plan UpdateImage last used.
     const StretchPlan& LastPlan() const { return lastPlan_; }
@@ -203,6 +251,9 @@ private:
     bool active_ = false;
     bool activationHooked_ = false;
     Bits bits_;
+    cBitRegion selection_;
+    const ostrivex::Region* givenRegion_ = nullptr; // what this document last gave cFilter
+    QTimer tmrSelection_;
     bool pictureExists_ = false;
     int32_t zoomIndex_ = 1;
     int32_t barsWidth_ = 16;

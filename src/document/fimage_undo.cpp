@@ -77,8 +77,13 @@ bool fImage::LoadUndoBits(const QString& file) {
 
     // A state of another canvas size resets the selection to the whole image.
     const bool sizeChanged = w != oldW || h != oldH;
-    if (sizeChanged) RegionMain = Region::rect(0, 0, w, h);
-    if (filter) filter->BitsRegion(&RegionMain);
+    // The selection itself is not part of a state: it stays, except that a state of
+    // another canvas size resets it to the whole image.
+    if (sizeChanged) {
+        selection_.Init(0, 0, w, h);
+        StopTimer();
+    }
+    GiveFilterRegion(true);
     if (sizeChanged) {
         SetAutoRedraw(false);
         Bits loaded = std::move(bits_);

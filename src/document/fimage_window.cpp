@@ -92,13 +92,14 @@ void fImage::Form_Activate() {
         h->PendingPaste = false;
         cBitFilter& filter = h->Filter();
         filter.SetBits(bits_);
-        filter.BitsRegion(&RegionMain);
+        GiveFilterRegion(true); // the selection if there is one, else the whole image
         h->SetStatusPanel("Pixel", QStringLiteral("%1 x %2").arg(PictureWidth()).arg(PictureHeight()));
         h->SetStatusPanel("Zoom", QStringLiteral("%1 : 1").arg(Zoom()));
         h->ShowZoom(Zoom());
         h->RefreshPanView();
         h->SelectionChanged = true;
         SetMouseScroll(h->HandScrollDown());
+        StartTimer();
     }
     // Layers, the Optimize settings box and the tool timer follow in the main window.
     h->DocumentActivated(this);
@@ -106,6 +107,8 @@ void fImage::Form_Activate() {
 
 void fImage::Form_Deactivate() {
     active_ = false;
+    // Only the active document's ants crawl.
+    StopTimer();
     if (DocumentHost* h = host()) h->DocumentDeactivated(this);
     UpdateImage();
 }
@@ -155,7 +158,9 @@ void fImage::Unload() {
             box->History()->OwnerId = -1;
         }
     // cFilter must not keep a pointer into a closed document.
-    if (h->Filter().region() == &RegionMain) h->Filter().BitsRegion(nullptr);
+    StopTimer();
+    if (givenRegion_ && h->Filter().region() == givenRegion_) h->Filter().BitsRegion(nullptr);
+    givenRegion_ = nullptr;
     if (!removed_) {
         h->RemoveDocumentWindow(this);
         removed_ = true;

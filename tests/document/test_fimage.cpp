@@ -192,8 +192,9 @@ TEST(fImage, PictureReadsPixelsAndClears) {
     EXPECT_EQ(b(3, 0, 0), 0);
     EXPECT_EQ(b(0, 1, 0), 40);
     EXPECT_EQ(doc->Picture().pixel(1, 0), qRgb(60, 50, 40));
-    EXPECT_TRUE(doc->RegionMain.contains(1, 0));
-    EXPECT_FALSE(doc->RegionMain.contains(2, 0));
+    EXPECT_TRUE(doc->Region().RegionMain()->contains(1, 0));
+    EXPECT_FALSE(doc->Region().RegionMain()->contains(2, 0));
+    EXPECT_FALSE(doc->Region().Region().has_value());
 
     // CreateBlank leaves the region alone; sizes below 1 are refused.
     doc->CreateBlank(0, 5);
@@ -201,7 +202,7 @@ TEST(fImage, PictureReadsPixelsAndClears) {
     doc->CreateBlank(4, 3);
     EXPECT_EQ(doc->PictureWidth(), 4);
     EXPECT_EQ(doc->GetBits()(0, 3, 2), 0);
-    EXPECT_FALSE(doc->RegionMain.contains(3, 2));
+    EXPECT_FALSE(doc->Region().RegionMain()->contains(3, 2));
 
     // From the Layers view, with a save under "Update from Layers".
     doc->SaveUndoBits("Original");
@@ -215,14 +216,16 @@ TEST(fImage, PictureReadsPixelsAndClears) {
     doc->SetPicture(composite, false);
     EXPECT_EQ(doc->HistoryPosition(), 2);
 
-    // A buffer of another size resizes the document; the region stays.
-    doc->RegionMain = Region::rect(0, 0, 1, 1);
+    // A buffer of another size resizes the document and resets the selection to the whole
+    // new image.
+    doc->Region().CreateRect(0, 0, 1, 1, cBitRegion::ModeUnion, false);
     doc->SetBits(numbered(5, 4));
     EXPECT_EQ(doc->PictureWidth(), 5);
     EXPECT_EQ(doc->PictureHeight(), 4);
     EXPECT_EQ(doc->BitmapHeader.biHeight, -8);
     EXPECT_EQ(doc->PictureRect, (Rect{0, 0, 5, 4}));
-    EXPECT_EQ(doc->RegionMain.bounds(), (Rect{0, 0, 1, 1}));
+    EXPECT_EQ(doc->Region().RegionMain()->bounds(), (Rect{0, 0, 5, 4}));
+    EXPECT_TRUE(doc->Region().IsEmptyRegion());
     EXPECT_EQ(doc->GetBits(), numbered(5, 4));
 
     doc->PPicture(QImage());
@@ -246,7 +249,7 @@ TEST(fImage, UndoRedoAndASizeChangeOnScreen) {
     host.ActionLabel = "Resize";
     doc->SaveUndoBits();
     EXPECT_EQ(host.paste.History()->EntryCaption(1), "Resize");
-    doc->RegionMain = Region::rect(1, 1, 2, 2); // a selection of one pixel
+    doc->Region().CreateRect(1, 1, 2, 2, cBitRegion::ModeUnion, false); // one pixel
 
     doc->UndoBits();
     EXPECT_EQ(doc->HistoryPosition(), 1);
@@ -255,9 +258,11 @@ TEST(fImage, UndoRedoAndASizeChangeOnScreen) {
     EXPECT_EQ(doc->PictureHeight(), 2);
     EXPECT_EQ(doc->GetBits(), original);
     EXPECT_EQ(doc->BitmapHeader.biWidth, 7);
-    EXPECT_EQ(doc->RegionMain.bounds(), (Rect{0, 0, 3, 2}));
+    EXPECT_EQ(doc->Region().RegionMain()->bounds(), (Rect{0, 0, 3, 2}));
+    EXPECT_FALSE(doc->Region().Region().has_value());
     EXPECT_EQ(host.filter.bits(), original);
-    EXPECT_EQ(host.filter.region(), &doc->RegionMain);
+    EXPECT_EQ(host.filter.region(), &doc->EffectiveRegion());
+    EXPECT_EQ(host.filter.region(), &*doc->Region().RegionMain());
     EXPECT_EQ(host.panels["Pixel"], "3x2");
     EXPECT_TRUE(host.SelectionChanged);
     EXPECT_EQ(host.paste.History()->PointerIndex(), 0);
@@ -275,10 +280,11 @@ TEST(fImage, UndoRedoAndASizeChangeOnScreen) {
     painted(0, 0, 0) = 200;
     doc->SetBits(painted);
     doc->SaveUndoBits("Brush");
-    doc->RegionMain = Region::rect(1, 1, 3, 3);
+    doc->Region().CreateRect(1, 1, 3, 3, cBitRegion::ModeUnion, false);
     doc->UndoBits();
     EXPECT_EQ(doc->GetBits(), resized);
-    EXPECT_EQ(doc->RegionMain.bounds(), (Rect{1, 1, 3, 3}));
+    EXPECT_EQ(doc->Region().Region()->bounds(), (Rect{1, 1, 3, 3}));
+    EXPECT_EQ(host.filter.region(), &*doc->Region().Region());
 }
 
 TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {

@@ -16,6 +16,7 @@
 #include "app/shell/keyboard.h"
 #include "app/shell/options.h"
 #include "app/shell/resetsettings.h"
+#include "document/dialogs.h"
 #include "document/fileops.h"
 #include "document/fimage.h"
 #include "imagefile/fNew.h"
@@ -24,6 +25,7 @@
 
 #include <QCoreApplication>
 #include <QDesktopServices>
+#include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
 #include <QUrl>
@@ -64,6 +66,40 @@ void tileSubWindows(QMdiArea* area, bool horizontally) {
             list[i]->setGeometry(x0, 0, x1 - x0, r.height());
         }
     }
+}
+
+// The selection commands. Each ends with the document's SelectionChanged: cFilter gets the
+// new EffectiveRegion, the canvas repaints, and the ants start or stop.
+void runSelectionCommand(QWidget* parent, fImage* doc, const QString& word) {
+    if (!doc->PictureExists()) return;
+    cBitRegion& selection = doc->Region();
+    const int32_t w = doc->PictureWidth(), h = doc->PictureHeight();
+    static const QString kFilter = QStringLiteral("Selection Files (*.osf)|*.osf");
+    const QString folder = QString::fromStdString(AppFolder()) + "/Selections";
+    if (word == "SELECTALL") {
+        selection.Init(0, 0, w, h);
+        selection.CreateRect(0, 0, w, h, cBitRegion::ModeUnion, false);
+    } else if (word == "SELECTNONE") {
+        selection.Init(0, 0, w, h);
+    } else if (word == "INVERTSELECTION") {
+        selection.Invert();
+    } else if (word == "LOADSELECTION") {
+        const QString path =
+            DocumentDialogs::AskOpenName(parent, "Load selection", folder, kFilter);
+        if (path.isEmpty()) return;
+        // An unreadable or damaged file leaves no selection or the old one: either way the
+        // document is told below.
+        selection.LoadFromFile(path.toStdString());
+    } else if (word == "SAVESELECTION") {
+        QString path = DocumentDialogs::AskSaveName(parent, "Save selection", folder,
+                                                    kFilter, QString());
+        if (path.isEmpty()) return;
+        // A name typed without an extension gets the selection files' own.
+        if (QFileInfo(path).suffix().isEmpty()) path += ".osf";
+        selection.SaveToFile(path.toStdString());
+        return; // the selection is as it was
+    }
+    doc->SelectionChanged();
 }
 
 } // namespace
@@ -175,6 +211,7 @@ void fMain::MenuExec(const QString& word) {
     } else if (isOneOf(word, {"SELECTALL", "SELECTNONE", "INVERTSELECTION", "LOADSELECTION",
                               "SAVESELECTION"})) {
         route("Selection");
+        runSelectionCommand(DialogParent(), doc, word);
     } else if (word == "IMAGEPROPERTIES") {
         route("fProperties");
         fProperties dialog(doc->FileName.toStdString(), doc->Caption().toStdString(),

@@ -75,7 +75,6 @@ bool fImage::LoadUndoBits(const QString& file) {
     const int32_t w = bits_.width(), h = bits_.height();
     if (filter) filter->SetBits(bits_);
 
-    // A state of another canvas size resets the selection to the whole image.
     const bool sizeChanged = w != oldW || h != oldH;
     // The selection itself is not part of a state: it stays, except that a state of
     // another canvas size resets it to the whole image.

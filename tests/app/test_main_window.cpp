@@ -5,6 +5,7 @@
 #include "app/globals.h"
 #include "app/toolbox.h"
 #include "app_test_util.h"
+#include "document/dialogs.h"
 #include "document/fimage.h"
 #include "pixel/pixel_test_util.h"
 
@@ -436,6 +437,127 @@ TEST_F(MainWindowTest, TileAndCascadeArrangeTheDocuments) {
     main_->MenuStatic("TILEVERTICALLY");
     EXPECT_EQ(a->parentWidget()->height(), area.height());
     EXPECT_EQ(a->parentWidget()->width() + b->parentWidget()->width(), area.width());
+}
+
+TEST_F(MainWindowTest, SelectionCommandsLimitTheFilters) {
+    auto* doc = new fImage;
+    main_->AddDocumentWindow(doc);
+    doc->BeginDocument(QString());
+    doc->PBits(test::makeBits(3, 2,
+                              {{10, 20, 30}, {40, 50, 60}, {70, 80, 90},
+                               {100, 110, 120}, {130, 140, 150}, {160, 170, 180}}));
+    doc->SaveUndoBits(QString("Original"));
+    main_->Filter().SetBits(doc->bits());
+    const auto saveName = DocumentDialogs::AskSaveName;
+    const auto openName = DocumentDialogs::AskOpenName;
+    struct Restore {
+        decltype(DocumentDialogs::AskSaveName) save;
+        decltype(DocumentDialogs::AskOpenName) open;
+        ~Restore() {
+            DocumentDialogs::AskSaveName = save;
+            DocumentDialogs::AskOpenName = open;
+        }
+    } restore{saveName, openName};
+
+    // Invert with nothing selected selects all; the ants start with one tick.
+    main_->MenuExec("INVERTSELECTION");
+    EXPECT_EQ(main_->LastRoute(), "Selection");
+    ASSERT_TRUE(doc->Region().Region().has_value());
+    EXPECT_EQ(doc->Region().Region()->bounds(), (Rect{0, 0, 3, 2}));
+    EXPECT_TRUE(doc->SelectionTimerActive());
+    EXPECT_EQ(doc->Region().AntPhase(), 1);
+    // Inverting all gives nothing: the whole image is the target again, the ants stop.
+    main_->MenuExec("INVERTSELECTION");
+    EXPECT_TRUE(doc->Region().IsEmptyRegion());
+    EXPECT_FALSE(doc->SelectionTimerActive());
+    EXPECT_EQ(main_->Filter().region()->bounds(), (Rect{0, 0, 3, 2}));
+
+    // Column 0, inverted: columns 1 and 2. The fixed Invert then changes only those.
+    doc->Region().CreateRect(0, 0, 1, 2, cBitRegion::ModeUnion, false);
+    main_->MenuExec("INVERTSELECTION");
+    EXPECT_EQ(main_->Filter().region(), &doc->EffectiveRegion());
+    main_->MenuExec("INVERT");
+    EXPECT_TRUE(test::sameBits(test::makeBits(3, 2,
+                                              {{10, 20, 30}, {215, 205, 195}, {185, 175, 165},
+                                               {100, 110, 120}, {125, 115, 105}, {95, 85, 75}}),
+                               doc->bits()));
+
+    // Saved: the dialog's texts, and a name without extension gets ".osf". The file is the
+    // region data: header 32, 1, one rectangle, 16 bytes, box (1, 0, 3, 2), the rectangle.
+    QString title, folder, filter;
+    const QString base = QString::fromStdString(AppFolder());
+    DocumentDialogs::AskSaveName = [&](QWidget*, const QString& t, const QString& f,
+                                       const QString& pairs, const QString&) {
+        title = t;
+        folder = f;
+        filter = pairs;
+        return base + "/columns";
+    };
+    main_->MenuExec("SAVESELECTION");
+    EXPECT_EQ(title, "Save selection");
+    EXPECT_EQ(folder, base + "/Selections");
+    EXPECT_EQ(filter, "Selection Files (*.osf)|*.osf");
+    QFile saved(base + "/columns.osf");
+    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
+    auto le = [](std::initializer_list<int32_t> v) {
+        QByteArray out;
+        for (int32_t x : v)
+            for (int i = 0; i < 4; ++i) out.append(char(uint32_t(x) >> (8 * i) & 0xFF));
+        return out;
+    };
+    EXPECT_EQ(saved.readAll(), le({32, 1, 1, 16, 1, 0, 3, 2, 1, 0, 3, 2}));
+    saved.close();
+
+    // Select None: Invert works on every pixel again.
+    main_->MenuExec("SELECTNONE");
+    EXPECT_FALSE(doc->Region().Region().has_value());
+    EXPECT_FALSE(doc->SelectionTimerActive());
+    main_->MenuExec("INVERT");
+    const Bits allInverted = test::makeBits(3, 2,
+                                            {{245, 235, 225}, {40, 50, 60}, {70, 80, 90},
+                                             {155, 145, 135}, {130, 140, 150}, {160, 170, 180}});
+    EXPECT_TRUE(test::sameBits(allInverted, doc->bits()));
+
+    // A selection file written by hand: the two left pixels of row 1.
+    const QString handMade = base + "/bottomleft.osf";
+    {
+        QFile f(handMade);
+        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
+        f.write(le({32, 1, 1, 16, 0, 1, 2, 2, 0, 1, 2, 2}));
+    }
+    // A cancelled dialog changes nothing.
+    DocumentDialogs::AskOpenName = [&](QWidget*, const QString& t, const QString& f,
+                                       const QString& pairs) {
+        title = t;
+        folder = f;
+        filter = pairs;
+        return QString();
+    };
+    main_->MenuExec("LOADSELECTION");
+    EXPECT_EQ(title, "Load selection");
+    EXPECT_EQ(folder, base + "/Selections");
+    EXPECT_EQ(filter, "Selection Files (*.osf)|*.osf");
+    EXPECT_FALSE(doc->Region().Region().has_value());
+    DocumentDialogs::AskOpenName = [&](QWidget*, const QString&, const QString&,
+                                       const QString&) { return handMade; };
+    main_->MenuExec("LOADSELECTION");
+    EXPECT_TRUE(doc->SelectionTimerActive());
+    main_->MenuExec("INVERT");
+    EXPECT_TRUE(test::sameBits(test::makeBits(3, 2,
+                                              {{245, 235, 225}, {40, 50, 60}, {70, 80, 90},
+                                               {100, 110, 120}, {125, 115, 105}, {160, 170, 180}}),
+                               doc->bits()));
+
+    // Select All: the data of one rectangle over the whole image.
+    main_->MenuExec("SELECTALL");
+    EXPECT_EQ(doc->Region().GetData(), (std::vector<int32_t>{32, 1, 1, 16, 0, 0, 3, 2, 0, 0, 3, 2}));
+    EXPECT_EQ(main_->Filter().region()->bounds(), (Rect{0, 0, 3, 2}));
+    EXPECT_TRUE(doc->SelectionTimerActive());
+
+    // Undo keeps a selection of the same canvas size.
+    main_->MenuExec("UNDO");
+    EXPECT_TRUE(test::sameBits(allInverted, doc->bits()));
+    EXPECT_EQ(doc->Region().Region()->bounds(), (Rect{0, 0, 3, 2}));
 }
 
 } // namespace

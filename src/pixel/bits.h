@@ -11,10 +11,31 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
+#include <new>
 #include <stdexcept>
+#include <type_traits>
+#include <utility>
 #include <vector>
 
 namespace ostrivex {
+
+// A vector allocator whose plain `resize` leaves new bytes unwritten, so a buffer that is
+// about to be overwritten whole is not zeroed first (for a 24-megapixel image that saves a
+// 96 MB pass). Every other construction behaves as with std::allocator.
+template <class T> struct DefaultInitAllocator : std::allocator<T> {
+    template <class U> struct rebind {
+        using other = DefaultInitAllocator<U>;
+    };
+    DefaultInitAllocator() = default;
+    template <class U> DefaultInitAllocator(const DefaultInitAllocator<U>&) noexcept {}
+    template <class U> void construct(U* p) noexcept(std::is_nothrow_default_constructible_v<U>) {
+        ::new (static_cast<void*>(p)) U;
+    }
+    template <class U, class... Args> void construct(U* p, Args&&... args) {
+        ::new (static_cast<void*>(p)) U(std::forward<Args>(args)...);
+    }
+};
 
 class Bits {
 public:
@@ -29,6 +50,17 @@ public:
         w_ = w;
         h_ = h;
         data_.assign(byteCount(w, h), 0);
+    }
+
+    // A buffer of w x h whose bytes are not initialised: for an operation that writes every
+    // byte of it, guard band included, before anyone reads it.
+    static Bits forOverwrite(int32_t w, int32_t h) {
+        if (w < 0 || h < 0) throw std::invalid_argument("Bits: negative size");
+        Bits b;
+        b.w_ = w;
+        b.h_ = h;
+        b.data_.resize(byteCount(w, h));
+        return b;
     }
 
     // Bytes a buffer of w x h needs, guard band included.
@@ -67,7 +99,7 @@ public:
 private:
     int32_t w_ = 0;
     int32_t h_ = 0;
-    std::vector<uint8_t> data_;
+    std::vector<uint8_t, DefaultInitAllocator<uint8_t>> data_;
 };
 
 // The 40-byte header that goes with a pixel array for the platform's drawing calls.

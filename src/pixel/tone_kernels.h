@@ -72,7 +72,8 @@ namespace ostrivex {
 template <class RunFn> Bits cBitFilter::pointFilter(RunFn&& run) {
     const Bits& src = buffer_;
     const int32_t w = src.width(), h = src.height();
-    Bits out(w, h);
+    // Every byte of every row, guard band included, is written below.
+    Bits out = Bits::forOverwrite(w, h);
     RegionBounds(0);
     for (int32_t y = -2; y < h + 2; ++y) {
         const bool inBox = y >= boxTop_ && y <= boxBottom_;

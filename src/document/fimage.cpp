@@ -521,7 +521,10 @@ void fImage::UserControl_Resize() {
     layoutPanels();
     const int64_t w = bits_.width(), h = bits_.height();
     int32_t panelW = PImage_->width(), panelH = PImage_->height();
-    if (w < 1 || h < 1 || panelW < 1 || panelH < 1) zoomIndex_ = 1;
+    if (w < 1 || h < 1 || panelW < 1 || panelH < 1) {
+        zoomIndex_ = 1;
+        selection_.SetZoomFactor(1.0f); // the outline keeps the document's zoom
+    }
     const int64_t z = Zoom();
     // A viewport narrower than two zoomed pixels is enlarged to two.
     panelW = int32_t(std::max<int64_t>(panelW, 2 * z));

@@ -130,7 +130,7 @@ fImage* NewDocument(int32_t w, int32_t h, bool transparent, uint32_t colour) {
     DocumentHost* host = GetDocumentHost();
     auto* doc = new fImage;
     doc->CreateBlank(w, h);
-    doc->RegionMain = Region::rect(0, 0, w, h);
+    doc->Region().Init(0, 0, w, h);
     doc->BeginDocument(QString());
     doc->FileName = QStringLiteral("New.bmp");
     doc->FileExtension = QStringLiteral("bmp");
@@ -138,7 +138,7 @@ fImage* NewDocument(int32_t w, int32_t h, bool transparent, uint32_t colour) {
         host->ActionLabel = QStringLiteral("New Image Document");
         cBitFilter& filter = host->Filter();
         filter.SetBits(doc->bits());
-        filter.BitsRegion(&doc->RegionMain);
+        doc->GiveFilterRegion(true);
         if (!transparent)
             doc->SetBits(filter.NewDoc(uint8_t(colour), uint8_t(colour >> 8), uint8_t(colour >> 16)));
         doc->SaveUndoBits();

@@ -491,17 +491,6 @@ void fImage::SelectionTick() {
     UpdateRegion();
 }
 
-fImage::MainRegionAccess& fImage::MainRegionAccess::operator=(const ostrivex::Region& rect) {
-    const Rect b = rect.bounds();
-    doc_.selection_.Init(b.left, b.top, b.right, b.bottom);
-    return *this;
-}
-
-const ostrivex::Region* fImage::MainRegionAccess::operator&() const {
-    doc_.givenRegion_ = &doc_.EffectiveRegion();
-    return doc_.givenRegion_;
-}
-
 void fImage::layoutPanels() {
     const int tabH = tabs_->sizeHint().height();
     tabs_->setGeometry(0, 0, width(), tabH);

@@ -103,21 +103,6 @@ public:
     bool SelectionTimerActive() const { return tmrSelection_.isActive(); }
     static constexpr int kSelectionTickMs = 150;
 
-    // Older callers set the whole-image rectangle and hand its address to cFilter:
-    // `RegionMain = rect` re-initialises the selection to the rectangle, `&RegionMain` is
-    // the EffectiveRegion (and is remembered as given to cFilter).
-    class MainRegionAccess {
-      public:
-        explicit MainRegionAccess(fImage& doc) : doc_(doc) {}
-        MainRegionAccess(const MainRegionAccess&) = delete;
-        MainRegionAccess& operator=(const ostrivex::Region& rect);
-        const ostrivex::Region* operator&() const;
-
-      private:
-        fImage& doc_;
-    };
-    MainRegionAccess RegionMain{*this};
-
     // The undo history (counters, captions, files).
     UndoStore& History() { return *history_; }
     const UndoStore& History() const { return *history_; }

@@ -1,5 +1,7 @@
 #include "pixel/oiffile.h"
 
+#include "pixel/filebytes.h"
+
 #include <cstdio>
 #include <fstream>
 
@@ -82,28 +84,13 @@ bool DecodeFilterFile(const uint8_t* data, size_t size, FilterMask& record) {
 
 bool WriteFilterFile(const std::string& path, const FilterMask& record) {
     const std::vector<uint8_t> bytes = EncodeFilterFile(record);
-    if (bytes.empty()) return false;
-    std::ofstream f(path, std::ios::binary | std::ios::trunc);
-    if (!f) return false;
-    f.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-    f.close();
-    if (!f) {
-        std::remove(path.c_str());
-        return false;
-    }
-    return true;
+    return !bytes.empty() && WriteFileBytes(path, bytes);
 }
 
 bool ReadFilterFile(const std::string& path, FilterMask& record) {
-    std::ifstream f(path, std::ios::binary);
-    if (!f) return false;
-    // Read one byte past the largest valid file, so that a longer file is seen as such
-    // without reading all of it.
-    uint8_t buf[kMaxFileSize + 1];
-    f.read(reinterpret_cast<char*>(buf), std::streamsize(sizeof buf));
-    const size_t got = size_t(f.gcount());
-    if (f.bad()) return false;
-    return DecodeFilterFile(buf, got, record);
+    std::vector<uint8_t> buf;
+    return ReadFileBytes(path, kMaxFileSize + 1, buf) &&
+           DecodeFilterFile(buf.data(), buf.size(), record);
 }
 
 } // namespace ostrivex

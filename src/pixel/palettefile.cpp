@@ -1,5 +1,7 @@
 #include "pixel/palettefile.h"
 
+#include "pixel/filebytes.h"
+
 #include <cstdio>
 #include <fstream>
 
@@ -47,27 +49,13 @@ bool DecodePaletteFile(const uint8_t* data, size_t size, PaletteRecord& record) 
 }
 
 bool WritePaletteFile(const std::string& path, const PaletteRecord& record) {
-    const std::vector<uint8_t> bytes = EncodePaletteFile(record);
-    std::ofstream f(path, std::ios::binary | std::ios::trunc);
-    if (!f) return false;
-    f.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
-    f.close();
-    if (!f) {
-        std::remove(path.c_str());
-        return false;
-    }
-    return true;
+    return WriteFileBytes(path, EncodePaletteFile(record));
 }
 
 bool ReadPaletteFile(const std::string& path, PaletteRecord& record) {
-    std::ifstream f(path, std::ios::binary);
-    if (!f) return false;
-    // One byte past the file's size, so that a longer file is seen as such without reading
-    // all of it.
-    std::vector<uint8_t> buf(kPaletteFileSize + 1);
-    f.read(reinterpret_cast<char*>(buf.data()), std::streamsize(buf.size()));
-    if (f.bad()) return false;
-    return DecodePaletteFile(buf.data(), size_t(f.gcount()), record);
+    std::vector<uint8_t> buf;
+    return ReadFileBytes(path, kPaletteFileSize + 1, buf) &&
+           DecodePaletteFile(buf.data(), buf.size(), record);
 }
 
 PaletteRecord VgaPalette() {

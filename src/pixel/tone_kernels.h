@@ -2,6 +2,7 @@
 // the three-table channel map, and the colour-distance threshold.
 #pragma once
 
+#include "pixel/pixelword.h"
 #include "pixel/bitfilter.h"
 #include "pixel/vbmath.h"
 
@@ -11,14 +12,6 @@
 
 namespace ostrivex::tone {
 
-inline uint32_t load32(const uint8_t* p) {
-    uint32_t v;
-    std::memcpy(&v, p, 4);
-    return v;
-}
-inline void store32(uint8_t* p, uint32_t v) {
-    std::memcpy(p, &v, 4);
-}
 
 // A pixel as one little-endian word: blue in bits 0..7, green 8..15, red 16..23, and the
 // marker byte (channel 3) in 24..31.

@@ -5,6 +5,7 @@
 // reusing its memory spares the page faults of a fresh allocation of the same size, which
 // cost more than the turn itself on large images. When the source is the object's own
 // buffer, a new buffer is made. The crops make a new, smaller buffer.
+#include "pixel/pixelword.h"
 #include "pixel/bitfilter.h"
 #include "pixel/transforms_simd.h"
 #include "pixel/vbmath.h"
@@ -22,14 +23,6 @@ namespace ostrivex {
 
 namespace {
 
-inline uint32_t load32(const uint8_t* p) {
-    uint32_t v;
-    std::memcpy(&v, p, 4);
-    return v;
-}
-inline void store32(uint8_t* p, uint32_t v) {
-    std::memcpy(p, &v, 4);
-}
 
 // Channels 0 to 2 of a pixel read as a little-endian 32-bit word.
 constexpr uint32_t kColourMask = 0x00FFFFFFu;

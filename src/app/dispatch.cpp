@@ -289,6 +289,9 @@ bool fMain::RunFixedFilter(const QString& word) {
     // sent is named by itself.
     const MenuEntry* entry = FindMenuWord(word.toStdString());
     const QString label = entry && !LastCommandCaption.isEmpty() ? LastCommandCaption : word;
+    // One turn of the event queue first, so the menu closes and the window repaints before
+    // a long filter starts.
+    QCoreApplication::processEvents();
     RunFilterEnvelope([command](cBitFilter& f) { return command->run(f); }, label);
     return true;
 }

@@ -2,10 +2,13 @@
 // the menus, the recent list, the clipboard, the Browser Box or a capture.
 #include "app/shell/splash.h"
 #include "app/startup.h"
+#include "pixel/allocator.h"
 
 #include <QApplication>
 
 int main(int argc, char** argv) {
+    // Before the first image: large pixel buffers stay in the heap for reuse.
+    ostrivex::TuneAllocatorForImages();
     QApplication app(argc, argv);
     app.setApplicationName("Ostrivex");
     // The splash goes before the main window comes; the main window's unload ends the run.

@@ -131,7 +131,9 @@ int main(int argc, char** argv) {
     if (benchmark::ReportUnrecognizedArguments(argc, argv)) return 1;
     for (auto [w, h] : {std::pair{6000, 4000}, std::pair{2000, 1500}}) {
         const double rate = measureMemcpy(w, h);
-        memcpyRate_["/" + std::to_string(w) + "/" + std::to_string(h)] = rate;
+        char key[32];
+        std::snprintf(key, sizeof key, "/%d/%d", w, h); // the size part of a benchmark's name
+        memcpyRate_[key] = rate;
         std::printf("memcpy of the bordered %dx%d buffer: %.0f MP/s\n", w, h, rate);
     }
     RatioReporter reporter;

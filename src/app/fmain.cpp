@@ -525,8 +525,10 @@ void fMain::Unload() {
     for (const QFileInfo& f : temp.entryInfoList(QDir::Files | QDir::Hidden | QDir::System))
         QFile::remove(f.absoluteFilePath());
     // 4.
-    ClipboardBits = Bits();
+    ClipBuffer = Bits();
     StampBits = Bits();
+    TextBits = Bits();
+    TextureBits = Bits();
     ActiveDocument = nullptr;
 }
 

@@ -120,10 +120,6 @@ class fMain : public QMainWindow, public DocumentHost {
     QString statusPanel(const QString& key) const;
     bool filterCreated() const { return cFilter_ != nullptr; }
 
-    // The clipboard buffer and the stamp, released at unload.
-    Bits ClipboardBits;
-    Bits StampBits;
-
     // --- DocumentHost ------------------------------------------------------------------
     cBitFilter& Filter() override;
     fPaste* HistoryBox() override { return historyContent_; }

@@ -7,7 +7,11 @@
 // are plain fields here, so every host shares one definition of them.
 #pragma once
 
+#include "pixel/bits.h"
+
 #include <QString>
+
+#include <cstdint>
 
 #include <vector>
 
@@ -35,6 +39,19 @@ public:
     bool PendingPaste = false;
     // The selection (or the image under it) changed; the selection work reads it.
     bool SelectionChanged = false;
+    // Tool bar paste mode; a change of tool sets it to 0.
+    int PasteMode = 0;
+
+    // --- Shared pixel buffers (released at unload) ----------------------------------
+    // What a paste places (`ClipBuffer`); its channel 3 is the skip mask that
+    // BitsPaintPreMasked reads.
+    Bits ClipBuffer;
+    // The current stamp of the Stamp panel (`GetStampBits`).
+    Bits StampBits;
+    // The rendered text that the Text tool stamps.
+    Bits TextBits;
+    // The Textures Box's current texture (brush kind 6, fill kind 1).
+    Bits TextureBits;
 
     // --- Services ------------------------------------------------------------------
     // The one long-lived filter engine, `cFilter`.
@@ -79,6 +96,10 @@ public:
     // timer (`StartTimer`). DocumentDeactivated stops the timer (`StopTimer`).
     virtual void DocumentActivated(fImage* document) = 0;
     virtual void DocumentDeactivated(fImage* document) = 0;
+    // The GetColor tool picked a colour (0x00BBGGRR) under the mouse: the Color Box shows
+    // it live in its sliders and sample and it becomes the foreground colour.
+    virtual void ColorPicked(int32_t colour) { (void)colour; }
+
     // The view of a document changed (0 Enhanced, 1 Layers, 2 Optimize): enable the menu
     // and toolbar commands that belong to it.
     virtual void ViewChanged(fImage* document, int view) = 0;

@@ -48,7 +48,7 @@ TEST_F(ShutdownTest, UnloadWritesTheRecordAndClearsTemp) {
     doc->BeginDocument(QString());
     doc->PBits(test::makeBits(1, 1, {{1, 2, 3}}));
     doc->SaveUndoBits(QString("Original"));
-    main->ClipboardBits = test::makeBits(1, 1, {{9, 9, 9}});
+    main->ClipBuffer = test::makeBits(1, 1, {{9, 9, 9}});
     main->StampBits = test::makeBits(1, 1, {{8, 8, 8}});
 
     const QString temp = home() + "/Temp";
@@ -62,7 +62,7 @@ TEST_F(ShutdownTest, UnloadWritesTheRecordAndClearsTemp) {
     // Every file of Temp is gone (the document's undo slots with them); folders stay.
     EXPECT_TRUE(QDir(temp).entryList(QDir::Files | QDir::Hidden).isEmpty());
     EXPECT_TRUE(QDir(temp + "/kept").exists());
-    EXPECT_TRUE(main->ClipboardBits.width() <= 0 || main->ClipboardBits.height() <= 0);
+    EXPECT_TRUE(main->ClipBuffer.width() <= 0 || main->ClipBuffer.height() <= 0);
     EXPECT_TRUE(main->StampBits.width() <= 0 || main->StampBits.height() <= 0);
 
     const QByteArray file = readAll(home() + "/oi201Start.up");

@@ -49,8 +49,8 @@ QScrollBar* makeUpDown(QWidget* parent) {
 // number fits in 32 bits is checked when it is used.
 QLineEdit* makeNumberField(QWidget* parent, int width) {
     auto* e = new QLineEdit(parent);
-    e->setValidator(new QRegularExpressionValidator(
-        QRegularExpression(QStringLiteral("[+-]?[0-9]{0,10}")), e));
+    e->setValidator(
+        new QRegularExpressionValidator(QRegularExpression(QStringLiteral("[+-]?[0-9]{0,10}")), e));
     e->setFixedWidth(width);
     e->setAlignment(Qt::AlignRight);
     return e;
@@ -83,7 +83,8 @@ fUserFilter::fUserFilter(const QString& filtersFolder, QWidget* parent)
 
     cbBased = new QComboBox(this);
     cbBased->addItem(QString::fromLatin1(kNoPresetText));
-    for (const FilterPreset& p : kFilterPresets) cbBased->addItem(QString::fromLatin1(p.name));
+    for (const FilterPreset& p : kFilterPresets)
+        cbBased->addItem(QString::fromLatin1(p.name));
     // Picking the shown entry again fills the grid again.
     connect(cbBased, &QComboBox::activated, this, &fUserFilter::ChoosePreset);
     connect(cbBased, &QComboBox::currentIndexChanged, this, &fUserFilter::ChoosePreset);
@@ -166,7 +167,8 @@ void fUserFilter::ShowRecord(const FilterMask& record) {
 
 // A bias outside 0..255 (from a file) shows as it is; its up-down control stops at the end.
 void fUserFilter::showFields(const MaskGrid& grid, int32_t weight, const int32_t add[3]) {
-    for (int i = 0; i < 25; ++i) txtM[i]->setText(QString::number(grid[size_t(i)]));
+    for (int i = 0; i < 25; ++i)
+        txtM[i]->setText(QString::number(grid[size_t(i)]));
     txtWeight->setText(QString::number(weight));
     for (int c = 0; c < 3; ++c) {
         QSignalBlocker b(txtAddUD[c]);
@@ -192,7 +194,8 @@ void fUserFilter::onCellEdited() {
 // The sum of the cells, where a cell that isn't a number counts as 0.
 void fUserFilter::followSum() {
     MaskGrid grid{};
-    for (int i = 0; i < 25; ++i) fieldValue(txtM[i], grid[size_t(i)]);
+    for (int i = 0; i < 25; ++i)
+        fieldValue(txtM[i], grid[size_t(i)]);
     txtWeight->setText(QString::number(MaskSum(grid)));
 }
 

@@ -55,13 +55,13 @@ class fUserFilter : public QDialog {
     // filtersFolder: where the file dialogs open (made when missing).
     explicit fUserFilter(const QString& filtersFolder, QWidget* parent = nullptr);
 
-    QLineEdit* txtM[25] = {};       // row * 5 + column
+    QLineEdit* txtM[25] = {}; // row * 5 + column
     QLineEdit* txtWeight = nullptr;
-    QLineEdit* txtAdd[3] = {};      // biases of red, green, blue, typed 0..255
-    QScrollBar* txtAddUD[3] = {};   // their up-down controls, 0..255
-    QCheckBox* chkAuto = nullptr;   // the weight follows the sum of the cells
+    QLineEdit* txtAdd[3] = {};    // biases of red, green, blue, typed 0..255
+    QScrollBar* txtAddUD[3] = {}; // their up-down controls, 0..255
+    QCheckBox* chkAuto = nullptr; // the weight follows the sum of the cells
     QCheckBox* chkKeepMargins = nullptr;
-    QComboBox* cbBased = nullptr;   // "<None>", then the presets
+    QComboBox* cbBased = nullptr; // "<None>", then the presets
     QPushButton* cmdLoad = nullptr;
     QPushButton* cmdSave = nullptr;
     QPushButton* cmdOK = nullptr;

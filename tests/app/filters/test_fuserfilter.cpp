@@ -28,20 +28,24 @@ namespace {
 
 QStringList gridTexts(const fUserFilter& d) {
     QStringList out;
-    for (QLineEdit* e : d.txtM) out << e->text();
+    for (QLineEdit* e : d.txtM)
+        out << e->text();
     return out;
 }
 
 // 25 cell texts from a list of (cell, value) pairs; every other cell "0".
 QStringList grid(std::initializer_list<std::pair<int, int>> cells) {
     QStringList out;
-    for (int i = 0; i < 25; ++i) out << "0";
-    for (auto [i, v] : cells) out[i] = QString::number(v);
+    for (int i = 0; i < 25; ++i)
+        out << "0";
+    for (auto [i, v] : cells)
+        out[i] = QString::number(v);
     return out;
 }
 
 void setGrid(fUserFilter& d, const QStringList& texts) {
-    for (int i = 0; i < 25; ++i) d.txtM[i]->setText(texts[i]);
+    for (int i = 0; i < 25; ++i)
+        d.txtM[i]->setText(texts[i]);
 }
 
 // Types into a field as the user does (replacing its text), so its edit signals fire.
@@ -60,7 +64,8 @@ QByteArray fileBytes(const QString& path) {
 
 void put32(QByteArray& out, int32_t v) {
     const uint32_t u = uint32_t(v);
-    for (int s = 0; s < 32; s += 8) out.append(char(uint8_t(u >> s)));
+    for (int s = 0; s < 32; s += 8)
+        out.append(char(uint8_t(u >> s)));
 }
 
 // Every test starts from the first opening's state and answers the dialogs itself; the
@@ -76,14 +81,13 @@ class UserFilterTest : public ostrivex::testing::FreshHome {
             messages << text;
             titles << title;
         };
-        DocumentDialogs::AskSaveName = [this](QWidget*, const QString& title,
-                                              const QString& folder, const QString& filter,
-                                              const QString&) {
+        DocumentDialogs::AskSaveName = [this](QWidget*, const QString& title, const QString& folder,
+                                              const QString& filter, const QString&) {
             asked << title + " in " + folder + " for " + filter;
             return answer;
         };
-        DocumentDialogs::AskOpenName = [this](QWidget*, const QString& title,
-                                              const QString& folder, const QString& filter) {
+        DocumentDialogs::AskOpenName = [this](QWidget*, const QString& title, const QString& folder,
+                                              const QString& filter) {
             asked << title + " in " + folder + " for " + filter;
             return answer;
         };
@@ -116,10 +120,18 @@ TEST_F(UserFilterTest, PresetsFillTheGridWeightAndBiases) {
 
     // "Sharpen" (preset 4, list entry 5): the 3 x 3 kernel in the centre cells.
     d.cbBased->setCurrentIndex(5);
-    EXPECT_EQ(gridTexts(d), grid({{6, -1}, {7, -1}, {8, -1}, {11, -1}, {12, 15}, {13, -1},
-                                  {16, -1}, {17, -1}, {18, -1}}));
+    EXPECT_EQ(gridTexts(d), grid({{6, -1},
+                                  {7, -1},
+                                  {8, -1},
+                                  {11, -1},
+                                  {12, 15},
+                                  {13, -1},
+                                  {16, -1},
+                                  {17, -1},
+                                  {18, -1}}));
     EXPECT_EQ(d.txtWeight->text(), "7");
-    for (int c = 0; c < 3; ++c) EXPECT_EQ(d.txtAdd[c]->text(), "0");
+    for (int c = 0; c < 3; ++c)
+        EXPECT_EQ(d.txtAdd[c]->text(), "0");
 
     // "Blur more" fills all 25 cells.
     d.cbBased->setCurrentIndex(2);
@@ -202,11 +214,10 @@ TEST_F(UserFilterTest, TheGridMakesA3x3OrA5x5Kernel) {
     // One cell of the outer ring, on any of its four sides, makes all 25 the kernel.
     setGrid(d, grid({{6, 1}, {12, 2}, {4, 5}}));
     ASSERT_TRUE(d.BuildRecord(r));
-    EXPECT_EQ(r.Mask, MaskArray({{0, 0, 0, 0, 5},
-                                 {0, 1, 0, 0, 0},
-                                 {0, 0, 2, 0, 0},
-                                 {0, 0, 0, 0, 0},
-                                 {0, 0, 0, 0, 0}}));
+    EXPECT_EQ(
+        r.Mask,
+        MaskArray(
+            {{0, 0, 0, 0, 5}, {0, 1, 0, 0, 0}, {0, 0, 2, 0, 0}, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}}));
     for (int cell : {2, 10, 14, 22}) {
         setGrid(d, grid({{cell, 7}}));
         ASSERT_TRUE(d.BuildRecord(r));
@@ -286,20 +297,22 @@ TEST_F(UserFilterTest, FilesSaveAndLoadThroughTheButtons) {
     fUserFilter d(folder);
 
     // A 3 x 3 kernel: rows 1 2 3 / 4 5 6 / 7 8 -1 in the centre cells.
-    setGrid(d, grid({{6, 1}, {7, 2}, {8, 3}, {11, 4}, {12, 5}, {13, 6}, {16, 7}, {17, 8},
-                     {18, -1}}));
+    setGrid(d,
+            grid({{6, 1}, {7, 2}, {8, 3}, {11, 4}, {12, 5}, {13, 6}, {16, 7}, {17, 8}, {18, -1}}));
     d.txtWeight->setText("300");
     d.txtAdd[0]->setText("255");
     d.txtAdd[1]->setText("0");
     d.txtAdd[2]->setText("17");
     answer = folder + "/small"; // typed without the extension
     d.cmdSave->click();
-    EXPECT_EQ(asked, QStringList({"Save filter in " + folder + " for Ostrivex filter (*.oif)|*.oif"}));
+    EXPECT_EQ(asked,
+              QStringList({"Save filter in " + folder + " for Ostrivex filter (*.oif)|*.oif"}));
     EXPECT_TRUE(QDir(folder).exists()); // made for the dialog
     // Header (2 dimensions, 3 from 0, 3 from 0), the cells with the row running fastest,
     // then weight and red, green, blue biases.
     QByteArray expected("\x02\x00", 2);
-    for (int32_t v : {3, 0, 3, 0, 1, 4, 7, 2, 5, 8, 3, 6, -1, 300, 255, 0, 17}) put32(expected, v);
+    for (int32_t v : {3, 0, 3, 0, 1, 4, 7, 2, 5, 8, 3, 6, -1, 300, 255, 0, 17})
+        put32(expected, v);
     ASSERT_EQ(expected.size(), 70);
     EXPECT_EQ(fileBytes(folder + "/small.oif"), expected);
 
@@ -313,7 +326,8 @@ TEST_F(UserFilterTest, FilesSaveAndLoadThroughTheButtons) {
     const QByteArray bytes = fileBytes(answer);
     ASSERT_EQ(bytes.size(), 134);
     QByteArray head("\x02\x00", 2);
-    for (int32_t v : {5, 0, 5, 0}) put32(head, v);
+    for (int32_t v : {5, 0, 5, 0})
+        put32(head, v);
     EXPECT_EQ(bytes.left(18), head);
     auto at = [&](int offset) { return bytes.mid(offset, 4); };
     auto word = [](int32_t v) {
@@ -322,11 +336,11 @@ TEST_F(UserFilterTest, FilesSaveAndLoadThroughTheButtons) {
         return b;
     };
     // Cell (row, column) sits at 18 + 4 * (column * 5 + row).
-    EXPECT_EQ(at(18), word(2));                    // (0, 0)
-    EXPECT_EQ(at(18 + 4 * 5), word(7));            // (0, 1)
-    EXPECT_EQ(at(18 + 4 * 1), word(0));            // (1, 0)
-    EXPECT_EQ(at(18 + 4 * 12), word(9));           // (2, 2)
-    EXPECT_EQ(at(18 + 4 * 24), word(-3));          // (4, 4)
+    EXPECT_EQ(at(18), word(2));           // (0, 0)
+    EXPECT_EQ(at(18 + 4 * 5), word(7));   // (0, 1)
+    EXPECT_EQ(at(18 + 4 * 1), word(0));   // (1, 0)
+    EXPECT_EQ(at(18 + 4 * 12), word(9));  // (2, 2)
+    EXPECT_EQ(at(18 + 4 * 24), word(-3)); // (4, 4)
     EXPECT_EQ(bytes.mid(118), word(-1) + word(0) + word(0) + word(17));
 
     // Load into a dialog showing a preset: the same fields come back, and the list says no
@@ -335,7 +349,8 @@ TEST_F(UserFilterTest, FilesSaveAndLoadThroughTheButtons) {
     e.cbBased->setCurrentIndex(9);
     asked.clear();
     e.cmdLoad->click();
-    EXPECT_EQ(asked, QStringList({"Load filter in " + folder + " for Ostrivex filter (*.oif)|*.oif"}));
+    EXPECT_EQ(asked,
+              QStringList({"Load filter in " + folder + " for Ostrivex filter (*.oif)|*.oif"}));
     EXPECT_EQ(gridTexts(e), big);
     EXPECT_EQ(e.txtWeight->text(), "-1");
     EXPECT_EQ(e.txtAdd[0]->text(), "0");
@@ -344,8 +359,9 @@ TEST_F(UserFilterTest, FilesSaveAndLoadThroughTheButtons) {
     EXPECT_EQ(e.cbBased->currentIndex(), 0);
     answer = folder + "/small.oif";
     e.cmdLoad->click();
-    EXPECT_EQ(gridTexts(e), grid({{6, 1}, {7, 2}, {8, 3}, {11, 4}, {12, 5}, {13, 6}, {16, 7},
-                                  {17, 8}, {18, -1}}));
+    EXPECT_EQ(
+        gridTexts(e),
+        grid({{6, 1}, {7, 2}, {8, 3}, {11, 4}, {12, 5}, {13, 6}, {16, 7}, {17, 8}, {18, -1}}));
     EXPECT_EQ(e.txtWeight->text(), "300");
     EXPECT_EQ(e.txtAdd[0]->text(), "255");
     EXPECT_TRUE(messages.isEmpty());
@@ -366,10 +382,13 @@ TEST_F(UserFilterTest, ADamagedFileChangesNothing) {
     QDir().mkpath(folder);
     // A good 3 x 3 file cut one byte short, one that claims 4 x 4, and a missing one.
     QByteArray good("\x02\x00", 2);
-    for (int32_t v : {3, 0, 3, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 9, 0, 0, 0}) put32(good, v);
+    for (int32_t v : {3, 0, 3, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 9, 0, 0, 0})
+        put32(good, v);
     QByteArray four("\x02\x00", 2);
-    for (int32_t v : {4, 0, 4, 0}) put32(four, v);
-    for (int i = 0; i < 16 + 4; ++i) put32(four, 1);
+    for (int32_t v : {4, 0, 4, 0})
+        put32(four, v);
+    for (int i = 0; i < 16 + 4; ++i)
+        put32(four, 1);
     const QByteArray damaged[] = {good.left(69), four};
     int k = 0;
     QStringList paths;
@@ -436,8 +455,9 @@ class UserFilterCommandTest : public UserFilterTest {
 
 TEST_F(UserFilterCommandTest, OkRunsTheKernelOnceAsOneUndoStep) {
     // Blue, green, red of a 3 x 2 image.
-    const Bits original = makeBits(3, 2, {{40, 100, 0}, {80, 0, 200}, {120, 50, 30},
-                                          {0, 20, 60}, {4, 8, 12}, {200, 250, 100}});
+    const Bits original = makeBits(
+        3, 2,
+        {{40, 100, 0}, {80, 0, 200}, {120, 50, 30}, {0, 20, 60}, {4, 8, 12}, {200, 250, 100}});
     auto* doc = new fImage;
     main_->AddDocumentWindow(doc);
     doc->BeginDocument(QString());
@@ -459,8 +479,8 @@ TEST_F(UserFilterCommandTest, OkRunsTheKernelOnceAsOneUndoStep) {
         d->cmdCancel->click();
     });
     EXPECT_TRUE(stillOpen);
-    EXPECT_EQ(messages, QStringList({"Invalid/blank mask. Verify coeficients.",
-                                     "The weight can't be 0."}));
+    EXPECT_EQ(messages,
+              QStringList({"Invalid/blank mask. Verify coeficients.", "The weight can't be 0."}));
     EXPECT_TRUE(sameBits(original, doc->bits()));
     EXPECT_EQ(doc->HistoryPosition(), position);
 
@@ -472,8 +492,9 @@ TEST_F(UserFilterCommandTest, OkRunsTheKernelOnceAsOneUndoStep) {
         d->txtAdd[0]->setText("10");
         d->cmdOK->click();
     });
-    const Bits expected = makeBits(3, 2, {{40, 55, 75}, {71, 14, 120}, {110, 87, 50},
-                                          {1, 12, 43}, {52, 66, 41}, {100, 125, 60}});
+    const Bits expected = makeBits(
+        3, 2,
+        {{40, 55, 75}, {71, 14, 120}, {110, 87, 50}, {1, 12, 43}, {52, 66, 41}, {100, 125, 60}});
     EXPECT_TRUE(sameBits(expected, doc->bits()));
     EXPECT_TRUE(sameBits(expected, main_->Filter().bits()));
     EXPECT_EQ(doc->HistoryPosition(), position + 1);

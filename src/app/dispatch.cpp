@@ -10,6 +10,7 @@
 #include "app/globals.h"
 #include "app/filters/fhistogram.h"
 #include "app/filters/fpaletteapply.h"
+#include "app/filters/fuserfilter.h"
 #include "app/settings/settings.h"
 #include "app/shell/about.h"
 #include "app/shell/help.h"
@@ -22,6 +23,7 @@
 #include "imagefile/fNew.h"
 #include "imagefile/fProperties.h"
 #include "pixel/fixedcommands.h"
+#include "pixel/oiffile.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -31,6 +33,7 @@
 #include <QUrl>
 
 #include <initializer_list>
+#include <stdexcept>
 
 namespace ostrivex {
 
@@ -359,7 +362,25 @@ void fMain::runRoutine(const MenuEntry& entry) {
         route(qname);
         fHistogram dialog(Filter().bits(), this);
         dialog.exec();
-    } else if (name == "fCapture" || name == "fOverlay" || name == "UserFilters") {
+    } else if (name == "UserFilters") {
+        route(qname);
+        // The dialog opens without a document as well, so filters can be written, loaded
+        // and saved; OK then applies nothing (the envelope finds no active document).
+        fUserFilter dialog(QString::fromStdString(AppFolder()) + "/" + kFilterFolder, this);
+        dialog.exec();
+        if (!dialog.applied()) return;
+        const FilterMask record = dialog.record();
+        const bool keepMargins = dialog.keepMargins();
+        try {
+            RunFilterEnvelope(
+                [&](cBitFilter& f) { return f.MaskFilter(record, keepMargins); },
+                fUserFilter::kUndoCaption);
+        } catch (const std::overflow_error&) {
+            // Huge coefficients can carry a sum past 32 bits; the image stays as it was.
+            DocumentDialogs::Inform(this, QString::fromLatin1(fUserFilter::kOverflowText),
+                                    dialog.windowTitle());
+        }
+    } else if (name == "fCapture" || name == "fOverlay") {
         // Dialogs that need no document.
         route(qname);
     } else {

@@ -8,9 +8,13 @@
 #include "document/fpaste.h"
 
 #include <QClipboard>
+#include <QCoreApplication>
 #include <QGuiApplication>
 #include <QImage>
-#include <QTabBar>
+#include <QLabel>
+#include <QMouseEvent>
+#include <QPushButton>
+#include <QTabWidget>
 
 #include <gtest/gtest.h>
 
@@ -352,6 +356,45 @@ TEST(ClipHistorySlots, PasteFromASlot) {
     EXPECT_FALSE(clips->PasteFromSlot(0));
     EXPECT_TRUE(host.ClipBuffer.empty());
     EXPECT_EQ(host.commands.size(), 1);
+}
+
+TEST(ClipHistorySlots, MouseAndButtons) {
+    FakeHost host;
+    ClipHistory* clips = host.paste.Clips();
+    // The clip history is the first tab of the History Box, the undo list the second.
+    EXPECT_EQ(host.paste.Tabs()->widget(0), clips);
+    EXPECT_EQ(clips->objectName(), "tabClips");
+    EXPECT_EQ(host.paste.Tabs()->widget(1)->objectName(), "tabActions");
+
+    clips->StoreClip(numbered(3, 2));
+    clips->StoreClip(numbered(2, 2));
+    EXPECT_EQ(clips->SelectedIndex(), 1);
+    auto* slot0 = clips->findChild<QWidget*>("slot0");
+    ASSERT_NE(slot0, nullptr);
+    EXPECT_EQ(clips->findChild<QLabel*>("BT0")->text(), "1");
+    EXPECT_EQ(clips->findChild<QLabel*>("BR1")->text(), "2 x 2");
+    EXPECT_EQ(clips->findChild<QLabel*>("LMessage")->text(), "Clip History:  2 x 2");
+
+    const QPointF at(5, 5);
+    QMouseEvent press(QEvent::MouseButtonPress, at, slot0->mapToGlobal(at), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(slot0, &press);
+    EXPECT_EQ(clips->SelectedIndex(), 0);
+    EXPECT_EQ(clips->Message(), "Clip History:  3 x 2");
+    EXPECT_TRUE(host.commands.isEmpty()); // a single click only selects
+    QMouseEvent twice(QEvent::MouseButtonDblClick, at, slot0->mapToGlobal(at), Qt::LeftButton,
+                      Qt::LeftButton, Qt::NoModifier);
+    QCoreApplication::sendEvent(slot0, &twice);
+    EXPECT_EQ(host.commands, QStringList({"PASTE"}));
+    EXPECT_EQ(host.ClipBuffer, numbered(3, 2));
+
+    // "Clear" takes the selected slot, "Clear All" the rest.
+    clips->findChild<QPushButton*>("cmdClear")->click();
+    EXPECT_EQ(clips->SlotName(0), "");
+    EXPECT_EQ(clips->SlotName(1), "2");
+    clips->findChild<QPushButton*>("cmdClearAll")->click();
+    EXPECT_EQ(clips->SlotName(1), "");
+    EXPECT_EQ(clips->findChild<QLabel*>("BR1")->text(), "");
 }
 
 TEST(ClipboardPaste, SetsThePendingFlagWithAClip) {

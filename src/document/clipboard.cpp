@@ -13,6 +13,7 @@
 #include <QImage>
 #include <QMimeData>
 
+#include <algorithm>
 #include <functional>
 
 namespace ostrivex {
@@ -47,6 +48,16 @@ Box selectionBox(const fImage& document) {
     return b;
 }
 
+// The box cut to the picture (a selection loaded from a file may reach past it). False when
+// nothing of the picture is left in it.
+bool boxInPicture(const fImage& document, Box& b) {
+    b.left = std::max(b.left, 0);
+    b.top = std::max(b.top, 0);
+    b.right = std::min(b.right, document.PictureWidth());
+    b.bottom = std::min(b.bottom, document.PictureHeight());
+    return b.right > b.left && b.bottom > b.top;
+}
+
 // The steps that cut and copy share, up to the clip in ClipBuffer. False (after the box)
 // when the selection is under 2 x 2.
 bool takeClip(fImage& document, DocumentHost& host, const char* tooSmallText) {
@@ -58,6 +69,9 @@ bool takeClip(fImage& document, DocumentHost& host, const char* tooSmallText) {
                                 QString::fromLatin1(kClipboardTitle));
         return false;
     }
+    // A selection wholly outside the picture leaves no clip.
+    Box inPicture = b;
+    if (!boxInPicture(document, inPicture)) return false;
     // The mask needs the selection itself as the region (the size test above found one). A
     // filter of its own takes the clip, so that cFilter stays loaded with the document.
     cBitFilter cropper;
@@ -158,8 +172,8 @@ fImage* CreateFromClipboard(DocumentHost& host) {
 
 bool CropToSelection(fImage& document, DocumentHost& host) {
     if (!document.PictureExists()) return false;
-    const Box b = selectionBox(document);
-    if (b.right - b.left < 1 || b.bottom - b.top < 1) return false;
+    Box b = selectionBox(document);
+    if (!boxInPicture(document, b)) return false;
     BusyCursor busy;
     // The crop is cut to the filter's image rectangle: the filter gets the document first.
     cBitFilter& filter = host.Filter();
@@ -175,8 +189,8 @@ bool CropToSelection(fImage& document, DocumentHost& host) {
 
 fImage* NewImageFromCrop(const fImage& document, DocumentHost& host) {
     if (!document.PictureExists()) return nullptr;
-    const Box b = selectionBox(document);
-    if (b.right - b.left < 1 || b.bottom - b.top < 1) return nullptr;
+    Box b = selectionBox(document);
+    if (!boxInPicture(document, b)) return nullptr;
     // A filter of its own, so that cFilter stays loaded with the source document; the crop is cut to the filter's image rectangle, which the document's pixels set.
     cBitFilter cropper;
     cropper.SetBits(document.bits());

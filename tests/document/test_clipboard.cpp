@@ -490,6 +490,17 @@ TEST(NewDocuments, NewCopyAndCrops) {
     EXPECT_EQ(NewImageFromCrop(*doc, host), nullptr);
     EXPECT_EQ(host.docs.size(), 2u);
 
+    // A selection wholly outside the picture (as a selection file can give) crops nothing,
+    // and gives no clip.
+    doc->Region().CreateRect(10, 10, 14, 14, cBitRegion::ModeUnion, false);
+    EXPECT_FALSE(CropToSelection(*doc, host));
+    EXPECT_EQ(NewImageFromCrop(*doc, host), nullptr);
+    EXPECT_FALSE(CopyBits(*doc, host));
+    EXPECT_EQ(doc->bits(), before);
+    EXPECT_EQ(host.paste.Clips()->SlotName(0), "");
+    EXPECT_EQ(host.docs.size(), 2u);
+    doc->Region().Init(0, 0, 6, 5);
+
     // The crops take the selection's whole box, the ellipse's corners included.
     doc->Region().CreateEllipse(1, 0, 5, 4, cBitRegion::ModeUnion, false);
     doc->SelectionChanged();

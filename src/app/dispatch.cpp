@@ -17,6 +17,7 @@
 #include "app/shell/keyboard.h"
 #include "app/shell/options.h"
 #include "app/shell/resetsettings.h"
+#include "document/clipboard.h"
 #include "document/dialogs.h"
 #include "document/fileops.h"
 #include "document/fimage.h"
@@ -211,6 +212,28 @@ void fMain::MenuExec(const QString& word) {
     } else if (isOneOf(word, {"CUT", "COPY", "PASTE", "CREATENEWCOPY", "COPYIMAGETOCLIPBOARD",
                               "CREATEFROMCLIPBOARD", "CROP", "NEWIMAGEFROMCROP"})) {
         route("Clipboard");
+        // The undo step of a change is filed under the menu entry's caption ("Cut", "Crop").
+        const auto caption = [&word] {
+            const MenuEntry* entry = FindMenuWord(word.toStdString());
+            return entry ? QString::fromStdString(LastCaptionFor(*entry)) : word;
+        };
+        if (word == "CREATEFROMCLIPBOARD") { // the one word that needs no document
+            CreateFromClipboard(*this);
+        } else if (word == "CUT") {
+            if (CutBits(*doc, *this)) Update(caption(), true);
+        } else if (word == "COPY") {
+            CopyBits(*doc, *this);
+        } else if (word == "PASTE") {
+            PasteBits(*doc, *this);
+        } else if (word == "CREATENEWCOPY") {
+            CreateNewCopy(*doc, *this);
+        } else if (word == "COPYIMAGETOCLIPBOARD") {
+            BitsCopyToClipboard(*doc);
+        } else if (word == "CROP") {
+            if (CropToSelection(*doc, *this)) Update(caption(), true);
+        } else {
+            NewImageFromCrop(*doc, *this);
+        }
     } else if (isOneOf(word, {"SELECTALL", "SELECTNONE", "INVERTSELECTION", "LOADSELECTION",
                               "SAVESELECTION"})) {
         route("Selection");

@@ -112,6 +112,8 @@ fCanvas::fCanvas(const QImage& picture, QWidget* parent)
     chkKeepProportions->setToolTip("Place the image at multiples of its own size");
     cmdCenter = new QPushButton("C&enter", this);
     cmdCenter->setObjectName("cmdCenter");
+    lblPosition = new QLabel(this);
+    lblPosition->setObjectName("lblPosition");
 
     auto* area = new PreviewArea(this);
     iCnv = new CanvasArea(area);
@@ -135,6 +137,7 @@ fCanvas::fCanvas(const QImage& picture, QWidget* parent)
     left->addLayout(fields);
     left->addWidget(chkKeepProportions);
     left->addWidget(cmdCenter, 0, Qt::AlignLeft);
+    left->addWidget(lblPosition);
     left->addWidget(new QLabel("Drag the image to place it\non the new canvas.", this));
     left->addStretch(1);
 
@@ -209,6 +212,7 @@ void fCanvas::DragPictureTo(QPoint thumb) {
 
 void fCanvas::placePicture() {
     iImg->move(vbRound(left_ * scale_), vbRound(top_ * scale_));
+    lblPosition->setText(QStringLiteral("Position: %1, %2").arg(left_).arg(top_));
 }
 
 void fCanvas::cmdOK_Click() {

@@ -33,6 +33,7 @@ class fCanvas : public QDialog {
     QLineEdit* txtH = nullptr;
     QCheckBox* chkKeepProportions = nullptr; // "Proportions", off at start
     QPushButton* cmdCenter = nullptr;        // puts the picture back in the middle
+    QLabel* lblPosition = nullptr;           // "Position: left, top"
     QWidget* iCnv = nullptr;
     CanvasPicture* iImg = nullptr;
     QPushButton* cmdOK = nullptr;

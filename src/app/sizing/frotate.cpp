@@ -31,6 +31,8 @@ fRotate::fRotate(QWidget* parent) : QDialog(parent) {
     cmd45[0]->setObjectName("cmd45_0");
     cmd45[1] = new QPushButton("+45", this);
     cmd45[1]->setObjectName("cmd45_1");
+    for (QPushButton* b : cmd45)
+        b->setFixedWidth(48);
     chkAntialiasing = new QCheckBox("&Anti-Aliasing", this);
     chkAntialiasing->setObjectName("chkAntialiasing");
     chkAntialiasing->setChecked(true);

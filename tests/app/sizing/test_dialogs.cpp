@@ -223,6 +223,7 @@ TEST_F(SizingDialogTest, CanvasPicturePlacesTheImage) {
     EXPECT_EQ(dialog.Left(), 3);
     EXPECT_EQ(dialog.Top(), 0);
     EXPECT_EQ(dialog.iImg->pos(), QPoint(90, 0));
+    EXPECT_EQ(dialog.lblPosition->text(), "Position: 3, 0");
     // At least one pixel of the image stays on the canvas.
     dialog.DragPictureTo(QPoint(-500, 500));
     EXPECT_EQ(dialog.Left(), -3);

@@ -1,8 +1,9 @@
 // fCanvas, "Canvas size": the new size of the canvas and where the image lies on it. The
 // canvas `iCnv` is drawn to fit a square preview; on it the picture `iImg` of the image, at
 // the same scale, can be dragged. With "Proportions" on, the picture snaps to multiples of
-// its own size, so the image lands at whole multiples of its width and height. The dialog
-// only collects the values; the command lays the image on the new canvas after OK.
+// its own size, so the image lands at whole multiples of its width and height. A new size in
+// the fields puts the image back in the middle. The dialog only collects the values; the
+// command lays the image on the new canvas after OK.
 #pragma once
 
 #include <QDialog>

@@ -17,6 +17,7 @@
 #include "app/shell/keyboard.h"
 #include "app/shell/options.h"
 #include "app/shell/resetsettings.h"
+#include "app/sizing/sizing.h"
 #include "document/clipboard.h"
 #include "document/dialogs.h"
 #include "document/fileops.h"
@@ -251,12 +252,15 @@ void fMain::MenuExec(const QString& word) {
         route("Print");
     } else if (isOneOf(word, {"IMAGESIZE", "CANVASSIZE", "IMAGEORIENTATION", "IMAGEROTATE"})) {
         route("SizeDialog");
+        RunSizingDialog(*this, word);
     } else if (isOneOf(word, {"200", "300", "400", "500", "600",      "700",    "50", "33",
                               "25",  "20",  "15",  "10",  "2x",       "3x",     "4x", "5x",
                               "x2",  "x3",  "x4",  "x5",  "ORIGINAL", "RESTORE"})) {
         route("ZoomImage");
+        RunZoomWord(*this, word);
     } else if (isOneOf(word, {"N90", "N180", "N270", "N45", "A90", "A180", "A270", "A45"})) {
         route("RotateImage");
+        RunRotateWord(*this, word);
     } else if (isOneOf(word,
                        {"EXTRACTICON", "IMAGESCALE", "IMAGEMERGING", "IMAGECAPTURER",
                         "IMAGETEXTURES", "IMAGERESOLUTION", "IMAGECOLORDEPTH", "TEXTTOOLS"})) {
@@ -406,9 +410,12 @@ void fMain::runRoutine(const MenuEntry& entry) {
     } else if (name == "fCapture" || name == "fOverlay") {
         // Dialogs that need no document.
         route(qname);
+    } else if (name == "RestoreOriginal") {
+        if (!GetActiveDocument(ActiveDocument)) return;
+        route(qname);
+        RestoreOriginal(*this);
     } else {
-        // RestoreOriginal, the layer routines and the bump mapping dialog: all act on the
-        // active document.
+        // The layer routines and the bump mapping dialog: all act on the active document.
         if (!GetActiveDocument(ActiveDocument)) return;
         route(qname);
     }

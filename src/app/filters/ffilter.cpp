@@ -111,6 +111,8 @@ fFilter::fFilter(int number, const FilterDialogHost& host, QWidget* parent)
     const ThumbSize t = FitThumbnail(docW, docH, kMaxPreviewWidth, kMaxPreviewHeight);
     previewW_ = t.width;
     previewH_ = t.height;
+    markerX_ = previewW_ / 2;
+    markerY_ = previewH_ / 2;
     // 3. The source thumbnail, kept in both records.
     tFilter_.BitsResize(doc->bits(), previewW_, previewH_);
     sourceThumb_ = tFilter_.GetBits();
@@ -580,6 +582,8 @@ void fFilter::SourcePicked(int x, int y) {
     y = std::clamp(y, 0, previewH_ - 1);
     centreX_ = float(x) / float(previewW_);
     centreY_ = float(y) / float(previewH_);
+    markerX_ = x;
+    markerY_ = y;
     const uint8_t* p = sourceThumb_.pixel(x, y);
     colours_[0] = int32_t(uint32_t(p[2]) | uint32_t(p[1]) << 8 | uint32_t(p[0]) << 16);
     showColour(0);
@@ -614,9 +618,7 @@ void fFilter::showColour(int i) {
 void fFilter::drawSource() {
     if (!picSource) return;
     picSource->setImage(recordImage(sourceRecord_, previewW_, previewH_));
-    const int32_t mx = std::min(previewW_ - 1, int32_t(centreX_ * float(previewW_)));
-    const int32_t my = std::min(previewH_ - 1, int32_t(centreY_ * float(previewH_)));
-    picSource->setMarker(centre_, mx, my, markerColour_);
+    picSource->setMarker(centre_, markerX_, markerY_, markerColour_);
 }
 
 void fFilter::drawResult() {

@@ -215,6 +215,7 @@ class fFilter : public QDialog {
     bool fullPreview_ = false, previewed_ = false, commit_ = false;
     bool centre_ = false;
     float centreX_ = 0.5f, centreY_ = 0.5f;
+    int32_t markerX_ = 0, markerY_ = 0; // the picked pixel of the thumbnail
     uint32_t markerColour_ = 0xFFFFFF;
     cBitFilter tFilter_;
     cBitRegion ownRegion_;

@@ -143,12 +143,12 @@ void fFilter::buildControls() {
     auto* top = new QVBoxLayout(this);
     top->setSizeConstraint(QLayout::SetFixedSize);
 
-    // The two thumbnails, each centred in a frame the size of the largest thumbnail.
-    auto* pictures = new QHBoxLayout;
-    auto makeFrame = [&](const QString& caption, FilterThumbnail*& view, const char* name) {
-        auto* box = new QVBoxLayout;
-        auto* label = new QLabel(caption, this);
-        box->addWidget(label);
+    // The two thumbnails, each centred in a frame the size of the largest thumbnail, with
+    // the colour wells and the picker's hint under them.
+    auto* pictures = new QGridLayout;
+    auto makeFrame = [&](int column, const QString& caption, FilterThumbnail*& view,
+                         const char* name) {
+        pictures->addWidget(new QLabel(caption, this), 0, column);
         auto* frame = new QFrame(this);
         frame->setFrameShape(QFrame::StyledPanel);
         frame->setFixedSize(kMaxPreviewWidth + 6, kMaxPreviewHeight + 6);
@@ -157,24 +157,21 @@ void fFilter::buildControls() {
         view = new FilterThumbnail(frame);
         view->setObjectName(QString::fromLatin1(name));
         inner->addWidget(view, 0, 0, Qt::AlignCenter);
-        box->addWidget(frame);
-        pictures->addLayout(box);
-        return box;
+        pictures->addWidget(frame, 1, column);
     };
-    QVBoxLayout* sourceBox = makeFrame(QStringLiteral("Original"), picSource, "picSource");
-    makeFrame(QStringLiteral("Preview"), picResult, "picResult");
-    top->addLayout(pictures);
+    makeFrame(0, QStringLiteral("Original"), picSource, "picSource");
+    makeFrame(1, QStringLiteral("Preview"), picResult, "picResult");
     connect(picSource, &FilterThumbnail::picked, this,
             [this](int x, int y) { SourcePicked(x, y); });
 
-    // The colour wells, under the source.
     auto* wells = new QHBoxLayout;
+    wells->setContentsMargins(0, 0, 0, 0);
     for (int i = 0; i < 2; ++i) {
         picColour[size_t(i)] = new QPushButton(this);
         picColour[size_t(i)]->setObjectName(QStringLiteral("picColour%1").arg(i));
         picColour[size_t(i)]->setFixedSize(40, 20);
-        picColour[size_t(i)]->setToolTip(i == 0 ? QStringLiteral("Color")
-                                                : QStringLiteral("New color"));
+        picColour[size_t(i)]->setToolTip(i == 0 ? QStringLiteral("First color")
+                                                : QStringLiteral("Second color"));
         picColour[size_t(i)]->hide();
         connect(picColour[size_t(i)], &QPushButton::clicked, this,
                 [this, i] { ColourWellClick(i); });
@@ -182,7 +179,12 @@ void fFilter::buildControls() {
         showColour(i);
     }
     wells->addStretch(1);
-    sourceBox->addLayout(wells);
+    pictures->addLayout(wells, 2, 0);
+    lblPick = new QLabel(QStringLiteral("Click the original to pick"), this);
+    lblPick->setEnabled(false);
+    lblPick->hide();
+    pictures->addWidget(lblPick, 2, 1);
+    top->addLayout(pictures);
 
     // Up to three slider rows: name, slider, value.
     frSliders = new QFrame(this);
@@ -387,6 +389,7 @@ void fFilter::AddPicker() {
     centre_ = true;
     picSource->setCursor(Qt::CrossCursor);
     picSource->setToolTip(QStringLiteral("Click to pick the point and the color"));
+    lblPick->show();
     tmrSelect->start();
     drawSource();
 }

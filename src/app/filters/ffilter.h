@@ -162,6 +162,7 @@ class fFilter : public QDialog {
     std::array<QPushButton*, 2> picColour{};
     FilterThumbnail* picSource = nullptr;
     FilterThumbnail* picResult = nullptr;
+    QLabel* lblPick = nullptr; // the picker's hint
     QTimer* tmrSelect = nullptr;
     QFrame* frBanks = nullptr;
     std::array<QRadioButton*, 3> optRChannel{}; // red output from source red, green, blue

@@ -310,6 +310,32 @@ TEST_F(FilterDialogTest, PreviewThenOkRunsOnceAndMakesOneUndoStep) {
     EXPECT_TRUE(doc_->Changed);
 }
 
+TEST_F(FilterDialogTest, OkInsideTheModalLoop) {
+    openDocument(test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
+    const int32_t position = doc_->HistoryPosition();
+    // No hook: the dialog runs its own modal loop, and a click on OK ends it.
+    bool answered = false;
+    QTimer timer;
+    timer.setInterval(10);
+    QObject::connect(&timer, &QTimer::timeout, [&] {
+        auto* d = qobject_cast<fFilter*>(QApplication::activeModalWidget());
+        if (!d || answered) return;
+        answered = true;
+        d->sld[0]->setValue(25); // Threshold's cut
+        d->cmdOK->click();
+    });
+    timer.start();
+    FilterDialogHost h = host();
+    const int result = ShowFilterDialog(13, h, main_.get());
+    EXPECT_TRUE(answered);
+    EXPECT_EQ(result, QDialog::Accepted);
+    // (10 + 20 + 30) \ 3 = 20 is not above 25: black; 300 \ 3 = 100 is: white.
+    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{0, 0, 0}, {255, 255, 255}}),
+                               doc_->bits()));
+    EXPECT_EQ(doc_->HistoryPosition(), position + 1);
+    EXPECT_EQ(doc_->History().ActionNames[size_t(position)], "Test");
+}
+
 TEST_F(FilterDialogTest, MovingASliderAfterAPreviewRunsAgainOnOk) {
     openDocument(test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
     const int32_t position = doc_->HistoryPosition();

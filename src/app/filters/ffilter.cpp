@@ -40,10 +40,14 @@ QImage recordImage(const BitmapRecord& record, int32_t w, int32_t h) {
     return whole.copy(2, 2, w, h);
 }
 
-QColor bgrColour(uint32_t c) { return QColor::fromRgb(BgrToQRgb(int32_t(c))); }
+QColor bgrColour(uint32_t c) {
+    return QColor::fromRgb(BgrToQRgb(int32_t(c)));
+}
 
 // Rounded to nearest, ties to even (the default rounding mode).
-int32_t roundEven(double v) { return int32_t(std::nearbyint(v)); }
+int32_t roundEven(double v) {
+    return int32_t(std::nearbyint(v));
+}
 
 } // namespace
 
@@ -86,7 +90,8 @@ void FilterThumbnail::paintEvent(QPaintEvent*) {
 }
 
 void FilterThumbnail::mousePressEvent(QMouseEvent* e) {
-    if (e->button() == Qt::LeftButton) emit picked(e->position().toPoint().x(), e->position().toPoint().y());
+    if (e->button() == Qt::LeftButton)
+        emit picked(e->position().toPoint().x(), e->position().toPoint().y());
 }
 
 void FilterThumbnail::mouseMoveEvent(QMouseEvent* e) {
@@ -204,9 +209,9 @@ void fFilter::buildControls() {
         grid->addWidget(lblName[size_t(i)], i, 0);
         grid->addWidget(sld[size_t(i)], i, 1);
         grid->addWidget(lblValue[size_t(i)], i, 2);
-        for (QWidget* w : {static_cast<QWidget*>(lblName[size_t(i)]),
-                           static_cast<QWidget*>(sld[size_t(i)]),
-                           static_cast<QWidget*>(lblValue[size_t(i)])})
+        for (QWidget* w :
+             {static_cast<QWidget*>(lblName[size_t(i)]), static_cast<QWidget*>(sld[size_t(i)]),
+              static_cast<QWidget*>(lblValue[size_t(i)])})
             w->hide();
     }
     frSliders->hide();
@@ -330,8 +335,8 @@ void fFilter::buildCurtain() {
 void fFilter::runTableStep() {
     for (size_t i = 0; i < row_.sliders.size(); ++i) {
         const FilterSliderRow& s = row_.sliders[i];
-        AddSlider(int(i), QString::fromUtf8(s.label), s.minimum, s.maximum, s.scale,
-                  s.defaultValue, QString::fromUtf8(s.suffix), s.centred);
+        AddSlider(int(i), QString::fromUtf8(s.label), s.minimum, s.maximum, s.scale, s.defaultValue,
+                  QString::fromUtf8(s.suffix), s.centred);
     }
     // The slider frame grows with its rows; a row of none hides it.
     const int rows = int(row_.sliders.size());
@@ -653,8 +658,7 @@ void fFilter::onBankRadio(int, int) {
 // --- Opening from the window -------------------------------------------------------------
 
 int ShowFilterDialog(int number, const FilterDialogHost& host, QWidget* parent) {
-    if (!FindFilterRow(number) || !host.document || !host.filter ||
-        !host.document->PictureExists())
+    if (!FindFilterRow(number) || !host.document || !host.filter || !host.document->PictureExists())
         return QDialog::Rejected;
     fFilter dialog(number, host, parent);
     const int result = fFilter::ExecHook ? fFilter::ExecHook(dialog) : dialog.exec();

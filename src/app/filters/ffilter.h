@@ -221,10 +221,10 @@ class fFilter : public QDialog {
     cBitFilter tFilter_;
     cBitRegion ownRegion_;
     Region thumbRect_;
-    bool busy_ = false;          // the bank radios are being set from code
+    bool busy_ = false;            // the bank radios are being set from code
     bool documentWritten_ = false; // a full preview wrote the document
     bool committed_ = false, cancelled_ = false, closed_ = false;
-    bool fullRun_ = false;       // the run under way is a full one
+    bool fullRun_ = false; // the run under way is a full one
     int thumbnailRuns_ = 0, fullRuns_ = 0;
 };
 

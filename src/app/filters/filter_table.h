@@ -42,9 +42,9 @@ inline constexpr int32_t kNoColours = -2;
 
 // Everything a call reads from the dialog.
 struct FilterValues {
-    std::array<int32_t, 3> s{};       // slider value minus its offset, by slider index
-    bool option = false;              // the check box
-    std::array<int32_t, 2> colours{}; // the two wells, 0x00BBGGRR
+    std::array<int32_t, 3> s{};           // slider value minus its offset, by slider index
+    bool option = false;                  // the check box
+    std::array<int32_t, 2> colours{};     // the two wells, 0x00BBGGRR
     float centreX = 0.5f, centreY = 0.5f; // the picked point, fractions of the thumbnail
     // Numbers 27 and 36: the first slider as a fraction of the larger thumbnail side.
     float extension = 0.0f;
@@ -66,10 +66,10 @@ struct FilterRow {
     std::vector<FilterSliderRow> sliders; // 0 to 3 rows
     const char* optionLabel = nullptr;    // the check box, or none
     bool optionDefault = false;
-    bool picker = false;                  // AddPicker
-    int32_t colours = kNoColours;         // the AddColours index
+    bool picker = false;          // AddPicker
+    int32_t colours = kNoColours; // the AddColours index
     FilterFrame frame = FilterFrame::None;
-    const char* call = "";                // the call as help shows it
+    const char* call = ""; // the call as help shows it
     FilterCall run = nullptr;
 };
 

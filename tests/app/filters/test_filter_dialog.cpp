@@ -91,7 +91,9 @@ class FilterDialogTest : public FreshHome {
     std::function<bool(QWidget*, int32_t&, const QString&)> savedChooser_;
 };
 
-bool shown(const QWidget* w) { return !w->isHidden(); }
+bool shown(const QWidget* w) {
+    return !w->isHidden();
+}
 
 TEST_F(FilterDialogTest, EachRowBuildsItsControls) {
     openDocument(test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
@@ -287,8 +289,8 @@ TEST_F(FilterDialogTest, PreviewThenOkRunsOnceAndMakesOneUndoStep) {
         EXPECT_TRUE(d.previewed());
         EXPECT_EQ(d.fullRuns(), 1);
         // The document shows the preview; cFilter and the history are as they were.
-        EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{40, 50, 60}, {230, 130, 30}}),
-                                   doc_->bits()));
+        EXPECT_TRUE(
+            test::sameBits(test::makeBits(2, 1, {{40, 50, 60}, {230, 130, 30}}), doc_->bits()));
         EXPECT_TRUE(test::sameBits(before, main_->Filter().bits()));
         EXPECT_EQ(doc_->HistoryPosition(), position);
         // A second Preview does not run again.
@@ -330,8 +332,7 @@ TEST_F(FilterDialogTest, OkInsideTheModalLoop) {
     EXPECT_TRUE(answered);
     EXPECT_EQ(result, QDialog::Accepted);
     // (10 + 20 + 30) \ 3 = 20 is not above 25: black; 300 \ 3 = 100 is: white.
-    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{0, 0, 0}, {255, 255, 255}}),
-                               doc_->bits()));
+    EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{0, 0, 0}, {255, 255, 255}}), doc_->bits()));
     EXPECT_EQ(doc_->HistoryPosition(), position + 1);
     EXPECT_EQ(doc_->History().ActionNames[size_t(position)], "Test");
 }
@@ -365,8 +366,8 @@ TEST_F(FilterDialogTest, CancelAfterPreviewRestoresTheDocumentWithoutAnUndoStep)
         EXPECT_EQ(d.number(), 26);
         d.optRChannel[2]->setChecked(true); // red from blue
         d.cmdPreview_Click();
-        EXPECT_TRUE(test::sameBits(test::makeBits(2, 1, {{10, 20, 10}, {200, 100, 200}}),
-                                   doc_->bits()));
+        EXPECT_TRUE(
+            test::sameBits(test::makeBits(2, 1, {{10, 20, 10}, {200, 100, 200}}), doc_->bits()));
         d.CmdCancel_Click();
         EXPECT_TRUE(d.cancelled());
         return d.result();
@@ -396,7 +397,7 @@ TEST_F(FilterDialogTest, ProgressOnlyOnFullRuns) {
     d.sld[0]->setValue(20);
     EXPECT_EQ(progressCalls_, 0);
     d.cmdPreview_Click();
-    EXPECT_GT(progressCalls_, 0); // at least the final 100
+    EXPECT_GT(progressCalls_, 0);                // at least the final 100
     EXPECT_EQ(main_->progressBar()->value(), 0); // the end hides it again
     const int afterPreview = progressCalls_;
     d.cmdOK_Click();
@@ -516,20 +517,27 @@ TEST_F(FilterDialogTest, EveryDialogWordOpensTheDialogWithItsNumber) {
     openDocument(test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
     const Bits before = doc_->bits();
     const std::vector<std::pair<QString, int>> words = {
-        {"CUSTOMSHARPEN", 19}, {"LIGHTCUSTOM", 1},      {"CUSTOMEMBOSS", 9},
-        {"CUSTOMCONTOUR", 11}, {"CUSTOMDIFFUSE", 5},    {"CUSTOMENGRAVE", 10},
-        {"CUSTOMSOFTEN", 20},  {"CUSTOMBLUR", 6},       {"CUSTOMNOISE", 37},
-        {"CUSTOMSATURATION", 3}, {"LENS", 27},          {"WAVES", 28},
-        {"BEND", 29},          {"FOLD", 30},            {"ROTATE", 31},
-        {"STRETCH", 32},       {"TILE", 33},            {"TWIRL", 34},
-        {"ADDGRID", 35},       {"LENSFLARE", 36},       {"ADDNOISE", 37},
-        {"ADDSCANLINES", 38},  {"CUSTOMCURTAIN", 40},   {"HAFTONE", 7},
-        {"PIXELIZE", 8},       {"CONTRAST", 2},         {"BRIGHTNESS", 1},
-        {"GAMMA", 4},          {"CUSTOMGLASS", 39},     {"SKETCH", 12},
-        {"COLORIZE", 0},       {"REPLACE", 16},         {"REPLACEHUESAT", 17},
-        {"REPLACELUMINOUS", 18}, {"SHIFT", 21},         {"GREYROTATION", 23},
-        {"REDUCTION", 15},     {"HUEROTATION", 22},     {"HUESTRETCH", 24},
-        {"ISOLATE", 14},       {"RGBBANKS", 26},        {"RGBLEVELS", 25},
+        {"CUSTOMSHARPEN", 19}, {"LIGHTCUSTOM", 1},
+        {"CUSTOMEMBOSS", 9},   {"CUSTOMCONTOUR", 11},
+        {"CUSTOMDIFFUSE", 5},  {"CUSTOMENGRAVE", 10},
+        {"CUSTOMSOFTEN", 20},  {"CUSTOMBLUR", 6},
+        {"CUSTOMNOISE", 37},   {"CUSTOMSATURATION", 3},
+        {"LENS", 27},          {"WAVES", 28},
+        {"BEND", 29},          {"FOLD", 30},
+        {"ROTATE", 31},        {"STRETCH", 32},
+        {"TILE", 33},          {"TWIRL", 34},
+        {"ADDGRID", 35},       {"LENSFLARE", 36},
+        {"ADDNOISE", 37},      {"ADDSCANLINES", 38},
+        {"CUSTOMCURTAIN", 40}, {"HAFTONE", 7},
+        {"PIXELIZE", 8},       {"CONTRAST", 2},
+        {"BRIGHTNESS", 1},     {"GAMMA", 4},
+        {"CUSTOMGLASS", 39},   {"SKETCH", 12},
+        {"COLORIZE", 0},       {"REPLACE", 16},
+        {"REPLACEHUESAT", 17}, {"REPLACELUMINOUS", 18},
+        {"SHIFT", 21},         {"GREYROTATION", 23},
+        {"REDUCTION", 15},     {"HUEROTATION", 22},
+        {"HUESTRETCH", 24},    {"ISOLATE", 14},
+        {"RGBBANKS", 26},      {"RGBLEVELS", 25},
     };
     int opened = -1;
     QString title;

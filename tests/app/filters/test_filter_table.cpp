@@ -24,7 +24,7 @@ struct ExpectedRow {
     int number;
     std::string title;
     std::vector<ExpectedSlider> sliders;
-    std::string option;   // "" for none
+    std::string option; // "" for none
     bool optionOn = false;
     bool picker = false;
     int colours = kNoColours;
@@ -50,35 +50,63 @@ const std::vector<ExpectedRow> kExpected = {
     {14, "Isolate", {{"Tolerance", 0, 200, 100}}, "", false, true, -1},
     {15, "Reduction", {{"Level", 0, 255, 0}}},
     {16, "Replace", {{"Tolerance", 0, 200, 100}}, "", false, true, -1},
-    {17, "Replace Hue/Saturation",
-     {{"Hue Tolerance", 0, 100, 50}, {"Sat. Tolerance", 0, 100, 50}, {"Apply Tolerance", 0, 200, 100}},
-     "", false, true, -1},
-    {18, "Replace Luminous", {{"Lum. Tolerance", 0, 100, 50}, {"Apply Tolerance", 0, 200, 100}},
-     "", false, true, -1},
+    {17,
+     "Replace Hue/Saturation",
+     {{"Hue Tolerance", 0, 100, 50},
+      {"Sat. Tolerance", 0, 100, 50},
+      {"Apply Tolerance", 0, 200, 100}},
+     "",
+     false,
+     true,
+     -1},
+    {18,
+     "Replace Luminous",
+     {{"Lum. Tolerance", 0, 100, 50}, {"Apply Tolerance", 0, 200, 100}},
+     "",
+     false,
+     true,
+     -1},
     {19, "Sharpen", {{"Level", 0, 100, 0}}},
     {20, "Soften", {{"Level", 0, 100, 0}}},
     {21, "Shift", {{"Shift", -255, 255, 0}, {"Tolerance", 0, 200, 100}}, "", false, true, 1},
     {22, "Hue rotation", {{"Offset", 0, 100, 0}, {"Saturation", 0, 100, 100}}},
     {23, "Grey rotation", {{"Offset", 0, 100, 0}, {"Steps", 0, 100, 25}}},
-    {24, "Hue stretch",
+    {24,
+     "Hue stretch",
      {{"Offset", 0, 100, 0}, {"Saturation", 0, 100, 100}, {"Stretch factor", 0, 100, 0}}},
     {25, "RGB levels", {{"Red", -255, 255, 0}, {"Green", -255, 255, 0}, {"Blue", -255, 255, 0}}},
     {26, "RGB banks", {}, "", false, false, kNoColours, FilterFrame::Banks},
     {27, "Lens", {{"Diameter", 1, 100, 50}, {"Magnify factor", 0, 100, 50}}, "", false, true},
-    {28, "Waves", {{"Frequency", 0, 100, 25}, {"Amplitude", 1, 100, 25}, {"Start degree", 0, 360, 0}}},
+    {28,
+     "Waves",
+     {{"Frequency", 0, 100, 25}, {"Amplitude", 1, 100, 25}, {"Start degree", 0, 360, 0}}},
     {29, "Bend", {{"Radius factor", -200, 200, 0}}, "Clean back", true},
-    {30, "Fold", {{"Horizontal factor", -100, 100, 0}, {"Vertical factor", -100, 100, 0}},
-     "Clean back", true},
+    {30,
+     "Fold",
+     {{"Horizontal factor", -100, 100, 0}, {"Vertical factor", -100, 100, 0}},
+     "Clean back",
+     true},
     {31, "Rotate", {{"Degrees", -180, 180, 0}}, "Clean back", true},
-    {32, "Stretch", {{"Horizontal factor", -100, 100, 0}, {"Vertical factor", -100, 100, 0}},
-     "Clean back", true},
+    {32,
+     "Stretch",
+     {{"Horizontal factor", -100, 100, 0}, {"Vertical factor", -100, 100, 0}},
+     "Clean back",
+     true},
     {33, "Tile", {{"Factor", 2, 50, 2}}},
     {34, "Twirl", {{"Level", -100, 100, 0}, {"Offset degrees", -180, 180, 0}}, "Clean back", true},
-    {35, "Grid",
+    {35,
+     "Grid",
      {{"Horizontal step", 1, 250, 25}, {"Vertical step", 1, 250, 25}, {"Opacity", 0, 255, 128}},
-     "Force margins", true, false, 0},
-    {36, "Light", {{"Extension", 1, 100, 50}, {"Intensity", 0, 500, 250}, {"Definition", 0, 100, 0}},
-     "", false, true},
+     "Force margins",
+     true,
+     false,
+     0},
+    {36,
+     "Light",
+     {{"Extension", 1, 100, 50}, {"Intensity", 0, 500, 250}, {"Definition", 0, 100, 0}},
+     "",
+     false,
+     true},
     {37, "Noise", {{"Intensity", 0, 100, 25}}, "Equalized", false},
     {38, "Scanlines", {{"Opacity", 0, 255, 128}}},
     {39, "Behind Glass", {}, "", false, false, kNoColours, FilterFrame::Glass},
@@ -121,7 +149,8 @@ TEST(FilterTable, TheCallsTakeTheDialogsValuesInTheirOrder) {
     Bits image(2, 1);
     const uint8_t px[2][3] = {{10, 20, 30}, {200, 100, 0}};
     for (int x = 0; x < 2; ++x)
-        for (int c = 0; c < 3; ++c) image.pixel(x, 0)[c] = px[x][c];
+        for (int c = 0; c < 3; ++c)
+            image.pixel(x, 0)[c] = px[x][c];
     cBitFilter f;
     f.SetBits(image);
     auto at = [](const Bits& b, int x, int c) { return int(b.pixel(x, 0)[c]); };
@@ -138,8 +167,8 @@ TEST(FilterTable, TheCallsTakeTheDialogsValuesInTheirOrder) {
     // RGB levels: red by s0, green by s1, blue by s2.
     v.s = {5, -30, 100};
     out = FindFilterRow(25)->run(f, v);
-    EXPECT_EQ(at(out, 0, 2), 35); // red 30 + 5
-    EXPECT_EQ(at(out, 0, 1), 0);  // green 20 - 30, clamped
+    EXPECT_EQ(at(out, 0, 2), 35);  // red 30 + 5
+    EXPECT_EQ(at(out, 0, 1), 0);   // green 20 - 30, clamped
     EXPECT_EQ(at(out, 0, 0), 110); // blue 10 + 100
     EXPECT_EQ(at(out, 1, 0), 255);
 
@@ -190,20 +219,27 @@ TEST(FilterTable, GlassCombos) {
 
 TEST(FilterTable, DialogWords) {
     const std::vector<std::pair<std::string, int>> words = {
-        {"CUSTOMSHARPEN", 19}, {"LIGHTCUSTOM", 1},      {"CUSTOMEMBOSS", 9},
-        {"CUSTOMCONTOUR", 11}, {"CUSTOMDIFFUSE", 5},    {"CUSTOMENGRAVE", 10},
-        {"CUSTOMSOFTEN", 20},  {"CUSTOMBLUR", 6},       {"CUSTOMNOISE", 37},
-        {"CUSTOMSATURATION", 3}, {"LENS", 27},          {"WAVES", 28},
-        {"BEND", 29},          {"FOLD", 30},            {"ROTATE", 31},
-        {"STRETCH", 32},       {"TILE", 33},            {"TWIRL", 34},
-        {"ADDGRID", 35},       {"LENSFLARE", 36},       {"ADDNOISE", 37},
-        {"ADDSCANLINES", 38},  {"CUSTOMCURTAIN", 40},   {"HAFTONE", 7},
-        {"PIXELIZE", 8},       {"CONTRAST", 2},         {"BRIGHTNESS", 1},
-        {"GAMMA", 4},          {"CUSTOMGLASS", 39},     {"SKETCH", 12},
-        {"COLORIZE", 0},       {"REPLACE", 16},         {"REPLACEHUESAT", 17},
-        {"REPLACELUMINOUS", 18}, {"SHIFT", 21},         {"GREYROTATION", 23},
-        {"REDUCTION", 15},     {"HUEROTATION", 22},     {"HUESTRETCH", 24},
-        {"ISOLATE", 14},       {"RGBBANKS", 26},        {"RGBLEVELS", 25},
+        {"CUSTOMSHARPEN", 19}, {"LIGHTCUSTOM", 1},
+        {"CUSTOMEMBOSS", 9},   {"CUSTOMCONTOUR", 11},
+        {"CUSTOMDIFFUSE", 5},  {"CUSTOMENGRAVE", 10},
+        {"CUSTOMSOFTEN", 20},  {"CUSTOMBLUR", 6},
+        {"CUSTOMNOISE", 37},   {"CUSTOMSATURATION", 3},
+        {"LENS", 27},          {"WAVES", 28},
+        {"BEND", 29},          {"FOLD", 30},
+        {"ROTATE", 31},        {"STRETCH", 32},
+        {"TILE", 33},          {"TWIRL", 34},
+        {"ADDGRID", 35},       {"LENSFLARE", 36},
+        {"ADDNOISE", 37},      {"ADDSCANLINES", 38},
+        {"CUSTOMCURTAIN", 40}, {"HAFTONE", 7},
+        {"PIXELIZE", 8},       {"CONTRAST", 2},
+        {"BRIGHTNESS", 1},     {"GAMMA", 4},
+        {"CUSTOMGLASS", 39},   {"SKETCH", 12},
+        {"COLORIZE", 0},       {"REPLACE", 16},
+        {"REPLACEHUESAT", 17}, {"REPLACELUMINOUS", 18},
+        {"SHIFT", 21},         {"GREYROTATION", 23},
+        {"REDUCTION", 15},     {"HUEROTATION", 22},
+        {"HUESTRETCH", 24},    {"ISOLATE", 14},
+        {"RGBBANKS", 26},      {"RGBLEVELS", 25},
     };
     EXPECT_EQ(FilterDialogWords().size(), words.size());
     for (const auto& [word, number] : words) {

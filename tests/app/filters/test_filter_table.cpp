@@ -23,8 +23,8 @@ struct ExpectedSlider {
 struct ExpectedRow {
     int number;
     std::string title;
-    std::vector<ExpectedSlider> sliders;
-    std::string option; // "" for none
+    std::vector<ExpectedSlider> sliders = {};
+    std::string option = {}; // "" for none
     bool optionOn = false;
     bool picker = false;
     int colours = kNoColours;
@@ -134,7 +134,9 @@ TEST(FilterTable, EveryRowHasItsControls) {
             EXPECT_EQ(std::string(s.suffix), "");
         }
         EXPECT_EQ(std::string(row->optionLabel ? row->optionLabel : ""), e.option);
-        if (row->optionLabel) EXPECT_EQ(row->optionDefault, e.optionOn);
+        if (row->optionLabel) {
+            EXPECT_EQ(row->optionDefault, e.optionOn);
+        }
         EXPECT_EQ(row->picker, e.picker);
         EXPECT_EQ(row->colours, e.colours);
         EXPECT_EQ(row->frame, e.frame);

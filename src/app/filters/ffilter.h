@@ -4,9 +4,11 @@
 // the filter once through the window's filter envelope (one undo step).
 //
 // The dialog works on its own filter object `tFilter`: a thumbnail run filters the source
-// thumbnail inside the selection scaled to the thumbnail; a full run filters a copy of
+// thumbnail inside the selection scaled to the thumbnail; a full preview filters a copy of
 // cFilter's Bits inside the document's selection. cFilter itself keeps the document as it
-// was until OK, so Cancel restores the document from it.
+// was until OK, so Cancel restores the document from it. OK hands the envelope the
+// preview's pixels when the preview is still current, and otherwise runs the filter on
+// cFilter inside the envelope.
 #pragma once
 
 #include "app/filters/filter_table.h"

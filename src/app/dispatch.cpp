@@ -8,7 +8,9 @@
 #include "app/fmain.h"
 
 #include "app/globals.h"
+#include "app/filters/ffilter.h"
 #include "app/filters/fhistogram.h"
+#include "app/filters/filter_table.h"
 #include "app/filters/fpaletteapply.h"
 #include "app/filters/fuserfilter.h"
 #include "app/settings/settings.h"
@@ -32,6 +34,7 @@
 #include <QFileInfo>
 #include <QMdiArea>
 #include <QMdiSubWindow>
+#include <QProgressBar>
 #include <QUrl>
 
 #include <initializer_list>
@@ -265,47 +268,25 @@ void fMain::MenuExec(const QString& word) {
                        {"EXTRACTICON", "IMAGESCALE", "IMAGEMERGING", "IMAGECAPTURER",
                         "IMAGETEXTURES", "IMAGERESOLUTION", "IMAGECOLORDEPTH", "TEXTTOOLS"})) {
         // Left in the chain with nothing behind them.
-    } else if (isOneOf(word, {"REDUCTION",
-                              "CUSTOMSATURATION",
-                              "BRIGHTNESS",
-                              "CONTRAST",
-                              "GAMMA",
-                              "CUSTOMBLUR",
-                              "CUSTOMNOISE",
-                              "CUSTOMEMBOSS",
-                              "CUSTOMENGRAVE",
-                              "CUSTOMDIFFUSE",
-                              "CUSTOMSOFTEN",
-                              "CUSTOMSHARPEN",
-                              "CUSTOMCONTOUR",
-                              "LIGHTCUSTOM",
-                              "COLORIZE",
-                              "RGBLEVELS",
-                              "HUESTRETCH",
-                              "HUEROTATION",
-                              "GREYROTATION",
-                              "SHIFT",
-                              "SKETCH",
-                              "ISOLATE",
-                              "REPLACE",
-                              "REPLACEHUESAT",
-                              "REPLACELUMINOUS",
-                              "LENS",
-                              "WAVES",
-                              "BEND",
-                              "FOLD",
-                              "ROTATE",
-                              "STRETCH",
-                              "TILE",
-                              "TWIRL",
-                              "ADDGRID",
-                              "LENSFLARE",
-                              "ADDSCANLINES",
-                              "CUSTOMGLASS",
-                              "CUSTOMCURTAIN"})) {
-        // A filter with a dialog: the dialog previews from cFilter and runs the envelope
-        // on OK.
+    } else if (const int32_t number = FilterDialogNumber(word.toStdString()); number >= 0) {
+        // A filter with a dialog: fFilter previews from cFilter and, on OK, runs the
+        // envelope once under the caption of the entry (or the word), as the fixed
+        // commands do.
         route("FilterDialog");
+        const MenuEntry* entry = FindMenuWord(word.toStdString());
+        const QString label = entry && !LastCommandCaption.isEmpty() ? LastCommandCaption : word;
+        FilterDialogHost host;
+        host.document = doc;
+        host.filter = &Filter();
+        host.progress = [this](int percent) { cFilter_Progress(percent); };
+        host.hideProgress = [this] { progressBar()->setValue(0); };
+        host.update = [this](const QString& l, bool saveUndo) { Update(l, saveUndo); };
+        host.commit = [this, label](const std::function<Bits(cBitFilter&)>& operation) {
+            RunFilterEnvelope(operation, label);
+        };
+        ShowFilterDialog(number, host, this);
+    } else if (word == "TALCOMPOWDER") {
+        // Kept in the chain; it does nothing.
     } else if (RunFixedFilter(word)) { // the fixed commands, FLIPH and FLIPV among them
         route("RunFixedFilter");
     }

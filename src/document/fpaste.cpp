@@ -1,5 +1,7 @@
 #include "document/fpaste.h"
 
+#include "pixel/thumbfit.h"
+
 #include "document/fimage.h"
 #include "document/host.h"
 #include "pixel/bitfilter.h"
@@ -138,17 +140,6 @@ std::vector<uint8_t> ClipSlotRecord(const ClipSlot& slot) {
     putU32(p + 36, h.biClrImportant);
     if (!slot.pixels.empty()) std::memcpy(p + 40, slot.pixels.data(), slot.pixels.size());
     return out;
-}
-
-QSize FitThumbnail(int32_t w, int32_t h, int32_t boxW, int32_t boxH) {
-    if (w < 1 || h < 1 || boxW < 1 || boxH < 1) return QSize(0, 0);
-    // Compared as w / h against boxW / boxH without a division.
-    if (int64_t(w) * boxH >= int64_t(h) * boxW) {
-        const int32_t th = int32_t(std::nearbyint(double(h) * boxW / w));
-        return QSize(boxW, std::max(1, th));
-    }
-    const int32_t tw = int32_t(std::nearbyint(double(w) * boxH / h));
-    return QSize(std::max(1, tw), boxH);
 }
 
 // One slot of the list: the thumbnail `pT` with the name `BT` and the size text `BR` beside
@@ -297,19 +288,20 @@ void ClipHistory::DrawThumbnail(int index) {
         LMessage_->setText(QStringLiteral("Clip History"));
         return;
     }
-    const QSize fit = FitThumbnail(w, h, kThumbWidth, kThumbHeight);
+    // Small clips grow to fill the box too.
+    const FitSize fit = FitToBox(w, h, kThumbWidth, kThumbHeight);
     cBitFilter scaler;
-    scaler.BitsResize(slot.pixels, fit.width(), fit.height());
+    scaler.BitsResize(slot.pixels, fit.width, fit.height);
     const Bits& small = scaler.bits();
     // Centred in the box.
-    const int ox = (kThumbWidth - fit.width()) / 2, oy = (kThumbHeight - fit.height()) / 2;
-    for (int y = 0; y < fit.height(); ++y) {
+    const int ox = (kThumbWidth - fit.width) / 2, oy = (kThumbHeight - fit.height) / 2;
+    for (int y = 0; y < fit.height; ++y) {
         const uint8_t* in = small.row(y);
         auto* out = reinterpret_cast<QRgb*>(box.scanLine(oy + y)) + ox;
-        for (int x = 0; x < fit.width(); ++x)
+        for (int x = 0; x < fit.width; ++x)
             out[x] = qRgb(in[x * 4 + 2], in[x * 4 + 1], in[x * 4]);
     }
-    fitted_[size_t(index)] = fit;
+    fitted_[size_t(index)] = QSize(fit.width, fit.height);
     thumbs_[size_t(index)] = box;
     v->pT->setPixmap(QPixmap::fromImage(box));
     const QString size = QString::number(w) + " x " + QString::number(h);

@@ -67,11 +67,6 @@ struct ClipSlot {
 // The header and the pixel array of a slot as one little-endian byte record.
 std::vector<uint8_t> ClipSlotRecord(const ClipSlot& slot);
 
-// The fitted size of a clip of w x h in a box of boxW x boxH with its proportions kept: the
-// side that is relatively longer fills the box, the other is scaled by the same ratio and
-// rounded to nearest (ties to even), at least 1. Small clips grow to fill the box too.
-QSize FitThumbnail(int32_t w, int32_t h, int32_t boxW, int32_t boxH);
-
 class ClipSlotView;
 
 // `tabClips`: the clip history. Ten slots (`lstImages`), each shown as a thumbnail `pT`, a

@@ -6,6 +6,7 @@
 #include "document/fake_host.h"
 #include "document/fimage.h"
 #include "document/fpaste.h"
+#include "pixel/thumbfit.h"
 
 #include <QClipboard>
 #include <QCoreApplication>
@@ -250,13 +251,13 @@ TEST(ClipHistorySlots, HeaderRecordBytes) {
 
 TEST(ClipHistorySlots, ThumbnailSizeTextAndMessage) {
     // Fitting into 80 x 60: the relatively longer side fills the box.
-    EXPECT_EQ(FitThumbnail(3, 2, 80, 60), QSize(80, 53));  // 2 * 80 / 3 = 53.3
-    EXPECT_EQ(FitThumbnail(2, 3, 80, 60), QSize(40, 60));  // 2 * 60 / 3
-    EXPECT_EQ(FitThumbnail(4, 3, 80, 60), QSize(80, 60));  // the box's own proportions
-    EXPECT_EQ(FitThumbnail(160, 3, 80, 60), QSize(80, 2)); // 1.5 rounds to even
-    EXPECT_EQ(FitThumbnail(160, 5, 80, 60), QSize(80, 2)); // 2.5 rounds to even
-    EXPECT_EQ(FitThumbnail(1000, 1, 80, 60), QSize(80, 1)); // never below 1
-    EXPECT_EQ(FitThumbnail(0, 5, 80, 60), QSize(0, 0));
+    EXPECT_EQ(FitToBox(3, 2, 80, 60), (FitSize{80, 53}));  // 2 * 80 / 3 = 53.3
+    EXPECT_EQ(FitToBox(2, 3, 80, 60), (FitSize{40, 60}));  // 2 * 60 / 3
+    EXPECT_EQ(FitToBox(4, 3, 80, 60), (FitSize{80, 60}));  // the box's own proportions
+    EXPECT_EQ(FitToBox(160, 3, 80, 60), (FitSize{80, 2})); // 1.5 rounds to even
+    EXPECT_EQ(FitToBox(160, 5, 80, 60), (FitSize{80, 2})); // 2.5 rounds to even
+    EXPECT_EQ(FitToBox(1000, 1, 80, 60), (FitSize{80, 1})); // never below 1
+    EXPECT_EQ(FitToBox(0, 5, 80, 60), (FitSize{0, 0}));
 
     FakeHost host;
     ClipHistory* clips = host.paste.Clips();

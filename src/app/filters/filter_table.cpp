@@ -202,15 +202,7 @@ ThumbSize FitThumbnail(int32_t width, int32_t height, int32_t maxWidth, int32_t 
     // A small picture is shown at its own size: enlarged by nearest neighbour it would
     // only show blocks, and the filters would see those blocks instead of its pixels.
     if (width <= maxWidth && height <= maxHeight) return {width, height};
-    const int64_t w = width, h = height;
-    // The side that meets its limit first takes the limit; the other follows the ratio,
-    // rounded half up, and never drops below one pixel.
-    if (w * maxHeight >= h * maxWidth) {
-        const int64_t th = (2 * h * maxWidth + w) / (2 * w);
-        return {maxWidth, int32_t(std::max<int64_t>(1, th))};
-    }
-    const int64_t tw = (2 * w * maxHeight + h) / (2 * h);
-    return {int32_t(std::max<int64_t>(1, tw)), maxHeight};
+    return FitToBox(width, height, maxWidth, maxHeight);
 }
 
 } // namespace ostrivex

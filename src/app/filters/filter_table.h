@@ -8,6 +8,7 @@
 
 #include "pixel/bitfilter.h"
 #include "pixel/bits.h"
+#include "pixel/thumbfit.h"
 
 #include <array>
 #include <cstdint>
@@ -103,11 +104,7 @@ int32_t FilterDialogNumber(std::string_view word);
 
 // The thumbnail of a picture of width x height: the largest size with the picture's aspect
 // ratio that fits maxWidth x maxHeight; a picture that fits already keeps its size.
-struct ThumbSize {
-    int32_t width = 0;
-    int32_t height = 0;
-    bool operator==(const ThumbSize&) const = default;
-};
+using ThumbSize = FitSize;
 ThumbSize FitThumbnail(int32_t width, int32_t height, int32_t maxWidth = 160,
                        int32_t maxHeight = 110);
 

@@ -231,8 +231,9 @@ void fMain::buildToolBar() {
 void fMain::buildStatusBar() {
     QStatusBar* bar = statusBar();
     bar->setObjectName("sbStatus");
-    // Keyed panels: the action caption, the pixel under the cursor, the zoom.
-    for (const char* key : {"Status", "Pixel", "Zoom"}) {
+    // Keyed panels: the action caption, the image size, the zoom, and the tools' readouts
+    // of the position and the colour under the mouse.
+    for (const char* key : {"Status", "Pixel", "Zoom", "Position", "Color"}) {
         auto* label = new QLabel(bar);
         label->setObjectName(key);
         label->setMinimumWidth(key == QString("Status") ? 240 : 120);

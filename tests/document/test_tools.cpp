@@ -378,6 +378,54 @@ TEST(PaintTools, GradientDragLaysTheGradientAtTheRelease) {
     EXPECT_EQ(host.filter.bits(), doc->bits());
 }
 
+TEST(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
+    FakeHost host;
+    useTool("Stamp");
+    Settings.StampMask = kFalse16;
+    Settings.StampUseMaskColor = kTrue16;
+    Settings.StampMaskColor = 0x646464; // grey 100 pixels of the stamp are not painted
+    Settings.StampPressure = 100;
+    Settings.StampClearBack = kFalse16;
+    // A 2 x 2 stamp: white on top, black bottom left, grey 100 (the key) bottom right.
+    host.StampBits = solid(2, 2, 255, 255, 255);
+    host.StampBits(0, 0, 1) = host.StampBits(1, 0, 1) = host.StampBits(2, 0, 1) = 0;
+    host.StampBits(0, 1, 1) = host.StampBits(1, 1, 1) = host.StampBits(2, 1, 1) = 100;
+    // Rows of the picture: '#' white, 'o' black, '.' the grey 20 it started as.
+    auto rows = [](const Bits& b) {
+        std::vector<std::string> out;
+        for (int y = 0; y < b.height(); ++y) {
+            std::string r;
+            for (int x = 0; x < b.width(); ++x) {
+                const int v = b(0, x, y);
+                r += v == 255 ? '#' : v == 0 ? 'o' : v == 20 ? '.' : '?';
+            }
+            out.push_back(r);
+        }
+        return out;
+    };
+    const Bits base = solid(6, 4, 20, 20, 20);
+    fImage* doc = makeDocument(host, base);
+    // Hot spot: half the size plus one, (2, 2): the stamp's top left is at (1, 1).
+    hover(doc, QPoint(3, 3));
+    press(doc, QPoint(3, 3));
+    EXPECT_EQ(doc->HotSpot, (fImage::ToolPoint{2, 2}));
+    EXPECT_EQ(rows(doc->bits()), (std::vector<std::string>{"......", ".##...", ".o....", "......"}));
+    drag(doc, QPoint(5, 3)); // stamps again at (3, 1); the first stays
+    release(doc, QPoint(5, 3));
+    EXPECT_EQ(rows(doc->bits()), (std::vector<std::string>{"......", ".####.", ".o.o..", "......"}));
+    EXPECT_EQ(doc->History().ActionNames[1], "Stamp");
+    EXPECT_EQ(doc->HistoryPosition(), 2);
+
+    // Live: the track is cleared at each move, only the last stamp stays.
+    Settings.StampClearBack = kTrue16;
+    fImage* live = makeDocument(host, base);
+    hover(live, QPoint(3, 3));
+    press(live, QPoint(3, 3));
+    drag(live, QPoint(5, 3));
+    release(live, QPoint(5, 3));
+    EXPECT_EQ(rows(live->bits()), (std::vector<std::string>{"......", "...##.", "...o..", "......"}));
+}
+
 // --- Selection ----------------------------------------------------------------------------
 
 TEST(SelectTool, NewRectangleByDragReplacesTheSelection) {

@@ -8,6 +8,7 @@
 #include "app/fmain.h"
 #include "app/settings/settings.h"
 #include "app/startup.h"
+#include "app/toolbox.h"
 #include "document/fileops.h"
 #include "document/fimage.h"
 
@@ -77,7 +78,11 @@ int main(int argc, char** argv) {
     if (!main) return 1;
     main->showNormal();
     main->setGeometry(0, 0, 1280, 800);
-    pump(500);
+    pump(300);
+    // The boxes go out of the way of the picture.
+    for (int b = 0; b < fMain::BoxCount; ++b)
+        if (main->box(b)) main->box(b)->hide();
+    pump(200);
 
     // A picture: a soft blue-green ramp with a dark band across it.
     QImage picture(320, 200, QImage::Format_RGB32);
@@ -93,7 +98,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr, "the picture did not open\n");
         return 1;
     }
-    if (auto* sub = qobject_cast<QMdiSubWindow*>(doc->parentWidget())) sub->move(330, 10);
+    if (auto* sub = qobject_cast<QMdiSubWindow*>(doc->parentWidget())) sub->move(20, 10);
     pump(500);
     QWidget* canvas = doc->Canvas();
 
@@ -123,6 +128,19 @@ int main(int argc, char** argv) {
     stroke(canvas, {{40, 90}, {150, 170}, {260, 185}});
     pump(600);
 
+    // A second rectangle added to it, held mid-drag: the rubber band shows, and a second
+    // picture is taken before the release.
+    Settings.SelectMode = 0;
+    const QString rubberShot = QString(shot).replace(".png", "-rubber.png");
+    send(canvas, QEvent::MouseMove, {200, 20}, Qt::NoButton, Qt::NoButton);
+    send(canvas, QEvent::MouseButtonPress, {200, 20}, Qt::LeftButton, Qt::LeftButton);
+    for (int i = 1; i <= 40; ++i)
+        send(canvas, QEvent::MouseMove, {200 + i * 2, 20 + i}, Qt::NoButton, Qt::LeftButton);
+    pump(300);
+    if (QScreen* s = QGuiApplication::primaryScreen()) s->grabWindow(0).save(rubberShot);
+    send(canvas, QEvent::MouseButtonRelease, {280, 60}, Qt::LeftButton, Qt::NoButton);
+    pump(600);
+
     std::printf("document %dx%d, undo position %d, caption of the last step \"%s\", "
                 "status \"%s\" \"%s\" \"%s\"\n",
                 doc->PictureWidth(), doc->PictureHeight(), doc->HistoryPosition(),
@@ -134,7 +152,8 @@ int main(int argc, char** argv) {
     const QPixmap pixmap = screen ? screen->grabWindow(0) : main->grab();
     const bool saved = pixmap.save(shot);
     std::printf("screenshot %s: %s\n", saved ? "saved" : "not saved", shot.toLocal8Bit().constData());
-    main->Unload();
+    std::fflush(stdout);
+    // The changed document would ask before closing: the run ends here, without the close.
     ReleaseInstanceLock();
-    return saved ? 0 : 1;
+    std::_Exit(saved ? 0 : 1);
 }

@@ -173,7 +173,7 @@ void fImage::iDst_MouseUp(Qt::MouseButton button, QPointF pos, QPoint /*screen*/
     if (!pictureExists_) return;
     Dragging = false;
     toolRelease(button, CellAt(pos));
-    SetMouseScroll(mouseScroll_); // the open hand again while hand scrolling is on
+    if (mouseScroll_) SetMouseScroll(true); // the open hand again while hand scrolling is on
 }
 
 // --- Press ---------------------------------------------------------------------------------

@@ -234,6 +234,35 @@ TEST(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
     EXPECT_EQ(doc->bits(), solid(6, 3, 0, 0, 0));
 }
 
+TEST(PaintTools, BrushKindSixPaintsTheTextureFixedToTheImage) {
+    FakeHost host;
+    useTool("Brush");
+    Settings.BrushMode = 6;
+    Settings.BrushSize = 1;
+    Settings.BrushPressure = 100;
+    Settings.BrushContinuous = kTrue16;
+    fImage* doc = makeDocument(host, solid(5, 3, 50, 50, 50));
+    // Without a texture the brush paints nothing.
+    hover(doc, QPoint(1, 1));
+    press(doc, QPoint(1, 1));
+    release(doc, QPoint(1, 1));
+    EXPECT_EQ(doc->bits(), solid(5, 3, 50, 50, 50));
+    // A 2 x 2 texture of blue 200 tiles with a period of 3 (its guard column, black, is
+    // part of the tile): image columns 1 and 3 take blue 200, column 2 the guard's black.
+    host.TextureBits = solid(2, 2, 200, 0, 0);
+    hover(doc, QPoint(0, 0));
+    hover(doc, QPoint(1, 1));
+    press(doc, QPoint(1, 1));
+    drag(doc, QPoint(3, 1));
+    release(doc, QPoint(3, 1));
+    EXPECT_EQ(px(doc->bits(), 0, 1), (std::vector<int>{50, 50, 50}));
+    EXPECT_EQ(px(doc->bits(), 1, 1), (std::vector<int>{200, 0, 0}));
+    EXPECT_EQ(px(doc->bits(), 2, 1), (std::vector<int>{0, 0, 0}));
+    EXPECT_EQ(px(doc->bits(), 3, 1), (std::vector<int>{200, 0, 0}));
+    EXPECT_EQ(px(doc->bits(), 4, 1), (std::vector<int>{50, 50, 50}));
+    EXPECT_EQ(px(doc->bits(), 1, 0), (std::vector<int>{50, 50, 50}));
+}
+
 TEST(PaintTools, ShapeLineRestoresAtEachMoveButFreeHandKeepsAll) {
     FakeHost host;
     useTool("Shape");
@@ -426,6 +455,30 @@ TEST(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
     EXPECT_EQ(rows(live->bits()), (std::vector<std::string>{"......", "...##.", "...o..", "......"}));
 }
 
+TEST(PaintTools, RadialGradientShowsACircleAndPaintsRings) {
+    FakeHost host;
+    useTool("Gradient");
+    Settings.GradientMode = 1;
+    Settings.GradientColor1 = 0x000000;
+    Settings.GradientColor2 = 0xFFFFFF;
+    Settings.GradientPressure = 100;
+    Settings.GradientFrequency = 1;
+    fImage* doc = makeDocument(host, solid(5, 5, 100, 100, 100));
+    hover(doc, QPoint(2, 2));
+    press(doc, QPoint(2, 2));
+    drag(doc, QPoint(4, 3)); // radius Round(sqrt 5) = 2 for the rubber circle
+    EXPECT_TRUE(doc->Rubber().ellipseVisible);
+    EXPECT_EQ(doc->Rubber().ellipse, QRect(QPoint(0, 0), QPoint(3, 3)));
+    release(doc, QPoint(4, 3));
+    EXPECT_FALSE(doc->Rubber().ellipseVisible);
+    // Distance over sqrt 5: (3, 2) 0.447 -> 114.04, (4, 2) 0.894 -> 228.07, (4, 3) 1.
+    EXPECT_EQ(doc->bits()(0, 2, 2), 0);
+    EXPECT_EQ(doc->bits()(0, 3, 2), 114);
+    EXPECT_EQ(doc->bits()(0, 4, 2), 228);
+    EXPECT_EQ(doc->bits()(0, 4, 3), 255);
+    EXPECT_EQ(doc->bits()(0, 0, 0), 255);
+}
+
 // --- Selection ----------------------------------------------------------------------------
 
 TEST(SelectTool, NewRectangleByDragReplacesTheSelection) {
@@ -553,6 +606,23 @@ TEST(SelectionMoveTool, SelectionOnlyMovesTheRegionAndCropsAtTheRelease) {
     EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{5, 5, 6, 6}}));
     EXPECT_FALSE(doc->MovingSelection);
     EXPECT_EQ(doc->bits(), numbered(6, 6)); // the pixels stay
+}
+
+TEST(SelectionMoveTool, AKeyReleasedWhileMovingCropsTheSelection) {
+    FakeHost host;
+    useTool("SelectionMove");
+    Settings.SelectMove = kTrue16;
+    fImage* doc = makeDocument(host, numbered(4, 4));
+    doc->Region().CreateRect(0, 0, 2, 2, cBitRegion::ModeUnion, true);
+    hover(doc, QPoint(1, 1));
+    press(doc, QPoint(1, 1));
+    drag(doc, QPoint(3, 3));
+    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{2, 2, 4, 4}}));
+    drag(doc, QPoint(4, 4)); // past the image, still held
+    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{3, 3, 5, 5}}));
+    key(doc, Qt::Key_Shift);
+    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{3, 3, 4, 4}}));
+    release(doc, QPoint(4, 4));
 }
 
 TEST(SelectionMoveTool, ContentMovePaintsTheLiftedPixelsAtTheMouse) {

@@ -232,8 +232,9 @@ void fMain::buildStatusBar() {
     QStatusBar* bar = statusBar();
     bar->setObjectName("sbStatus");
     // Keyed panels: the action caption, the pixel under the cursor, the image size after a
-    // size change, the zoom.
-    for (const char* key : {"Status", "Pixel", "Size", "Zoom"}) {
+    // size change, the zoom, and the tools' readouts of the position and the colour under
+    // the mouse.
+    for (const char* key : {"Status", "Pixel", "Size", "Zoom", "Position", "Color"}) {
         auto* label = new QLabel(bar);
         label->setObjectName(key);
         label->setMinimumWidth(key == QString("Status") ? 240 : 120);

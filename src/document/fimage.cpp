@@ -10,6 +10,8 @@
 #include "pixel/bitfilter.h"
 #include "pixel/vbmath.h"
 
+#include <QKeyEvent>
+#include <QMouseEvent>
 #include <QPainter>
 #include <QResizeEvent>
 #include <QScrollBar>
@@ -145,6 +147,7 @@ public:
     explicit CanvasWidget(fImage* owner, QWidget* parent) : QWidget(parent), owner_(owner) {
         setAttribute(Qt::WA_OpaquePaintEvent);
         setFocusPolicy(Qt::StrongFocus);
+        setMouseTracking(true); // moves without a button show the pixel and carry a paste
     }
 
 protected:
@@ -159,7 +162,29 @@ protected:
             !owner_->selection_.IsEmptyRegion())
             DrawSelectionOutline(painter, owner_->selection_, -owner_->hSB_->value(),
                                  -owner_->vSB_->value());
+        owner_->paintRubber(painter);
     }
+
+    // The tools take the canvas's mouse and keys (fimage_tools.cpp).
+    void mousePressEvent(QMouseEvent* e) override {
+        setFocus(Qt::MouseFocusReason);
+        owner_->iDst_MouseDown(e->button(), e->position(), e->globalPosition().toPoint());
+    }
+    void mouseMoveEvent(QMouseEvent* e) override {
+        owner_->iDst_MouseMove(e->buttons(), e->position(), e->globalPosition().toPoint());
+    }
+    void mouseReleaseEvent(QMouseEvent* e) override {
+        owner_->iDst_MouseUp(e->button(), e->position(), e->globalPosition().toPoint());
+    }
+    void keyPressEvent(QKeyEvent* e) override {
+        if (!owner_->iDst_KeyDown(e->key())) QWidget::keyPressEvent(e);
+    }
+    void keyReleaseEvent(QKeyEvent* e) override {
+        if (!e->isAutoRepeat()) owner_->iDst_KeyUp(e->key());
+        QWidget::keyReleaseEvent(e);
+    }
+    // The arrow keys move the tool position rather than the focus.
+    bool focusNextPrevChild(bool) override { return false; }
 
 private:
     fImage* owner_;

@@ -12,11 +12,15 @@
 #pragma once
 
 #include "document/bitregion.h"
+#include "document/paint/paint.h"
 #include "document/undostore.h"
 #include "pixel/bits.h"
 #include "pixel/region.h"
 
 #include <QImage>
+#include <QLine>
+#include <QPoint>
+#include <QRect>
 #include <QString>
 #include <QTimer>
 #include <QWidget>
@@ -24,6 +28,7 @@
 #include <array>
 #include <cstdint>
 #include <memory>
+#include <vector>
 
 class QPainter;
 class QScrollBar;
@@ -210,6 +215,72 @@ public:
 
     static constexpr std::array<int32_t, 15> ZoomTable{1, 2,  3,  4,  5,  6,  7, 8,
                                                        9, 10, 11, 12, 13, 14, 15};
+
+    // --- Tool interaction: mouse and keys on the canvas (fimage_tools.cpp) ----------
+    // The canvas forwards its mouse and key events here; the tool word and its settings
+    // come from Settings (ActiveTool and the tool panels' fields), the shared buffers from
+    // the host. Positions are image pixels unless named as canvas or screen points.
+    struct ToolPoint {
+        int32_t x = 0, y = 0;
+        bool operator==(const ToolPoint&) const = default;
+    };
+    ToolPoint PressPoint;  // where the left button went down (polygons move it along)
+    ToolPoint PrevPoint;   // the brush's previous stamp
+    ToolPoint LastPoint;   // the last position seen; arrow keys and space work from it
+    ToolPoint HotSpot;     // from the mouse to the top left of moved or stamped pixels
+    bool MovingSelection = false; // the selection (or its pixels) follows the mouse
+    bool MouseIsDown = false;
+    std::vector<int32_t> PolygonPoints; // x, y pairs of the polygon being selected
+    Bits MovedBits;                     // the lifted pixels of a content move
+    QPoint CursorPoint, PrevCursorPoint; // screen points of hand scrolling
+    bool Dragging = false;
+    int32_t LastCellX = INT32_MIN, LastCellY = INT32_MIN; // last image cell of a move
+
+    // Mouse events of the canvas: canvas position (pixels, before rounding), the button
+    // that changed (press, release) or the buttons held (move), the screen position.
+    void iDst_MouseDown(Qt::MouseButton button, QPointF pos, QPoint screen);
+    void iDst_MouseMove(Qt::MouseButtons buttons, QPointF pos, QPoint screen);
+    void iDst_MouseUp(Qt::MouseButton button, QPointF pos, QPoint screen);
+    // Key events of the canvas (Qt key codes); true when the key was used.
+    bool iDst_KeyDown(int key);
+    void iDst_KeyUp(int key);
+    // The image cell under a canvas position: (scroll + Round(pos)) div zoom.
+    ToolPoint CellAt(QPointF pos) const;
+    // The stroke's table of painted pixels (`CreateDoneBitsTable`).
+    void CreateDoneBitsTable();
+
+    // Rubber shapes over the canvas (fimage_shapes.cpp): 0 the rectangle, 1 the ellipse,
+    // 2 the lines (the last one moves; keep adds a new last line for the next edge).
+    // Coordinates are image pixels, shown at the zoom less the scroll values.
+    void ShowShape(int32_t shape, int32_t x1, int32_t y1, int32_t x2, int32_t y2, bool keep);
+    void HideShape(int32_t shape);
+    struct RubberShapes {
+        bool rectVisible = false, ellipseVisible = false;
+        QRect rect, ellipse;            // canvas pixels
+        std::vector<QLine> lines{QLine()}; // canvas pixels; element 0 always exists
+        std::vector<bool> lineVisible{false};
+    };
+    const RubberShapes& Rubber() const { return rubber_; }
+
+private:
+    void toolPress(Qt::MouseButton button, ToolPoint at);
+    void toolMove(Qt::MouseButtons buttons, ToolPoint at);
+    void toolRelease(Qt::MouseButton button, ToolPoint at);
+    void mouseMoveAt(Qt::MouseButtons buttons, QPointF pos, QPoint screen, bool forceCell);
+    void showPosition(ToolPoint at);
+    void showPixel(ToolPoint at);
+    void restoreFromStrokeBase();
+    void bitsToStrokeBase();
+    void toolUpdate(const QString& label, bool redraw);
+    void giveFilterSelection();
+    void paintRubber(QPainter& painter) const;
+    QString toolWord() const;
+    RubberShapes rubber_;
+    ostrivex::DoneBits doneBits_;
+    bool toolCursorSet_ = false;
+    // --- End of tool interaction --------------------------------------------------------
+
+public:
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -74,7 +74,7 @@ const std::array<BoxInfo, fMain::BoxCount> kBoxes{{
     {"fToolColor",
      "Color Box",
      {&SR::ColorBoxVisible, &SR::ColorBoxLeft, &SR::ColorBoxTop, nullptr, nullptr,
-      &SR::ColorBoxMinimized, QSize(210, 160)}},
+      &SR::ColorBoxMinimized, QSize(210, 134)}},
     {"fToolTextures",
      "Textures Box",
      {&SR::TexturesBoxVisible, &SR::TexturesBoxLeft, &SR::TexturesBoxTop, nullptr, nullptr,

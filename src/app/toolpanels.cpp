@@ -245,6 +245,7 @@ QWidget* ToolPanels::makeControl(const PanelControl& c, QWidget* panel) {
         auto* label = new QLabel(qs(c.caption), box);
         label->setObjectName(name + "Label");
         label->setBuddy(control);
+        label->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
         control->setParent(box);
         lay->addWidget(label);
         lay->addWidget(control);

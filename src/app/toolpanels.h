@@ -78,6 +78,10 @@ class ToolPanels : public QWidget {
   public:
     explicit ToolPanels(QWidget* parent = nullptr);
 
+    // The strip asks for no width of its own: in a window narrower than the panel the
+    // toolbar moves it behind its extension button instead of widening the window.
+    QSize minimumSizeHint() const override { return {0, height()}; }
+
     QFrame* panel(const QString& name) const;
     // Hides every panel and shows `name` ("" or an unknown name: none shows).
     void ShowPanel(const QString& name);

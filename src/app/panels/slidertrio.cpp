@@ -14,6 +14,10 @@ cpvSlider::cpvSlider(QWidget* parent) : QSlider(Qt::Horizontal, parent) {
     setFocusPolicy(Qt::StrongFocus);
 }
 
+QSize cpvSlider::sizeHint() const {
+    return {96, QSlider::sizeHint().height()};
+}
+
 int TextNumber(const QString& text) {
     int i = 0;
     const int n = int(text.size());
@@ -55,7 +59,10 @@ SliderTrio::SliderTrio(const QString& name, const QString& caption,
     slider_->setObjectName(name);
     slider_->setRange(Minimum, Maximum);
     slider_->setPageStep(LargeStep);
-    slider_->setFixedWidth(96);
+    // In a narrow window the sliders give way before the captions do.
+    slider_->setMinimumWidth(40);
+    slider_->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Fixed);
+    label_->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Preferred);
     slider_->setToolTip(caption);
 
     // A short vertical bar works as an up-down control; its up arrow raises the value.

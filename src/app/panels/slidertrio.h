@@ -31,6 +31,7 @@ class cpvSlider : public QSlider {
     Q_OBJECT
   public:
     explicit cpvSlider(QWidget* parent = nullptr);
+    QSize sizeHint() const override;
 };
 
 // The number a text box holds, read the way the program reads typed numbers: leading

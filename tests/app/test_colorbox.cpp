@@ -6,8 +6,8 @@
 #include "app/colour/pickcolour.h"
 #include "app/fmain.h"
 #include "app/globals.h"
-#include "app/toolbox.h"
 #include "app/panels/slidertrio.h"
+#include "app/toolbox.h"
 #include "app_test_util.h"
 #include "document/host.h"
 

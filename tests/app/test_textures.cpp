@@ -35,8 +35,8 @@ class TexturesTest : public FreshHome {
         png.setPixel(1, 0, qRgb(250, 128, 1));
         ASSERT_TRUE(png.save(folder_ + "/b.png", "PNG"));
         // a.bmp: 1 x 2.
-        ASSERT_TRUE(ostrivex::testing::writeBmp24(folder_ + "/a.bmp", 1, 2,
-                                                  {{100, 150, 200}, {0, 0, 0}}));
+        ASSERT_TRUE(
+            ostrivex::testing::writeBmp24(folder_ + "/a.bmp", 1, 2, {{100, 150, 200}, {0, 0, 0}}));
         // Not textures: another kind of file, and a picture name on no picture.
         ASSERT_TRUE(ostrivex::testing::writeText(folder_ + "/notes.txt", "text"));
         ASSERT_TRUE(ostrivex::testing::writeText(folder_ + "/c.jpg", "not a jpeg"));
@@ -109,8 +109,9 @@ TEST_F(TexturesTest, PicturesAddedFromAFileJoinTheList) {
     EXPECT_TRUE(test::sameBits(test::makeBits(1, 1, {{7, 6, 5}}), main_->TextureBits));
 
     // Cancel, or a file that is no picture: nothing changes.
-    DocumentDialogs::AskOpenName = [](QWidget*, const QString&, const QString&,
-                                      const QString&) { return QString(); };
+    DocumentDialogs::AskOpenName = [](QWidget*, const QString&, const QString&, const QString&) {
+        return QString();
+    };
     box->addButton()->click();
     EXPECT_FALSE(box->AddTextureFile(folder_ + "/c.jpg"));
     EXPECT_EQ(box->list()->count(), 3);

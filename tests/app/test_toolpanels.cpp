@@ -189,8 +189,8 @@ TEST_F(ToolPanelsTest, ListsChecksAndWellsHaveTheirCaptionsItemsTipsAndDefaults)
     QStringList items;
     for (int i = 0; i < shapes->count(); ++i)
         items << shapes->item(i)->text();
-    EXPECT_EQ(items, (QStringList{"Line", "Free hand", "Square", "Rectangle", "Circle",
-                                  "Ellipse", "Polygon"}));
+    EXPECT_EQ(items, (QStringList{"Line", "Free hand", "Square", "Rectangle", "Circle", "Ellipse",
+                                  "Polygon"}));
     EXPECT_EQ(shapes->currentRow(), 0);
 
     struct CheckRow {
@@ -391,8 +391,8 @@ TEST_F(ToolPanelsTest, TheStampListTakesBmpFilesAndTheSecondPatternAsWritten) {
     const QString stamps = home() + "/Stamps";
     ASSERT_TRUE(QDir().mkpath(stamps + "/folder.bmp"));
     const std::vector<Rgb> one{{1, 2, 3}};
-    for (const char* name : {"b.bmp", "A.BMP", "c.gif", "d.ico", "e.png", "x.gif,y.ico",
-                             "notes.bmp.txt"})
+    for (const char* name :
+         {"b.bmp", "A.BMP", "c.gif", "d.ico", "e.png", "x.gif,y.ico", "notes.bmp.txt"})
         ASSERT_TRUE(ostrivex::testing::writeBmp24(stamps + "/" + name, 1, 1, one)) << name;
     start();
     QComboBox* list = main_->toolPanels()->stampList();
@@ -416,10 +416,10 @@ TEST_F(ToolPanelsTest, GetStampBitsReadsTheChosenStampExactly) {
     const QString stamps = home() + "/Stamps";
     ASSERT_TRUE(QDir().mkpath(stamps));
     // 2 x 2, rows padded to 8 bytes in the file.
-    ASSERT_TRUE(ostrivex::testing::writeBmp24(stamps + "/a.bmp", 2, 2,
-                                    {{10, 20, 30}, {200, 100, 0}, {1, 2, 3}, {255, 254, 253}}));
+    ASSERT_TRUE(ostrivex::testing::writeBmp24(
+        stamps + "/a.bmp", 2, 2, {{10, 20, 30}, {200, 100, 0}, {1, 2, 3}, {255, 254, 253}}));
     ASSERT_TRUE(ostrivex::testing::writeBmp24(stamps + "/b.bmp", 3, 1,
-                                    {{0, 0, 255}, {0, 255, 0}, {255, 0, 0}}));
+                                              {{0, 0, 255}, {0, 255, 0}, {255, 0, 0}}));
     start();
     // Bits keeps blue, green, red; channel 3 is zero.
     EXPECT_TRUE(test::sameBits(

@@ -118,6 +118,49 @@ TEST_F(TexturesTest, PicturesAddedFromAFileJoinTheList) {
     EXPECT_TRUE(test::sameBits(test::makeBits(1, 1, {{7, 6, 5}}), main_->TextureBits));
 }
 
+TEST_F(TexturesTest, ALineOfTextBecomesATexture) {
+    main_ = std::make_unique<fMain>();
+    fToolTextures* box = main_->texturesBox();
+    Settings.ColorPrimary = 0x0000FF; // red ink
+    Settings.ColorSecondary = 0xFFFFFF;
+    auto saved = fToolTextures::AskText;
+    fToolTextures::AskText = [](QWidget*) { return QString("Hi"); };
+    box->textButton()->click();
+    fToolTextures::AskText = saved;
+    ASSERT_EQ(box->list()->count(), 3);
+    EXPECT_EQ(box->list()->currentRow(), 2);
+    EXPECT_EQ(box->list()->item(2)->toolTip(), "Hi");
+    const Bits t = main_->TextureBits;
+    ASSERT_GE(t.width(), 13); // the text and two margins of 6
+    ASSERT_GE(t.height(), 13);
+    // The margin is paper; the ink shows in full somewhere; every pixel lies between white
+    // and red (red stays full, green and blue fall together).
+    for (auto [x, y] : {std::pair{0, 0},
+                        {t.width() - 1, 0},
+                        {0, t.height() - 1},
+                        {t.width() - 1, t.height() - 1},
+                        {5, t.height() / 2}})
+        EXPECT_EQ(t(0, x, y) + t(1, x, y) + t(2, x, y), 3 * 255) << x << "," << y;
+    int fullInk = 0;
+    for (int y = 0; y < t.height(); ++y)
+        for (int x = 0; x < t.width(); ++x) {
+            ASSERT_EQ(t(2, x, y), 255) << x << "," << y;
+            ASSERT_EQ(t(0, x, y), t(1, x, y)) << x << "," << y;
+            ASSERT_EQ(t(3, x, y), 0);
+            if (t(0, x, y) == 0) ++fullInk;
+        }
+    EXPECT_GT(fullInk, 10);
+
+    // Chosen again after another texture: the same pixels.
+    EXPECT_TRUE(box->ChooseTexture(0));
+    EXPECT_TRUE(test::sameBits(kA, main_->TextureBits));
+    EXPECT_TRUE(box->ChooseTexture(2));
+    EXPECT_TRUE(test::sameBits(t, main_->TextureBits));
+    // No text, no texture.
+    EXPECT_FALSE(box->AddTextTexture(""));
+    EXPECT_EQ(box->list()->count(), 3);
+}
+
 TEST_F(TexturesTest, AMissingFolderListsNothingAndKeepsTheTexture) {
     main_ = std::make_unique<fMain>();
     main_->TextureBits = kB;

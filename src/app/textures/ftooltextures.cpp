@@ -1,5 +1,6 @@
 #include "app/textures/ftooltextures.h"
 
+#include "app/colour/pickcolour.h"
 #include "app/panels/picturebits.h"
 #include "app/settings/settings.h"
 #include "app/toolpanels.h"
@@ -8,13 +9,17 @@
 
 #include <QDir>
 #include <QFileInfo>
+#include <QFontMetrics>
 #include <QHBoxLayout>
+#include <QInputDialog>
 #include <QLabel>
 #include <QListWidget>
 #include <QPainter>
 #include <QSignalBlocker>
 #include <QToolButton>
 #include <QVBoxLayout>
+
+#include <algorithm>
 
 namespace ostrivex {
 
@@ -39,6 +44,31 @@ QIcon thumbnail(const QImage& picture) {
 
 } // namespace
 
+std::function<QString(QWidget*)> fToolTextures::AskText = [](QWidget* parent) {
+    return QInputDialog::getText(parent, "Text Texture", "Text:");
+};
+
+QImage TextTexture(const QString& text, int32_t ink, int32_t paper) {
+    if (text.isEmpty()) return {};
+    QFont font;
+    font.setPixelSize(20);
+    font.setBold(true);
+    // Grey edges only, so that every pixel lies between the two colours.
+    font.setStyleStrategy(QFont::NoSubpixelAntialias);
+    const QFontMetrics metrics(font);
+    constexpr int kMargin = 6;
+    const int w = std::max(1, metrics.horizontalAdvance(text)) + 2 * kMargin;
+    const int h = metrics.height() + 2 * kMargin;
+    QImage img(std::min(w, 1024), h, QImage::Format_RGB32);
+    img.fill(QColor::fromRgb(BgrToQRgb(paper)));
+    QPainter p(&img);
+    p.setFont(font);
+    p.setPen(QColor::fromRgb(BgrToQRgb(ink)));
+    p.drawText(kMargin, kMargin + metrics.ascent(), text);
+    p.end();
+    return img;
+}
+
 fToolTextures::fToolTextures(DocumentHost& host, QWidget* parent) : QWidget(parent), host_(host) {
     setObjectName("fToolTextures");
     list_ = new QListWidget(this);
@@ -55,8 +85,13 @@ fToolTextures::fToolTextures(DocumentHost& host, QWidget* parent) : QWidget(pare
     add_->setObjectName("cmdAddTexture");
     add_->setText("Add...");
     add_->setToolTip("Add a texture from a picture file");
+    text_ = new QToolButton(this);
+    text_->setObjectName("cmdTextTexture");
+    text_->setText("Text...");
+    text_->setToolTip("Make a texture from a line of text");
     auto* row = new QHBoxLayout;
     row->addStretch(1);
+    row->addWidget(text_);
     row->addWidget(add_);
     auto* all = new QVBoxLayout(this);
     all->setContentsMargins(4, 4, 4, 4);
@@ -67,6 +102,7 @@ fToolTextures::fToolTextures(DocumentHost& host, QWidget* parent) : QWidget(pare
     connect(list_, &QListWidget::itemClicked, this,
             [this](QListWidgetItem* item) { ChooseTexture(list_->row(item)); });
     connect(add_, &QToolButton::clicked, this, &fToolTextures::askForFile);
+    connect(text_, &QToolButton::clicked, this, [this] { AddTextTexture(AskText(window())); });
 }
 
 void fToolTextures::FillTextures(const QString& folder) {
@@ -87,7 +123,9 @@ void fToolTextures::FillTextures(const QString& folder) {
 bool fToolTextures::ChooseTexture(int row) {
     QListWidgetItem* item = list_->item(row);
     if (!item) return false;
-    const QImage picture = ReadSmallPicture(item->data(Qt::UserRole).toString());
+    const QString path = item->data(Qt::UserRole).toString();
+    const QImage picture =
+        path.isEmpty() ? item->data(Qt::UserRole + 1).value<QImage>() : ReadSmallPicture(path);
     if (picture.isNull()) {
         // Back to the texture that is still current.
         const QSignalBlocker block(list_);
@@ -104,10 +142,28 @@ bool fToolTextures::ChooseTexture(int row) {
 bool fToolTextures::AddTextureFile(const QString& path) {
     const QImage picture = ReadSmallPicture(path);
     if (picture.isNull()) return false;
+    addImage(picture, QFileInfo(path).completeBaseName(), path);
+    return true;
+}
+
+bool fToolTextures::AddTextTexture(const QString& text) {
+    const QImage picture = TextTexture(text, Settings.ColorPrimary, Settings.ColorSecondary);
+    if (picture.isNull()) return false;
+    addImage(picture, text, QString());
+    return true;
+}
+
+// A new last item, made current at once. A texture with no file keeps its picture in the
+// item.
+void fToolTextures::addImage(const QImage& picture, const QString& tip, const QString& path) {
     auto* item = new QListWidgetItem(thumbnail(picture), QString(), list_);
-    item->setToolTip(QFileInfo(path).completeBaseName());
+    item->setToolTip(tip);
     item->setData(Qt::UserRole, path);
-    return ChooseTexture(list_->count() - 1);
+    if (path.isEmpty()) item->setData(Qt::UserRole + 1, picture);
+    host_.TextureBits = ImageToBits(picture);
+    current_ = list_->count() - 1;
+    const QSignalBlocker block(list_);
+    list_->setCurrentRow(current_);
 }
 
 QString fToolTextures::CurrentTextureFile() const {

@@ -334,7 +334,6 @@ QWidget* ToolPanels::makeControl(const PanelControl& c, QWidget* panel) {
     }
     }
     if (*c.tip) made->setToolTip(qs(c.tip));
-    if (*c.tip && c.kind == K::Check) controls_[name]->setToolTip(qs(c.tip));
     return made;
 }
 

@@ -1,9 +1,13 @@
 #include "app/fmain.h"
 
+#include "app/colour/ftoolcolor.h"
 #include "app/globals.h"
+#include "app/panels/toolicons.h"
 #include "app/settings/settings.h"
 #include "app/shell/compactpath.h"
+#include "app/textures/ftooltextures.h"
 #include "app/toolbox.h"
+#include "app/toolpanels.h"
 #include "document/fileops.h"
 #include "document/fimage.h"
 #include "document/fpaste.h"
@@ -70,7 +74,7 @@ const std::array<BoxInfo, fMain::BoxCount> kBoxes{{
     {"fToolColor",
      "Color Box",
      {&SR::ColorBoxVisible, &SR::ColorBoxLeft, &SR::ColorBoxTop, nullptr, nullptr,
-      &SR::ColorBoxMinimized, QSize(210, 160)}},
+      &SR::ColorBoxMinimized, QSize(210, 134)}},
     {"fToolTextures",
      "Textures Box",
      {&SR::TexturesBoxVisible, &SR::TexturesBoxLeft, &SR::TexturesBoxTop, nullptr, nullptr,
@@ -191,19 +195,40 @@ void fMain::buildMenus() {
     }
 }
 
+// The pictures' tips, in button order. "MouseScroll" scrolls by dragging the picture with
+// the hand; "MM" does the same as a separate button of the bar.
+namespace {
+const std::array<const char*, 15> kToolTips{
+    "Pencil",    "Zoom in",        "Zoom out", "Hand scroll", "Move view",
+    "Get color", "Move selection", "Select",   "Brush",       "Airbrush",
+    "Stamp",     "Fill",           "Gradient", "Shape",       "Layers"};
+} // namespace
+
 void fMain::buildToolBar() {
     tbTool_ = addToolBar("tbTool");
     tbTool_->setObjectName("tbTool");
     tbTool_->setMovable(false);
-    // Placeholder buttons: the tool panels and their images come with the tools' own work.
+    tbTool_->setIconSize(QSize(24, 24));
+    // Every tool button but the two zoom buttons stays down while its tool is on; the zoom
+    // buttons act once and leave the tool as it was.
     for (size_t i = 0; i < ToolKeys.size(); ++i) {
-        QAction* a = tbTool_->addAction(ToolKeys[i]);
-        a->setObjectName(ToolKeys[i]);
-        a->setCheckable(true);
-        a->setToolTip(ToolKeys[i]);
+        const QString key = ToolKeys[i];
+        QAction* a = tbTool_->addAction(ToolIcon(key), key);
+        a->setObjectName(key);
+        a->setCheckable(key != "ZoomIn" && key != "ZoomOut");
+        a->setToolTip(kToolTips[i]);
+        connect(a, &QAction::triggered, this, [this, i] { tbTool_ButtonClick(int(i)); });
     }
-    // The text toolbar and the zoom combo take a second row.
-    addToolBarBreak();
+    tbTool_->addSeparator();
+    iCurrentTool_ = new QLabel(tbTool_);
+    iCurrentTool_->setObjectName("iCurrentTool");
+    iCurrentTool_->setFixedSize(36, 36);
+    iCurrentTool_->setAlignment(Qt::AlignCenter);
+    iCurrentTool_->setFrameShape(QFrame::StyledPanel);
+    iCurrentTool_->setToolTip("Current tool");
+    tbTool_->addWidget(iCurrentTool_);
+
+    // The text toolbar and the zoom combo share the first row.
     tbText_ = addToolBar("tb");
     tbText_->setObjectName("tb");
     tbText_->setMovable(false);
@@ -226,6 +251,90 @@ void fMain::buildToolBar() {
         QAction* a = tbText_->addAction(texts[i]);
         connect(a, &QAction::triggered, this, [this, i] { tb_ButtonClick(i); });
     }
+
+    // Under the tool bar, the panel of the chosen tool.
+    addToolBarBreak();
+    tbPanels_ = addToolBar("tbPanels");
+    tbPanels_->setObjectName("tbPanels");
+    tbPanels_->setMovable(false);
+    toolPanels_ = new ToolPanels(tbPanels_);
+    tbPanels_->addWidget(toolPanels_);
+    connect(toolPanels_, &ToolPanels::stampChosen, this, [this] { GetStampBits(*this); });
+
+    // The tool of the last run is down again, with its picture and panel.
+    const QString active = QString::fromStdString(FieldText(Settings.ActiveTool));
+    for (QAction* a : tbTool_->actions())
+        if (!active.isEmpty() && a->objectName() == active && a->isCheckable()) {
+            a->setChecked(true);
+            iCurrentTool_->setPixmap(ToolPixmap(active, 32));
+        }
+    Tool_Frame(*this);
+}
+
+void fMain::tbTool_ButtonClick(int index) {
+    const auto list = tbTool_->actions();
+    if (index < 0 || index >= int(ToolKeys.size()) || index >= list.size()) return;
+    // 1. Key, index, pressed state; the picture of the tool.
+    QAction* button = list[index];
+    const QString key = button->objectName();
+    const bool pressed = button->isChecked();
+    iCurrentTool_->setPixmap(ToolPixmap(key, 32));
+    // One tool is down at a time.
+    if (pressed) DisableTools(index);
+    const bool zoom = key == "ZoomIn" || key == "ZoomOut";
+
+    // 2. The document back to its Enhanced view; a floating paste is put down.
+    fImage* doc = nullptr;
+    const bool haveDoc = GetActiveDocument(doc);
+    if (haveDoc) {
+        ActiveDocument = doc;
+        doc->cOriginal_Click();
+        if (PendingPaste) {
+            PendingPaste = false;
+            doc->SetBits(Filter().bits());
+            doc->UpdateImage();
+            if (doc->Region().IsEmptyRegion())
+                doc->StopTimer();
+            else
+                doc->StartTimer();
+        }
+    }
+
+    // 3. The active tool.
+    if (zoom) {
+        // The tool stays what it was.
+        if (haveDoc) {
+            if (key == "ZoomIn")
+                doc->ZoomIn();
+            else
+                doc->ZoomOut();
+            ShowZoom(doc->Zoom());
+        }
+    } else if (key == "MouseScroll" || key == "MM") {
+        if (haveDoc) doc->SetMouseScroll(true);
+        SetFieldText(Settings.ActiveTool, key.toStdString());
+    } else if (key == "GetColor") {
+        if (haveDoc) doc->SetMouseScroll(false);
+        SetFieldText(Settings.ActiveTool, key.toStdString());
+    } else {
+        if (haveDoc) doc->SetMouseScroll(false);
+        SetFieldText(Settings.ActiveTool, pressed ? key.toStdString() : std::string());
+    }
+
+    // 4. The tool's panel.
+    static const QStringList framed{"SelectionMove", "Select", "Brush",    "Airbrush", "Stamp",
+                                    "Pencil",        "Fill",   "Gradient", "Shape",    "Layers"};
+    if (framed.contains(key)) {
+        Tool_Frame(*this);
+        if (key == "Layers" && haveDoc) doc->cLayers_Click();
+    }
+
+    // 5. A pending paste mode ends with a change of tool (a zoom click changes no tool).
+    if (!zoom) PasteMode = 0;
+}
+
+void fMain::ColorPicked(int32_t colour) {
+    colorContent_->ShowPicked(colour);
 }
 
 void fMain::buildStatusBar() {
@@ -255,11 +364,20 @@ void fMain::buildBoxes() {
         auto* b = new ToolBox(info.form, info.caption, info.fields, this);
         connect(b, &ToolBox::closeRequested, this, [this, i] { closeBox(i); });
         boxes_[size_t(i)] = b;
-        // The History Box holds the clip history and the undo list; the other boxes' own
-        // controls are later work and they show an empty area under their title.
+        // The History Box holds the clip history and the undo list, the Color and Textures
+        // Boxes their colours and textures; the other boxes' own controls are later work
+        // and they show an empty area under their title.
         if (i == BoxHistory) {
             historyContent_ = new fPaste(b);
             b->setContent(historyContent_);
+        } else if (i == BoxColor) {
+            colorContent_ = new fToolColor(b);
+            b->setContent(colorContent_);
+        } else if (i == BoxTextures) {
+            texturesContent_ = new fToolTextures(*this, b);
+            b->setContent(texturesContent_);
+            texturesContent_->FillTextures(QString::fromLocal8Bit(AppFolder().c_str()) +
+                                           "/Textures");
         }
     }
 }

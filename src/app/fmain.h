@@ -30,6 +30,9 @@ class QToolBar;
 namespace ostrivex {
 
 class ToolBox;
+class ToolPanels;
+class fToolColor;
+class fToolTextures;
 
 class fMain : public QMainWindow, public DocumentHost {
     Q_OBJECT
@@ -83,6 +86,10 @@ class fMain : public QMainWindow, public DocumentHost {
     void Update(const QString& label, bool saveUndo);
     // Sets every button of tbTool up except the button with index `except`.
     void DisableTools(int except);
+    // A click on button `index` of tbTool (the button's pressed state is its check state):
+    // the picture of the current tool, the document back to its Enhanced view, a pending
+    // paste put down, `ActiveTool`, the tool's panel and the paste mode.
+    void tbTool_ButtonClick(int index);
     // Kept as an empty routine that returns 0.
     int KeyNum(int key, int value) { return 0; }
     // The text toolbar's buttons: 1 style text, 2 3D text, 3 logo maker, 0 and 4 a plain
@@ -115,6 +122,13 @@ class fMain : public QMainWindow, public DocumentHost {
     QAction* action(const MenuEntry& entry) const;
     QAction* recentAction(int i) const { return recent_[size_t(i)]; }
     QToolBar* toolBar() const { return tbTool_; }
+    // `iCurrentTool`, the picture of the last clicked tool button.
+    QLabel* currentToolPicture() const { return iCurrentTool_; }
+    // The strip of tool panels under the toolbar.
+    ToolPanels* toolPanels() const { return toolPanels_; }
+    // The contents of the Color Box and the Textures Box.
+    fToolColor* colorBox() const { return colorContent_; }
+    fToolTextures* texturesBox() const { return texturesContent_; }
     QProgressBar* progressBar() const { return progress_; }
     QComboBox* zoomCombo() const { return cbZoom_; }
     QString statusPanel(const QString& key) const;
@@ -139,6 +153,7 @@ class fMain : public QMainWindow, public DocumentHost {
     void DocumentActivated(fImage* document) override;
     void DocumentDeactivated(fImage* document) override {}
     void ViewChanged(fImage* document, int view) override {}
+    void ColorPicked(int32_t colour) override;
 
   protected:
     void closeEvent(QCloseEvent* e) override;
@@ -162,6 +177,11 @@ class fMain : public QMainWindow, public DocumentHost {
     QMdiArea* mdi_ = nullptr;
     QToolBar* tbTool_ = nullptr;
     QToolBar* tbText_ = nullptr;
+    QToolBar* tbPanels_ = nullptr;
+    QLabel* iCurrentTool_ = nullptr;
+    ToolPanels* toolPanels_ = nullptr;
+    fToolColor* colorContent_ = nullptr;
+    fToolTextures* texturesContent_ = nullptr;
     QComboBox* cbZoom_ = nullptr;
     QProgressBar* progress_ = nullptr;
     std::map<QString, QLabel*> statusPanels_;

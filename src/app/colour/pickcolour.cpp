@@ -1,15 +1,15 @@
 #include "app/colour/pickcolour.h"
 
-#include <QColor>
-#include <QColorDialog>
+#include "app/colour/fgradient.h"
 
 namespace ostrivex {
 
 bool PickColour(QWidget* parent, int32_t& colour, const QString& title) {
-    const QColor chosen = QColorDialog::getColor(QColor::fromRgb(BgrToQRgb(colour)), parent,
-                                                 title.isEmpty() ? QStringLiteral("Color") : title);
-    if (!chosen.isValid()) return false;
-    colour = QRgbToBgr(chosen.rgb());
+    fGradient dialog(parent);
+    dialog.setWindowTitle(title.isEmpty() ? QStringLiteral("Color") : title);
+    dialog.setColour(colour);
+    if (dialog.exec() != QDialog::Accepted) return false;
+    colour = dialog.colour();
     return true;
 }
 

@@ -1,6 +1,6 @@
 // The one colour chooser of the program. Every colour well (filter dialogs, the gradient
 // swatches, the stamp mask colour, the Color Box) asks for a colour through PickColour, so
-// all of them open the same dialog.
+// all of them open the same dialog, the program's own fGradient.
 #pragma once
 
 #include <QString>

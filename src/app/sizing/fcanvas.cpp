@@ -1,7 +1,7 @@
 #include "app/sizing/fcanvas.h"
 
-#include "app/sizing/digitsonly.h"
 #include "app/sizing/sizefields.h"
+#include "app/sizing/sizingwidgets.h"
 #include "pixel/vbmath.h"
 
 #include <QCheckBox>
@@ -19,16 +19,6 @@
 namespace ostrivex {
 
 namespace {
-QLineEdit* sizeField(QWidget* parent, const char* name, int32_t value) {
-    auto* edit = new QLineEdit(QString::number(value), parent);
-    edit->setObjectName(name);
-    edit->setMaxLength(5);
-    edit->setAlignment(Qt::AlignRight);
-    edit->setFixedWidth(72);
-    AcceptDigitsOnly(edit);
-    return edit;
-}
-
 // The grey area the canvas is centred in.
 class PreviewArea : public QWidget {
   public:
@@ -105,8 +95,8 @@ fCanvas::fCanvas(const QImage& picture, QWidget* parent)
 
     auto* current =
         new QLabel(QStringLiteral("Image size: %1 x %2 pixels").arg(w_).arg(h_), this);
-    txtW = sizeField(this, "txtW", w_);
-    txtH = sizeField(this, "txtH", h_);
+    txtW = SizeField(this, "txtW", w_);
+    txtH = SizeField(this, "txtH", h_);
     chkKeepProportions = new QCheckBox("&Proportions", this);
     chkKeepProportions->setObjectName("chkKeepProportions");
     chkKeepProportions->setToolTip("Place the image at multiples of its own size");
@@ -120,17 +110,7 @@ fCanvas::fCanvas(const QImage& picture, QWidget* parent)
     iCnv->setObjectName("iCnv");
     iImg = new CanvasPicture(picture_, iCnv);
 
-    auto* fields = new QGridLayout;
-    auto* lblW = new QLabel("&Width:", this);
-    auto* lblH = new QLabel("&Height:", this);
-    lblW->setBuddy(txtW);
-    lblH->setBuddy(txtH);
-    fields->addWidget(lblW, 0, 0);
-    fields->addWidget(txtW, 0, 1);
-    fields->addWidget(new QLabel("pixels", this), 0, 2);
-    fields->addWidget(lblH, 1, 0);
-    fields->addWidget(txtH, 1, 1);
-    fields->addWidget(new QLabel("pixels", this), 1, 2);
+    QGridLayout* fields = SizeFieldRows(this, txtW, txtH);
 
     auto* left = new QVBoxLayout;
     left->addWidget(current);
@@ -141,15 +121,7 @@ fCanvas::fCanvas(const QImage& picture, QWidget* parent)
     left->addWidget(new QLabel("Drag the image to place it\non the new canvas.", this));
     left->addStretch(1);
 
-    cmdOK = new QPushButton("OK", this);
-    cmdOK->setObjectName("cmdOK");
-    cmdOK->setDefault(true);
-    cmdCancel = new QPushButton("Cancel", this);
-    cmdCancel->setObjectName("cmdCancel");
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
+    QHBoxLayout* buttons = OkCancelRow(this, cmdOK, cmdCancel);
 
     auto* body = new QHBoxLayout;
     body->addLayout(left);
@@ -165,7 +137,6 @@ fCanvas::fCanvas(const QImage& picture, QWidget* parent)
     connect(iImg, &CanvasPicture::dragged, this, [this](QPoint p) { DragPictureTo(p); });
     connect(cmdCenter, &QPushButton::clicked, this, [this] { CenterPicture(); });
     connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
     sizeChanged();
 }
 

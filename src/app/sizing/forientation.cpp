@@ -1,5 +1,7 @@
 #include "app/sizing/forientation.h"
 
+#include "app/sizing/sizingwidgets.h"
+
 #include <QCheckBox>
 #include <QComboBox>
 #include <QHBoxLayout>
@@ -34,15 +36,7 @@ fOrientation::fOrientation(int32_t w, int32_t h, QWidget* parent)
     row->addWidget(lbl);
     row->addWidget(cbOrientation, 1);
 
-    cmdOK = new QPushButton("OK", this);
-    cmdOK->setObjectName("cmdOK");
-    cmdOK->setDefault(true);
-    cmdCancel = new QPushButton("Cancel", this);
-    cmdCancel->setObjectName("cmdCancel");
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
+    QHBoxLayout* buttons = OkCancelRow(this, cmdOK, cmdCancel);
 
     auto* top = new QVBoxLayout(this);
     top->addWidget(lblCurrent);
@@ -54,7 +48,6 @@ fOrientation::fOrientation(int32_t w, int32_t h, QWidget* parent)
     top->setSizeConstraint(QLayout::SetFixedSize);
 
     connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 bool fOrientation::Turn() const {

@@ -1,6 +1,6 @@
 #include "app/sizing/frotate.h"
 
-#include "app/sizing/digitsonly.h"
+#include "app/sizing/sizingwidgets.h"
 
 #include <QCheckBox>
 #include <QHBoxLayout>
@@ -16,12 +16,7 @@ fRotate::fRotate(QWidget* parent) : QDialog(parent) {
     setObjectName("fRotate");
     setWindowTitle("Rotate");
 
-    txtDegrees = new QLineEdit("0", this);
-    txtDegrees->setObjectName("txtDegrees");
-    txtDegrees->setMaxLength(3);
-    txtDegrees->setAlignment(Qt::AlignRight);
-    txtDegrees->setFixedWidth(56);
-    AcceptDigitsOnly(txtDegrees);
+    txtDegrees = DigitsField(this, "txtDegrees", 0, 3, 56);
     sbDegrees = new QScrollBar(Qt::Horizontal, this);
     sbDegrees->setObjectName("sbDegrees");
     sbDegrees->setRange(0, 359);
@@ -48,15 +43,7 @@ fRotate::fRotate(QWidget* parent) : QDialog(parent) {
     angle->addWidget(cmd45[1]);
     angle->addStretch(1);
 
-    cmdOK = new QPushButton("OK", this);
-    cmdOK->setObjectName("cmdOK");
-    cmdOK->setDefault(true);
-    cmdCancel = new QPushButton("Cancel", this);
-    cmdCancel->setObjectName("cmdCancel");
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
+    QHBoxLayout* buttons = OkCancelRow(this, cmdOK, cmdCancel);
 
     auto* top = new QVBoxLayout(this);
     top->addLayout(angle);
@@ -86,7 +73,6 @@ fRotate::fRotate(QWidget* parent) : QDialog(parent) {
     connect(cmd45[0], &QPushButton::clicked, this, [this] { cmd45_Click(0); });
     connect(cmd45[1], &QPushButton::clicked, this, [this] { cmd45_Click(1); });
     connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 int32_t fRotate::Degrees() const { return sbDegrees->value(); }

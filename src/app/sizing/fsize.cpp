@@ -1,7 +1,7 @@
 #include "app/sizing/fsize.h"
 
-#include "app/sizing/digitsonly.h"
 #include "app/sizing/sizefields.h"
+#include "app/sizing/sizingwidgets.h"
 #include "pixel/vbmath.h"
 
 #include <QCheckBox>
@@ -15,25 +15,13 @@
 
 namespace ostrivex {
 
-namespace {
-QLineEdit* sizeField(QWidget* parent, const char* name, int32_t value) {
-    auto* edit = new QLineEdit(QString::number(value), parent);
-    edit->setObjectName(name);
-    edit->setMaxLength(5);
-    edit->setAlignment(Qt::AlignRight);
-    edit->setFixedWidth(72);
-    AcceptDigitsOnly(edit);
-    return edit;
-}
-} // namespace
-
 fSize::fSize(int32_t w, int32_t h, QWidget* parent) : QDialog(parent), w_(w), h_(h) {
     setObjectName("fSize");
     setWindowTitle("Image size");
 
     lblCurrent = new QLabel(QStringLiteral("Current size: %1 x %2 pixels").arg(w).arg(h), this);
-    txtW = sizeField(this, "txtW", w);
-    txtH = sizeField(this, "txtH", h);
+    txtW = SizeField(this, "txtW", w);
+    txtH = SizeField(this, "txtH", h);
     chkKeepProportions = new QCheckBox("&Keep Proportions", this);
     chkKeepProportions->setObjectName("chkKeepProportions");
     chkKeepProportions->setChecked(true);
@@ -47,32 +35,14 @@ fSize::fSize(int32_t w, int32_t h, QWidget* parent) : QDialog(parent), w_(w), h_
     cbPreDef->setPlaceholderText("Percent");
     cbPreDef->setCurrentIndex(-1);
 
-    auto* fields = new QGridLayout;
-    auto* lblW = new QLabel("&Width:", this);
-    auto* lblH = new QLabel("&Height:", this);
+    QGridLayout* fields = SizeFieldRows(this, txtW, txtH);
     auto* lblQuick = new QLabel("&Quick:", this);
-    lblW->setBuddy(txtW);
-    lblH->setBuddy(txtH);
     lblQuick->setBuddy(cbPreDef);
-    fields->addWidget(lblW, 0, 0);
-    fields->addWidget(txtW, 0, 1);
-    fields->addWidget(new QLabel("pixels", this), 0, 2);
-    fields->addWidget(lblH, 1, 0);
-    fields->addWidget(txtH, 1, 1);
-    fields->addWidget(new QLabel("pixels", this), 1, 2);
     fields->addWidget(lblQuick, 2, 0);
     fields->addWidget(cbPreDef, 2, 1, 1, 2);
     fields->setColumnStretch(3, 1);
 
-    cmdOK = new QPushButton("OK", this);
-    cmdOK->setObjectName("cmdOK");
-    cmdOK->setDefault(true);
-    cmdCancel = new QPushButton("Cancel", this);
-    cmdCancel->setObjectName("cmdCancel");
-    auto* buttons = new QHBoxLayout;
-    buttons->addStretch(1);
-    buttons->addWidget(cmdOK);
-    buttons->addWidget(cmdCancel);
+    QHBoxLayout* buttons = OkCancelRow(this, cmdOK, cmdCancel);
 
     auto* top = new QVBoxLayout(this);
     top->addWidget(lblCurrent);
@@ -87,7 +57,6 @@ fSize::fSize(int32_t w, int32_t h, QWidget* parent) : QDialog(parent), w_(w), h_
     connect(txtH, &QLineEdit::textChanged, this, [this] { heightChanged(); });
     connect(cbPreDef, &QComboBox::activated, this, [this](int i) { cbPreDef_Click(i); });
     connect(cmdOK, &QPushButton::clicked, this, [this] { cmdOK_Click(); });
-    connect(cmdCancel, &QPushButton::clicked, this, &QDialog::reject);
 }
 
 bool fSize::Interpolate() const { return chkInterpolate->isChecked(); }

@@ -1,6 +1,7 @@
 #include "app/filters/fpaletteapply.h"
 
 #include "app/filters/palettewidgets.h"
+#include "app/panels/updown.h"
 #include "pixel/bitfilter.h"
 
 #include <QCheckBox>
@@ -27,18 +28,6 @@ PaletteRecord Palette = VgaPalette();
 QString fPaletteApply::lastFolder;
 
 namespace {
-
-// A classic up-down control: a short vertical scroll bar whose upper arrow counts up.
-QScrollBar* makeUpDown(QWidget* parent) {
-    auto* s = new QScrollBar(Qt::Vertical, parent);
-    s->setRange(0, 255);
-    s->setSingleStep(1);
-    s->setPageStep(1);
-    s->setInvertedAppearance(true);
-    s->setInvertedControls(true);
-    s->setFixedHeight(24);
-    return s;
-}
 
 // "label|patterns" pairs to Qt's "label" filters (the label already names the patterns).
 QString qtFilter(const char* filter) {
@@ -92,7 +81,7 @@ fPaletteApply::fPaletteApply(const Bits& image, const Region* region, const QStr
         txtRGB[c] = new QLineEdit(this);
         txtRGB[c]->setValidator(new QIntValidator(0, 999, txtRGB[c]));
         txtRGB[c]->setMaximumWidth(44);
-        txtRGBUD[c] = makeUpDown(this);
+        txtRGBUD[c] = MakeUpDown(this, 0, 255);
         rgbRow->addWidget(new QLabel(QString::fromLatin1(names[c]), this));
         rgbRow->addWidget(txtRGB[c]);
         rgbRow->addWidget(txtRGBUD[c]);

@@ -1,5 +1,6 @@
 #include "app/filters/fuserfilter.h"
 
+#include "app/panels/updown.h"
 #include "document/dialogs.h"
 #include "pixel/oiffile.h"
 
@@ -32,18 +33,6 @@ fUserFilter::State fUserFilter::Initial() {
 }
 
 namespace {
-
-// A classic up-down control: a short vertical scroll bar whose upper arrow counts up.
-QScrollBar* makeUpDown(QWidget* parent) {
-    auto* s = new QScrollBar(Qt::Vertical, parent);
-    s->setRange(0, 255);
-    s->setSingleStep(1);
-    s->setPageStep(1);
-    s->setInvertedAppearance(true);
-    s->setInvertedControls(true);
-    s->setFixedHeight(24);
-    return s;
-}
 
 // A field for a whole number: a sign and up to ten digits may be typed. Whether the
 // number fits in 32 bits is checked when it is used.
@@ -104,7 +93,7 @@ fUserFilter::fUserFilter(const QString& filtersFolder, QWidget* parent)
     const char* channels[3] = {"Red bias:", "Green bias:", "Blue bias:"};
     for (int c = 0; c < 3; ++c) {
         txtAdd[c] = makeNumberField(this, 72);
-        txtAddUD[c] = makeUpDown(this);
+        txtAddUD[c] = MakeUpDown(this, 0, 255);
         settings->addWidget(new QLabel(QString::fromLatin1(channels[c]), this), 2 + c, 0);
         settings->addWidget(txtAdd[c], 2 + c, 1);
         settings->addWidget(txtAddUD[c], 2 + c, 2, Qt::AlignLeft);

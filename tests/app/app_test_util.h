@@ -1,10 +1,13 @@
 // Shared set-up of the application tests: a QApplication on the offscreen platform, and
 // for every test a fresh program folder (OSTRIVEX_HOME) and a fresh private temporary
 // folder (XDG_RUNTIME_DIR), so that settings, work files and the instance lock never meet
-// another run's.
+// another run's. Also: the program's globals reset, and a main window with documents.
 #pragma once
 
+#include "app/fmain.h"
+#include "app/globals.h"
 #include "app/settings/settings.h"
+#include "document/fimage.h"
 
 #include <QApplication>
 #include <QTemporaryDir>
@@ -32,6 +35,40 @@ class FreshHome : public ::testing::Test {
 
     QTemporaryDir home_;
     QTemporaryDir runtime_;
+};
+
+// The program's globals as a fresh start leaves them: the default settings of the program
+// folder, no caption of a last command, no changed and no active document.
+inline void ResetProgramGlobals() {
+    SetDefaultSettings(Settings, AppFolder());
+    LastCommandCaption.clear();
+    DocumentChanged = false;
+    ActiveDocument = nullptr;
+}
+
+// A new document of `bits` in `main`, with its first undo state ("Original") and cFilter
+// loaded from it.
+inline fImage* OpenDocument(fMain& main, const Bits& bits) {
+    auto* doc = new fImage;
+    main.AddDocumentWindow(doc);
+    doc->BeginDocument(QString());
+    doc->PBits(bits);
+    doc->SaveUndoBits(QString("Original"));
+    main.Filter().SetBits(doc->bits());
+    return doc;
+}
+
+// A fresh home, fresh globals and a main window (`main_`) for every test.
+class WithMainWindow : public FreshHome {
+  protected:
+    void SetUp() override {
+        FreshHome::SetUp();
+        ResetProgramGlobals();
+        main_ = std::make_unique<fMain>();
+    }
+    void TearDown() override { main_.reset(); }
+
+    std::unique_ptr<fMain> main_;
 };
 
 // Runs `inspect` on the first modal dialog that opens and then closes it, so that code

@@ -15,22 +15,16 @@
 #include <QMdiArea>
 
 using namespace ostrivex;
-using ostrivex::testing::FreshHome;
+using ostrivex::testing::OpenDocument;
 
 namespace {
 
-class ClipboardCommandsTest : public FreshHome {
+class ClipboardCommandsTest : public ostrivex::testing::WithMainWindow {
   protected:
     void SetUp() override {
-        FreshHome::SetUp();
-        SetDefaultSettings(Settings, AppFolder());
-        LastCommandCaption.clear();
-        DocumentChanged = false;
-        ActiveDocument = nullptr;
+        WithMainWindow::SetUp();
         QGuiApplication::clipboard()->clear();
-        main_ = std::make_unique<fMain>();
     }
-    void TearDown() override { main_.reset(); }
 
     // A 4 x 3 document whose pixel (x, y) is blue 10x + y + 1, green 50, red 60, active in
     // the main window with cFilter loaded from it.
@@ -42,13 +36,7 @@ class ClipboardCommandsTest : public FreshHome {
                 b(1, x, y) = 50;
                 b(2, x, y) = 60;
             }
-        auto* doc = new fImage;
-        main_->AddDocumentWindow(doc);
-        doc->BeginDocument(QString());
-        doc->PBits(b);
-        doc->SaveUndoBits(QString("Original"));
-        main_->Filter().SetBits(doc->bits());
-        return doc;
+        return OpenDocument(*main_, b);
     }
     // A new rectangular selection in place of the old one.
     void select(fImage* doc, int left, int top, int right, int bottom) {
@@ -59,8 +47,6 @@ class ClipboardCommandsTest : public FreshHome {
     void click(const char* menu, const char* caption) {
         main_->action(*FindMenuEntry(menu, caption))->trigger();
     }
-
-    std::unique_ptr<fMain> main_;
 };
 
 TEST_F(ClipboardCommandsTest, CutSavesAnUndoStepAndCopyPastes) {

@@ -20,7 +20,7 @@
 #include <QToolButton>
 
 using namespace ostrivex;
-using ostrivex::testing::FreshHome;
+using ostrivex::testing::OpenDocument;
 
 namespace {
 
@@ -28,30 +28,12 @@ QString qs(std::string_view s) {
     return QString::fromUtf8(s.data(), qsizetype(s.size()));
 }
 
-class MainWindowTest : public FreshHome {
+class MainWindowTest : public ostrivex::testing::WithMainWindow {
   protected:
-    void SetUp() override {
-        FreshHome::SetUp();
-        SetDefaultSettings(Settings, AppFolder());
-        LastCommandCaption.clear();
-        DocumentChanged = false;
-        ActiveDocument = nullptr;
-        main_ = std::make_unique<fMain>();
-    }
-    void TearDown() override { main_.reset(); }
-
     // A document of two pixels, active in the main window, with cFilter loaded from it.
     fImage* openDocument() {
-        auto* doc = new fImage;
-        main_->AddDocumentWindow(doc);
-        doc->BeginDocument(QString());
-        doc->PBits(test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
-        doc->SaveUndoBits(QString("Original"));
-        main_->Filter().SetBits(doc->bits());
-        return doc;
+        return OpenDocument(*main_, test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
     }
-
-    std::unique_ptr<fMain> main_;
 };
 
 TEST_F(MainWindowTest, MenusAreBuiltFromTheTable) {
@@ -257,12 +239,7 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
 }
 
 TEST_F(MainWindowTest, PaletteAndHistogramFromTheMenus) {
-    auto* doc = new fImage;
-    main_->AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    doc->PBits(test::makeBits(2, 1, {{10, 20, 30}, {250, 240, 245}}));
-    doc->SaveUndoBits(QString("Original"));
-    main_->Filter().SetBits(doc->bits());
+    fImage* doc = OpenDocument(*main_, test::makeBits(2, 1, {{10, 20, 30}, {250, 240, 245}}));
     const int32_t position = doc->HistoryPosition();
 
     // Apply palette with the 16 standard colours: each pixel takes its nearest colour,
@@ -444,14 +421,10 @@ TEST_F(MainWindowTest, TileAndCascadeArrangeTheDocuments) {
 }
 
 TEST_F(MainWindowTest, SelectionCommandsLimitTheFilters) {
-    auto* doc = new fImage;
-    main_->AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    doc->PBits(test::makeBits(3, 2,
-                              {{10, 20, 30}, {40, 50, 60}, {70, 80, 90},
-                               {100, 110, 120}, {130, 140, 150}, {160, 170, 180}}));
-    doc->SaveUndoBits(QString("Original"));
-    main_->Filter().SetBits(doc->bits());
+    fImage* doc = OpenDocument(*main_, test::makeBits(3, 2,
+                                                      {{10, 20, 30}, {40, 50, 60}, {70, 80, 90},
+                                                       {100, 110, 120}, {130, 140, 150},
+                                                       {160, 170, 180}}));
     const auto saveName = DocumentDialogs::AskSaveName;
     const auto openName = DocumentDialogs::AskOpenName;
     struct Restore {

@@ -26,6 +26,7 @@
 
 using namespace ostrivex;
 using ostrivex::testing::FreshHome;
+using ostrivex::testing::OpenDocument;
 using ostrivex::testing::Rgb;
 
 namespace {
@@ -34,8 +35,7 @@ class ToolPanelsTest : public FreshHome {
   protected:
     void SetUp() override {
         FreshHome::SetUp();
-        SetDefaultSettings(Settings, AppFolder());
-        ActiveDocument = nullptr;
+        ostrivex::testing::ResetProgramGlobals();
     }
     void TearDown() override { main_.reset(); }
 
@@ -71,13 +71,7 @@ class ToolPanelsTest : public FreshHome {
         return nullptr;
     }
     fImage* openDocument() {
-        auto* doc = new fImage;
-        main_->AddDocumentWindow(doc);
-        doc->BeginDocument(QString());
-        doc->PBits(test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
-        doc->SaveUndoBits(QString("Original"));
-        main_->Filter().SetBits(doc->bits());
-        return doc;
+        return OpenDocument(*main_, test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
     }
     std::string activeTool() const { return FieldText(Settings.ActiveTool); }
     QImage shownPicture() const {

@@ -21,7 +21,6 @@
 #include <QTimer>
 
 using namespace ostrivex;
-using ostrivex::testing::FreshHome;
 
 namespace {
 
@@ -40,32 +39,21 @@ Bits stripes() {
     return b;
 }
 
-class FilterDialogTest : public FreshHome {
+class FilterDialogTest : public ostrivex::testing::WithMainWindow {
   protected:
     void SetUp() override {
-        FreshHome::SetUp();
-        SetDefaultSettings(Settings, AppFolder());
-        LastCommandCaption.clear();
-        DocumentChanged = false;
-        ActiveDocument = nullptr;
-        main_ = std::make_unique<fMain>();
+        WithMainWindow::SetUp();
         savedChooser_ = fFilter::ColourChooser;
     }
     void TearDown() override {
         fFilter::ExecHook = nullptr;
         fFilter::ColourChooser = savedChooser_;
-        main_.reset();
+        WithMainWindow::TearDown();
     }
 
     fImage* openDocument(const Bits& bits) {
-        auto* doc = new fImage;
-        main_->AddDocumentWindow(doc);
-        doc->BeginDocument(QString());
-        doc->PBits(bits);
-        doc->SaveUndoBits(QString("Original"));
-        main_->Filter().SetBits(doc->bits());
-        doc_ = doc;
-        return doc;
+        doc_ = ostrivex::testing::OpenDocument(*main_, bits);
+        return doc_;
     }
 
     // The host the dispatcher builds, with the progress counted.
@@ -85,7 +73,6 @@ class FilterDialogTest : public FreshHome {
         return h;
     }
 
-    std::unique_ptr<fMain> main_;
     fImage* doc_ = nullptr;
     int progressCalls_ = 0;
     std::function<bool(QWidget*, int32_t&, const QString&)> savedChooser_;

@@ -427,10 +427,7 @@ class UserFilterCommandTest : public UserFilterTest {
   protected:
     void SetUp() override {
         UserFilterTest::SetUp();
-        SetDefaultSettings(Settings, AppFolder());
-        LastCommandCaption.clear();
-        DocumentChanged = false;
-        ActiveDocument = nullptr;
+        ostrivex::testing::ResetProgramGlobals();
         main_ = std::make_unique<fMain>();
     }
     void TearDown() override {
@@ -458,12 +455,7 @@ TEST_F(UserFilterCommandTest, OkRunsTheKernelOnceAsOneUndoStep) {
     const Bits original = makeBits(
         3, 2,
         {{40, 100, 0}, {80, 0, 200}, {120, 50, 30}, {0, 20, 60}, {4, 8, 12}, {200, 250, 100}});
-    auto* doc = new fImage;
-    main_->AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    doc->PBits(original);
-    doc->SaveUndoBits(QString("Original"));
-    main_->Filter().SetBits(doc->bits());
+    fImage* doc = ostrivex::testing::OpenDocument(*main_, original);
     const int32_t position = doc->HistoryPosition();
 
     // A blank grid and a weight of 0 keep the dialog open with their messages; Cancel

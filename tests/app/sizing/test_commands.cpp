@@ -27,37 +27,24 @@ using ostrivex::test::sameBits;
 
 namespace {
 
-class SizingCommandTest : public ostrivex::testing::FreshHome {
+class SizingCommandTest : public ostrivex::testing::WithMainWindow {
   protected:
     void SetUp() override {
-        FreshHome::SetUp();
-        SetDefaultSettings(Settings, AppFolder());
-        LastCommandCaption.clear();
-        DocumentChanged = false;
-        ActiveDocument = nullptr;
+        WithMainWindow::SetUp();
         savedExec_ = SizingDialogs::Exec;
         savedInform_ = DocumentDialogs::Inform;
         DocumentDialogs::Inform = [this](QWidget*, const QString& text, const QString&) {
             messages.push_back(text);
         };
-        main_ = std::make_unique<fMain>();
     }
     void TearDown() override {
-        main_.reset();
+        WithMainWindow::TearDown();
         SizingDialogs::Exec = savedExec_;
         DocumentDialogs::Inform = savedInform_;
     }
 
     // A document of `bits`, active in the main window, with its first undo state.
-    fImage* openDocument(const Bits& bits) {
-        auto* doc = new fImage;
-        main_->AddDocumentWindow(doc);
-        doc->BeginDocument(QString());
-        doc->PBits(bits);
-        doc->SaveUndoBits(QString("Original"));
-        main_->Filter().SetBits(doc->bits());
-        return doc;
-    }
+    fImage* openDocument(const Bits& bits) { return ostrivex::testing::OpenDocument(*main_, bits); }
     void click(const char* menu, const char* caption, const char* submenu = "") {
         const MenuEntry* e = FindMenuEntry(menu, caption, submenu);
         ASSERT_NE(e, nullptr) << caption;
@@ -80,7 +67,6 @@ class SizingCommandTest : public ostrivex::testing::FreshHome {
         };
     }
 
-    std::unique_ptr<fMain> main_;
     std::vector<QString> messages;
     decltype(SizingDialogs::Exec) savedExec_;
     decltype(DocumentDialogs::Inform) savedInform_;

@@ -3,6 +3,7 @@
 #include "document/clipboard.h"
 
 #include "document/dialogs.h"
+#include "document/doc_test_util.h"
 #include "document/fake_host.h"
 #include "document/fimage.h"
 #include "document/fpaste.h"
@@ -28,17 +29,7 @@ namespace {
 using test::FakeHost;
 
 // Pixel (x, y) has blue 10x + y + 1, green 2, red 3 and channel 3 = 9.
-Bits numbered(int w, int h) {
-    Bits b(w, h);
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-            b(0, x, y) = uint8_t(10 * x + y + 1);
-            b(1, x, y) = 2;
-            b(2, x, y) = 3;
-            b(3, x, y) = 9;
-        }
-    return b;
-}
+Bits numbered(int w, int h) { return test::numbered(w, h, 9); }
 
 fImage* makeDocument(FakeHost& host, Bits pixels) {
     auto* doc = new fImage;

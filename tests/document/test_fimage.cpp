@@ -5,11 +5,11 @@
 
 #include "app/settings/settings.h"
 #include "document/dialogs.h"
+#include "document/doc_test_util.h"
 #include "document/fake_host.h"
 
 #include <QMessageBox>
 #include <QScrollBar>
-#include <QTabBar>
 
 #include <gtest/gtest.h>
 
@@ -19,35 +19,16 @@ namespace ostrivex {
 namespace {
 
 using test::FakeHost;
+using test::makeDocument;
 
 // Pixel (x, y): blue 10x + y + 1, green 2, red 3; channel 3 holds 9 (a marker the canvas
 // must not show).
-Bits numbered(int w, int h) {
-    Bits b(w, h);
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-            b(0, x, y) = uint8_t(10 * x + y + 1);
-            b(1, x, y) = 2;
-            b(2, x, y) = 3;
-            b(3, x, y) = 9;
-        }
-    return b;
-}
+Bits numbered(int w, int h) { return test::numbered(w, h, 9); }
 
 uint32_t shown(int x, int y) {
     return 0xFF000000u | 3u << 16 | 2u << 8 | uint8_t(10 * x + y + 1);
 }
 
-// A document of the given pixels whose Enhanced panel is panelW x panelH.
-fImage* makeDocument(FakeHost& host, Bits pixels, int panelW, int panelH) {
-    auto* doc = new fImage;
-    host.AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    const int tabH = doc->findChild<QTabBar*>("tabViews")->sizeHint().height();
-    doc->resize(panelW, panelH + tabH);
-    doc->PBits(std::move(pixels));
-    return doc;
-}
 
 TEST(fImage, PlanStretchArithmetic) {
     // Scrolled by 5 and 7 device pixels at zoom 3 on a 200 x 150 canvas: the first image

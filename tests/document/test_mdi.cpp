@@ -4,6 +4,7 @@
 #include "document/fimage.h"
 
 #include "app/settings/settings.h"
+#include "document/doc_test_util.h"
 #include "document/fake_host.h"
 
 #include <QApplication>
@@ -32,21 +33,10 @@ public:
     }
 };
 
-Bits numbered(int w, int h) {
-    Bits b(w, h);
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-            b(0, x, y) = uint8_t(10 * x + y + 1);
-            b(1, x, y) = 2;
-            b(2, x, y) = 3;
-        }
-    return b;
-}
-
 fImage* open(MdiHost& host, int w, int h) {
     auto* doc = new fImage;
     doc->BeginDocument(QString());
-    doc->PBits(numbered(w, h));
+    doc->PBits(test::numbered(w, h));
     doc->SaveUndoBits("Original");
     host.AddDocumentWindow(doc);
     return doc;

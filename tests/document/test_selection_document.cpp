@@ -2,6 +2,7 @@
 // its timer, the zoom of the outline, and what load, a size change and undo do to it.
 #include "document/fimage.h"
 
+#include "document/doc_test_util.h"
 #include "document/fake_host.h"
 #include "pixel/bitfilter.h"
 
@@ -10,7 +11,6 @@
 #include <QEventLoop>
 #include <QImage>
 #include <QPainter>
-#include <QTabBar>
 
 #include <gtest/gtest.h>
 
@@ -18,32 +18,12 @@ namespace ostrivex {
 namespace {
 
 using test::FakeHost;
+using test::makeDocument;
+using test::numbered;
 
 constexpr QRgb kGrey = 0xFF808080u;
 constexpr QRgb kWhite = 0xFFFFFFFFu;
 constexpr QRgb kBlack = 0xFF000000u;
-
-// Pixel (x, y) has blue 10x + y + 1, green 2, red 3.
-Bits numbered(int w, int h) {
-    Bits b(w, h);
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-            b(0, x, y) = uint8_t(10 * x + y + 1);
-            b(1, x, y) = 2;
-            b(2, x, y) = 3;
-        }
-    return b;
-}
-
-fImage* makeDocument(FakeHost& host, Bits pixels, int panelW, int panelH) {
-    auto* doc = new fImage;
-    host.AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    const int tabH = doc->findChild<QTabBar*>("tabViews")->sizeHint().height();
-    doc->resize(panelW, panelH + tabH);
-    doc->PBits(std::move(pixels));
-    return doc;
-}
 
 // The outline drawn on a grey picture of w x h.
 QImage outline(const cBitRegion& selection, int w, int h, int x, int y) {

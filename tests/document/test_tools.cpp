@@ -3,20 +3,26 @@
 #include "document/fimage.h"
 
 #include "app/settings/settings.h"
+#include "document/doc_test_util.h"
 #include "document/fake_host.h"
 #include "document/paint/paint.h"
+#include "document/paint/paint_test_util.h"
 
 #include <QCoreApplication>
 #include <QKeyEvent>
 #include <QMouseEvent>
-#include <QTabBar>
 
 #include <gtest/gtest.h>
+
+#include <initializer_list>
 
 namespace ostrivex {
 namespace {
 
 using test::FakeHost;
+using test::numbered;
+using test::px;
+using test::solidBits;
 
 // Records the colours the picker reports.
 class PickHost : public FakeHost {
@@ -24,31 +30,6 @@ public:
     std::vector<int32_t> picked;
     void ColorPicked(int32_t colour) override { picked.push_back(colour); }
 };
-
-Bits solid(int w, int h, uint8_t b, uint8_t g, uint8_t r) {
-    Bits out(w, h);
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-            out(0, x, y) = b;
-            out(1, x, y) = g;
-            out(2, x, y) = r;
-        }
-    return out;
-}
-
-// Pixel (x, y) has blue 10x + y + 1, green 2, red 3.
-Bits numbered(int w, int h) {
-    Bits b(w, h);
-    for (int y = 0; y < h; ++y)
-        for (int x = 0; x < w; ++x) {
-            b(0, x, y) = uint8_t(10 * x + y + 1);
-            b(1, x, y) = 2;
-            b(2, x, y) = 3;
-        }
-    return b;
-}
-
-std::vector<int> px(const Bits& b, int x, int y) { return {b(0, x, y), b(1, x, y), b(2, x, y)}; }
 
 // Row strings of one channel: '#' for 255, '.' for 0, '+' for anything between.
 std::vector<std::string> shape(const Bits& b, int channel = 0) {
@@ -78,12 +59,7 @@ std::vector<std::string> ink(const Bits& b) {
 // A document of the pixels at the zoom, made active (so cFilter holds its pixels, the
 // stroke base), with its first undo state saved. The panel is larger than the picture.
 fImage* makeDocument(FakeHost& host, Bits pixels, int zoom = 1) {
-    auto* doc = new fImage;
-    host.AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    const int tabH = doc->findChild<QTabBar*>("tabViews")->sizeHint().height();
-    doc->resize(200, 200 + tabH);
-    doc->PBits(std::move(pixels));
+    fImage* doc = test::makeDocument(host, std::move(pixels), 200, 200);
     doc->SetZoomFactor(zoom);
     doc->Form_Activate();
     doc->SaveUndoBits("Original");
@@ -114,6 +90,16 @@ void drag(fImage* doc, QPoint pos) {
 void release(fImage* doc, QPoint pos, Qt::MouseButton b = Qt::LeftButton) {
     mouse(doc, QEvent::MouseButtonRelease, pos, b, Qt::NoButton);
 }
+// A stroke of the left button: the mouse comes to the first point and is pressed there,
+// is dragged through the others in turn, and is released at the last.
+void stroke(fImage* doc, std::initializer_list<QPoint> points) {
+    hover(doc, *points.begin());
+    press(doc, *points.begin());
+    for (auto p = points.begin() + 1; p != points.end(); ++p) drag(doc, *p);
+    release(doc, *(points.end() - 1));
+}
+// A left click: a stroke of one point.
+void click(fImage* doc, QPoint pos) { stroke(doc, {pos}); }
 void key(fImage* doc, int k) {
     QKeyEvent down(QEvent::KeyPress, k, Qt::NoModifier);
     QCoreApplication::sendEvent(doc->Canvas(), &down);
@@ -152,7 +138,7 @@ TEST(ToolCells, MovesInsideOneZoomedCellPaintNothing) {
     Settings.AirbrushPressure = 50;
     Settings.AirbrushQuantity = 100;
     Settings.AirbrushDefinition = 100;
-    fImage* doc = makeDocument(host, solid(6, 6, 0, 0, 0), 3);
+    fImage* doc = makeDocument(host, solidBits(6, 6, 0, 0, 0), 3);
     hover(doc, QPoint(6, 6)); // cell (2, 2)
     press(doc, QPoint(7, 7)); // the press sprays once at (2, 2): 127.5 -> 128
     EXPECT_EQ(doc->bits()(0, 2, 2), 128);
@@ -174,26 +160,20 @@ TEST(ToolCells, MovesInsideOneZoomedCellPaintNothing) {
 TEST(PaintTools, PencilClickIsOnePixelAndAStrokeJoinsItsPoints) {
     FakeHost host;
     useTool("Pencil");
-    fImage* doc = makeDocument(host, solid(6, 4, 0, 0, 0));
+    fImage* doc = makeDocument(host, solidBits(6, 4, 0, 0, 0));
     // A click: a line from the point to itself, two samples at (2.001, 2.001) whose
     // coverage of (2, 2) is 254 of 255: 254, then 254 + 0.996 -> 255. Its neighbours get
     // a coverage that rounds to 0.
-    hover(doc, QPoint(2, 2));
-    press(doc, QPoint(2, 2));
-    release(doc, QPoint(2, 2));
+    click(doc, QPoint(2, 2));
     EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{"......", "......", "..#...", "......"}));
     EXPECT_EQ(px(doc->bits(), 2, 2), (std::vector<int>{255, 255, 255}));
     EXPECT_EQ(doc->HistoryPosition(), 2);
     EXPECT_EQ(doc->History().ActionNames[1], "Pencil");
 
     // A stroke is the lines from each seen point to the next one.
-    fImage* other = makeDocument(host, solid(6, 4, 0, 0, 0));
-    hover(other, QPoint(0, 0));
-    press(other, QPoint(0, 0));
-    drag(other, QPoint(4, 0));
-    drag(other, QPoint(4, 3));
-    release(other, QPoint(4, 3));
-    Bits expected = solid(6, 4, 0, 0, 0);
+    fImage* other = makeDocument(host, solidBits(6, 4, 0, 0, 0));
+    stroke(other, {QPoint(0, 0), QPoint(4, 0), QPoint(4, 3)});
+    Bits expected = solidBits(6, 4, 0, 0, 0);
     DoneBits done;
     const Region all = Region::rect(0, 0, 6, 4);
     BitsLine(expected, all, done, 0, 0, 0, 0, 0xFFFFFF, 100);
@@ -212,12 +192,8 @@ TEST(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
     Settings.BrushPressure = 100;
     Settings.BrushContinuous = kTrue16;
     Settings.ColorPrimary = 0x0000FF; // red
-    fImage* doc = makeDocument(host, solid(6, 3, 0, 0, 0));
-    hover(doc, QPoint(1, 1));
-    press(doc, QPoint(1, 1));
-    drag(doc, QPoint(3, 1));
-    drag(doc, QPoint(4, 1));
-    release(doc, QPoint(4, 1));
+    fImage* doc = makeDocument(host, solidBits(6, 3, 0, 0, 0));
+    stroke(doc, {QPoint(1, 1), QPoint(3, 1), QPoint(4, 1)});
     // Stamps every 0.1 pixel from (1, 1) to (3, 1), then on to (4, 1).
     EXPECT_EQ(shape(doc->bits(), 2), (std::vector<std::string>{"......", ".####.", "......"}));
     EXPECT_EQ(px(doc->bits(), 2, 1), (std::vector<int>{0, 0, 255}));
@@ -231,7 +207,7 @@ TEST(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
     EXPECT_EQ(host.filter.bits(), doc->bits());
     // Undo brings the black image back.
     doc->UndoBits();
-    EXPECT_EQ(doc->bits(), solid(6, 3, 0, 0, 0));
+    EXPECT_EQ(doc->bits(), solidBits(6, 3, 0, 0, 0));
 }
 
 TEST(PaintTools, BrushKindSixPaintsTheTextureFixedToTheImage) {
@@ -241,20 +217,15 @@ TEST(PaintTools, BrushKindSixPaintsTheTextureFixedToTheImage) {
     Settings.BrushSize = 1;
     Settings.BrushPressure = 100;
     Settings.BrushContinuous = kTrue16;
-    fImage* doc = makeDocument(host, solid(5, 3, 50, 50, 50));
+    fImage* doc = makeDocument(host, solidBits(5, 3, 50, 50, 50));
     // Without a texture the brush paints nothing.
-    hover(doc, QPoint(1, 1));
-    press(doc, QPoint(1, 1));
-    release(doc, QPoint(1, 1));
-    EXPECT_EQ(doc->bits(), solid(5, 3, 50, 50, 50));
+    click(doc, QPoint(1, 1));
+    EXPECT_EQ(doc->bits(), solidBits(5, 3, 50, 50, 50));
     // A 2 x 2 texture of blue 200 tiles with a period of 3 (its guard column, black, is
     // part of the tile): image columns 1 and 3 take blue 200, column 2 the guard's black.
-    host.TextureBits = solid(2, 2, 200, 0, 0);
+    host.TextureBits = solidBits(2, 2, 200, 0, 0);
     hover(doc, QPoint(0, 0));
-    hover(doc, QPoint(1, 1));
-    press(doc, QPoint(1, 1));
-    drag(doc, QPoint(3, 1));
-    release(doc, QPoint(3, 1));
+    stroke(doc, {QPoint(1, 1), QPoint(3, 1)});
     EXPECT_EQ(px(doc->bits(), 0, 1), (std::vector<int>{50, 50, 50}));
     EXPECT_EQ(px(doc->bits(), 1, 1), (std::vector<int>{200, 0, 0}));
     EXPECT_EQ(px(doc->bits(), 2, 1), (std::vector<int>{0, 0, 0}));
@@ -268,7 +239,7 @@ TEST(PaintTools, ShapeLineRestoresAtEachMoveButFreeHandKeepsAll) {
     useTool("Shape");
     Settings.ShapeKind = 0;
     Settings.ShapePressure = 100;
-    fImage* line = makeDocument(host, solid(5, 5, 0, 0, 0));
+    fImage* line = makeDocument(host, solidBits(5, 5, 0, 0, 0));
     hover(line, QPoint(0, 0));
     press(line, QPoint(0, 0));
     drag(line, QPoint(4, 0));
@@ -279,19 +250,15 @@ TEST(PaintTools, ShapeLineRestoresAtEachMoveButFreeHandKeepsAll) {
     EXPECT_EQ(line->bits()(0, 2, 0), 0);
     EXPECT_EQ(line->bits()(0, 4, 0), 0);
     EXPECT_NE(line->bits()(0, 0, 2), 0);
-    Bits expected = solid(5, 5, 0, 0, 0);
+    Bits expected = solidBits(5, 5, 0, 0, 0);
     DoneBits done;
     BitsLine(expected, Region::rect(0, 0, 5, 5), done, 0, 0, 0, 4, 0xFFFFFF, 100);
     EXPECT_EQ(line->bits(), expected);
     EXPECT_EQ(line->History().ActionNames[1], "Shape");
 
     Settings.ShapeKind = 1;
-    fImage* free = makeDocument(host, solid(5, 5, 0, 0, 0));
-    hover(free, QPoint(0, 0));
-    press(free, QPoint(0, 0));
-    drag(free, QPoint(4, 0));
-    drag(free, QPoint(4, 4));
-    release(free, QPoint(4, 4));
+    fImage* free = makeDocument(host, solidBits(5, 5, 0, 0, 0));
+    stroke(free, {QPoint(0, 0), QPoint(4, 0), QPoint(4, 4)});
     // Both segments stay: the top row and the right column, not the diagonal.
     EXPECT_NE(free->bits()(0, 2, 0), 0);
     EXPECT_NE(free->bits()(0, 4, 2), 0);
@@ -304,12 +271,8 @@ TEST(PaintTools, ShapeRectangleGoesFromThePressToTheMouse) {
     useTool("Shape");
     Settings.ShapeKind = 3;
     Settings.ShapePressure = 100;
-    fImage* doc = makeDocument(host, solid(6, 5, 0, 0, 0));
-    hover(doc, QPoint(1, 1));
-    press(doc, QPoint(1, 1));
-    drag(doc, QPoint(5, 4));
-    drag(doc, QPoint(3, 3));
-    release(doc, QPoint(3, 3));
+    fImage* doc = makeDocument(host, solidBits(6, 5, 0, 0, 0));
+    stroke(doc, {QPoint(1, 1), QPoint(5, 4), QPoint(3, 3)});
     // A 3 x 3 outline (anti-aliased: some ink, not all full); the larger one of the first
     // move is gone.
     EXPECT_EQ(ink(doc->bits()),
@@ -323,7 +286,7 @@ TEST(PaintTools, FillWorksAtTheRelease) {
     Settings.FillTolerance = 25;
     Settings.FillPressure = 100;
     Settings.ColorPrimary = 0x0000FF; // red
-    Bits wall = solid(4, 3, 0, 0, 0);
+    Bits wall = solidBits(4, 3, 0, 0, 0);
     for (int y = 0; y < 3; ++y) wall(0, 2, y) = wall(1, 2, y) = wall(2, 2, y) = 255;
     fImage* doc = makeDocument(host, wall);
     hover(doc, QPoint(0, 1));
@@ -347,12 +310,10 @@ TEST(PaintTools, FillOnlyInsideTheSelection) {
     useTool("Fill");
     Settings.FillPressure = 100;
     Settings.ColorPrimary = 0xFFFFFF;
-    fImage* doc = makeDocument(host, solid(4, 2, 0, 0, 0));
+    fImage* doc = makeDocument(host, solidBits(4, 2, 0, 0, 0));
     doc->Region().CreateRect(1, 0, 3, 2, cBitRegion::ModeUnion, true);
     doc->SelectionChanged();
-    hover(doc, QPoint(1, 0));
-    press(doc, QPoint(1, 0));
-    release(doc, QPoint(1, 0));
+    click(doc, QPoint(1, 0));
     EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{".##.", ".##."}));
 }
 
@@ -385,7 +346,7 @@ TEST(PaintTools, GradientDragLaysTheGradientAtTheRelease) {
     Settings.GradientColor2 = 0xFFFFFF;
     Settings.GradientPressure = 100;
     Settings.GradientFrequency = 1;
-    fImage* doc = makeDocument(host, solid(5, 2, 100, 100, 100), 2);
+    fImage* doc = makeDocument(host, solidBits(5, 2, 100, 100, 100), 2);
     hover(doc, QPoint(0, 0));
     press(doc, QPoint(0, 0));
     drag(doc, QPoint(8, 1)); // cell (4, 0)
@@ -393,7 +354,7 @@ TEST(PaintTools, GradientDragLaysTheGradientAtTheRelease) {
     ASSERT_EQ(doc->Rubber().lines.size(), 1u);
     EXPECT_TRUE(doc->Rubber().lineVisible[0]);
     EXPECT_EQ(doc->Rubber().lines[0], QLine(0, 0, 8, 0));
-    EXPECT_EQ(doc->bits(), solid(5, 2, 100, 100, 100)); // nothing painted yet
+    EXPECT_EQ(doc->bits(), solidBits(5, 2, 100, 100, 100)); // nothing painted yet
     release(doc, QPoint(8, 1));
     EXPECT_FALSE(doc->Rubber().lineVisible[0]);
     for (int y = 0; y < 2; ++y) {
@@ -416,7 +377,7 @@ TEST(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
     Settings.StampPressure = 100;
     Settings.StampClearBack = kFalse16;
     // A 2 x 2 stamp: white on top, black bottom left, grey 100 (the key) bottom right.
-    host.StampBits = solid(2, 2, 255, 255, 255);
+    host.StampBits = solidBits(2, 2, 255, 255, 255);
     host.StampBits(0, 0, 1) = host.StampBits(1, 0, 1) = host.StampBits(2, 0, 1) = 0;
     host.StampBits(0, 1, 1) = host.StampBits(1, 1, 1) = host.StampBits(2, 1, 1) = 100;
     // Rows of the picture: '#' white, 'o' black, '.' the grey 20 it started as.
@@ -432,7 +393,7 @@ TEST(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
         }
         return out;
     };
-    const Bits base = solid(6, 4, 20, 20, 20);
+    const Bits base = solidBits(6, 4, 20, 20, 20);
     fImage* doc = makeDocument(host, base);
     // Hot spot: half the size plus one, (2, 2): the stamp's top left is at (1, 1).
     hover(doc, QPoint(3, 3));
@@ -448,10 +409,7 @@ TEST(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
     // Live: the track is cleared at each move, only the last stamp stays.
     Settings.StampClearBack = kTrue16;
     fImage* live = makeDocument(host, base);
-    hover(live, QPoint(3, 3));
-    press(live, QPoint(3, 3));
-    drag(live, QPoint(5, 3));
-    release(live, QPoint(5, 3));
+    stroke(live, {QPoint(3, 3), QPoint(5, 3)});
     EXPECT_EQ(rows(live->bits()), (std::vector<std::string>{"......", "...##.", "...o..", "......"}));
 }
 
@@ -463,7 +421,7 @@ TEST(PaintTools, RadialGradientShowsACircleAndPaintsRings) {
     Settings.GradientColor2 = 0xFFFFFF;
     Settings.GradientPressure = 100;
     Settings.GradientFrequency = 1;
-    fImage* doc = makeDocument(host, solid(5, 5, 100, 100, 100));
+    fImage* doc = makeDocument(host, solidBits(5, 5, 100, 100, 100));
     hover(doc, QPoint(2, 2));
     press(doc, QPoint(2, 2));
     drag(doc, QPoint(4, 3)); // radius Round(sqrt 5) = 2 for the rubber circle
@@ -486,7 +444,7 @@ TEST(SelectTool, NewRectangleByDragReplacesTheSelection) {
     useTool("Select");
     Settings.SelectMode = 2;
     Settings.SelectShape = 0;
-    fImage* doc = makeDocument(host, solid(8, 6, 0, 0, 0));
+    fImage* doc = makeDocument(host, solidBits(8, 6, 0, 0, 0));
     doc->Region().CreateRect(5, 4, 7, 6, cBitRegion::ModeUnion, true);
     hover(doc, QPoint(4, 3));
     press(doc, QPoint(4, 3));
@@ -523,7 +481,7 @@ TEST(SelectTool, EllipseBoxTakesTheGreaterEdgePlusOne) {
     useTool("Select");
     Settings.SelectMode = 2;
     Settings.SelectShape = 1;
-    fImage* doc = makeDocument(host, solid(8, 8, 0, 0, 0));
+    fImage* doc = makeDocument(host, solidBits(8, 8, 0, 0, 0));
     hover(doc, QPoint(3, 3));
     press(doc, QPoint(3, 3));
     drag(doc, QPoint(1, 1));
@@ -543,7 +501,7 @@ TEST(SelectTool, PolygonTakesPointsBySpaceAndEndsAtTheRelease) {
     useTool("Select");
     Settings.SelectMode = 2;
     Settings.SelectShape = 2;
-    fImage* doc = makeDocument(host, solid(8, 6, 0, 0, 0));
+    fImage* doc = makeDocument(host, solidBits(8, 6, 0, 0, 0));
     doc->Region().CreateRect(6, 0, 8, 2, cBitRegion::ModeUnion, true);
     hover(doc, QPoint(1, 1));
     press(doc, QPoint(1, 1));
@@ -573,13 +531,9 @@ TEST(SelectTool, FreeHandAddsThePixelsPassedOver) {
     useTool("Select");
     Settings.SelectMode = 2;
     Settings.SelectShape = 3;
-    fImage* doc = makeDocument(host, solid(6, 4, 0, 0, 0));
-    hover(doc, QPoint(1, 1));
-    press(doc, QPoint(1, 1));
-    drag(doc, QPoint(2, 1));
-    drag(doc, QPoint(2, 2));
-    drag(doc, QPoint(9, 2)); // outside: cut away
-    release(doc, QPoint(9, 2));
+    fImage* doc = makeDocument(host, solidBits(6, 4, 0, 0, 0));
+    // The last point is outside: cut away.
+    stroke(doc, {QPoint(1, 1), QPoint(2, 1), QPoint(2, 2), QPoint(9, 2)});
     EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{1, 1, 3, 2}, {2, 2, 3, 3}}));
 }
 
@@ -589,10 +543,7 @@ TEST(SelectionMoveTool, SelectionOnlyMovesTheRegionAndCropsAtTheRelease) {
     Settings.SelectMove = kTrue16;
     fImage* doc = makeDocument(host, numbered(6, 6));
     doc->Region().CreateRect(1, 1, 3, 3, cBitRegion::ModeUnion, true);
-    hover(doc, QPoint(0, 0));
-    press(doc, QPoint(0, 0)); // outside the selection: nothing moves
-    drag(doc, QPoint(1, 0));
-    release(doc, QPoint(1, 0));
+    stroke(doc, {QPoint(0, 0), QPoint(1, 0)}); // pressed outside the selection: nothing moves
     EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{1, 1, 3, 3}}));
 
     hover(doc, QPoint(1, 1));
@@ -661,7 +612,7 @@ TEST(SelectionMoveTool, ContentMoveBlendsWithThePressureAndSkipsOutsideTheSelect
     useTool("SelectionMove");
     Settings.SelectMove = kFalse16;
     Settings.SelectPressure = 50;
-    Bits image = solid(4, 3, 0, 0, 0);
+    Bits image = solidBits(4, 3, 0, 0, 0);
     image(0, 0, 0) = 200; // blue 200 at (0, 0), (1, 0) stays black
     fImage* doc = makeDocument(host, image);
     // An L of three pixels: (0, 0), (0, 1), (1, 1); (1, 0) is in the box but not selected.
@@ -681,7 +632,7 @@ TEST(SelectionMoveTool, ContentMoveBlendsWithThePressureAndSkipsOutsideTheSelect
 
 // A 2 x 2 clip of white, its bottom right pixel masked out (channel 3 of 255).
 Bits clip() {
-    Bits c = solid(2, 2, 255, 255, 255);
+    Bits c = solidBits(2, 2, 255, 255, 255);
     c(0, 1, 1) = c(1, 1, 1) = c(2, 1, 1) = 0;
     c(3, 1, 1) = 255;
     return c;
@@ -692,7 +643,7 @@ TEST(PasteTool, PasteFollowsTheMouseAndALeftClickFixesItAsOneStep) {
     useTool("Brush"); // the brush stays out of it while the paste is pending
     Settings.SelectPressure = 100;
     Settings.PasteMode = 0;
-    fImage* doc = makeDocument(host, solid(6, 6, 0, 0, 0));
+    fImage* doc = makeDocument(host, solidBits(6, 6, 0, 0, 0));
     host.ClipBuffer = clip();
     host.PendingPaste = true;
     host.ActionLabel = "Paste";
@@ -727,7 +678,7 @@ TEST(PasteTool, RightClickCancelsThePaste) {
     useTool("Select");
     Settings.PasteMode = -1; // the paste panel's own pressure
     Settings.PastePressure = 50;
-    fImage* doc = makeDocument(host, solid(5, 5, 0, 0, 0));
+    fImage* doc = makeDocument(host, solidBits(5, 5, 0, 0, 0));
     host.ClipBuffer = clip();
     host.PendingPaste = true;
     hover(doc, QPoint(2, 2));
@@ -735,7 +686,7 @@ TEST(PasteTool, RightClickCancelsThePaste) {
     press(doc, QPoint(2, 2), Qt::RightButton);
     release(doc, QPoint(2, 2), Qt::RightButton);
     EXPECT_FALSE(host.PendingPaste);
-    EXPECT_EQ(doc->bits(), solid(5, 5, 0, 0, 0));
+    EXPECT_EQ(doc->bits(), solidBits(5, 5, 0, 0, 0));
     EXPECT_EQ(doc->HistoryPosition(), 1);
     EXPECT_TRUE(doc->Region().IsEmptyRegion()); // the select tool did nothing
 }
@@ -744,7 +695,7 @@ TEST(PasteTool, SpaceFixesThePasteAndItGoesOnFollowing) {
     FakeHost host;
     useTool("GetColor");
     Settings.SelectPressure = 100;
-    fImage* doc = makeDocument(host, solid(6, 6, 0, 0, 0));
+    fImage* doc = makeDocument(host, solidBits(6, 6, 0, 0, 0));
     host.ClipBuffer = clip();
     host.PendingPaste = true;
     host.ActionLabel = "Paste";
@@ -785,9 +736,9 @@ TEST(ToolKeys, SpaceWithTheTextToolStampsAgain) {
     Settings.TextPressure = 100;
     Settings.ColorPrimary = 0xFFFFFF;
     // A one-pixel black mask: weight 1, the colour itself.
-    host.TextBits = solid(1, 1, 0, 0, 0);
+    host.TextBits = solidBits(1, 1, 0, 0, 0);
     host.ActionLabel = "Text";
-    fImage* doc = makeDocument(host, solid(4, 4, 0, 0, 0));
+    fImage* doc = makeDocument(host, solidBits(4, 4, 0, 0, 0));
     // Hot spot: half the size plus one, (1, 1): the mask lands up and left of the mouse.
     hover(doc, QPoint(2, 2));
     press(doc, QPoint(2, 2));
@@ -807,12 +758,7 @@ TEST(ToolKeys, SpaceWithTheTextToolStampsAgain) {
 TEST(ToolScroll, HandScrollingMovesTheBarsAndPaintsOn) {
     FakeHost host;
     useTool("Pencil");
-    auto* doc = new fImage;
-    host.AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    const int tabH = doc->findChild<QTabBar*>("tabViews")->sizeHint().height();
-    doc->resize(60, 60 + tabH);
-    doc->PBits(solid(200, 200, 0, 0, 0));
+    fImage* doc = test::makeDocument(host, solidBits(200, 200, 0, 0, 0), 60, 60);
     doc->Form_Activate();
     doc->SetMouseScroll(true);
     doc->Scroll(50, 50);

@@ -186,13 +186,9 @@ void fCanvas::placePicture() {
     lblPosition->setText(QStringLiteral("Position: %1, %2").arg(left_).arg(top_));
 }
 
+// A size that passes the check is one the preview has taken: the offsets belong to it.
 void fCanvas::cmdOK_Click() {
-    int32_t w = 0, h = 0;
-    if (!CheckSizeFields(this, txtW->text(), txtH->text(), w, h)) return;
-    // A size that passes the check is one the preview has taken: the offsets belong to it.
-    newW_ = w;
-    newH_ = h;
-    accept();
+    if (CheckSizeFields(this, txtW->text(), txtH->text(), newW_, newH_)) accept();
 }
 
 } // namespace ostrivex

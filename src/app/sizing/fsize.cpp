@@ -97,11 +97,7 @@ void fSize::cbPreDef_Click(int index) {
 }
 
 void fSize::cmdOK_Click() {
-    int32_t w = 0, h = 0;
-    if (!CheckSizeFields(this, txtW->text(), txtH->text(), w, h)) return;
-    newW_ = w;
-    newH_ = h;
-    accept();
+    if (CheckSizeFields(this, txtW->text(), txtH->text(), newW_, newH_)) accept();
 }
 
 } // namespace ostrivex

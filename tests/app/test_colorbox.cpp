@@ -22,22 +22,18 @@ using ostrivex::testing::FreshHome;
 
 namespace {
 
-class ColorBoxTest : public FreshHome {
+class ColorBoxTest : public ostrivex::testing::WithMainWindow {
   protected:
     void SetUp() override {
-        FreshHome::SetUp();
-        SetDefaultSettings(Settings, AppFolder());
-        main_ = std::make_unique<fMain>();
+        WithMainWindow::SetUp();
         box_ = main_->colorBox();
     }
-    void TearDown() override { main_.reset(); }
 
     QColor sampleColour() const { return box_->sample()->palette().color(QPalette::Window); }
     std::array<int, 3> sliders() const {
         return {box_->slider(0)->value(), box_->slider(1)->value(), box_->slider(2)->value()};
     }
 
-    std::unique_ptr<fMain> main_;
     fToolColor* box_ = nullptr;
 };
 

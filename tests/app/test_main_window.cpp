@@ -421,10 +421,15 @@ TEST_F(MainWindowTest, TileAndCascadeArrangeTheDocuments) {
 }
 
 TEST_F(MainWindowTest, SelectionCommandsLimitTheFilters) {
-    fImage* doc = OpenDocument(*main_, test::makeBits(3, 2,
-                                                      {{10, 20, 30}, {40, 50, 60}, {70, 80, 90},
-                                                       {100, 110, 120}, {130, 140, 150},
-                                                       {160, 170, 180}}));
+    // Blue, green, red of a 3 x 2 image.
+    const Bits pixels = test::makeBits(3, 2,
+                                       {{10, 20, 30},
+                                        {40, 50, 60},
+                                        {70, 80, 90},
+                                        {100, 110, 120},
+                                        {130, 140, 150},
+                                        {160, 170, 180}});
+    fImage* doc = OpenDocument(*main_, pixels);
     const auto saveName = DocumentDialogs::AskSaveName;
     const auto openName = DocumentDialogs::AskOpenName;
     struct Restore {

@@ -29,7 +29,9 @@ namespace {
 using test::FakeHost;
 
 // Pixel (x, y) has blue 10x + y + 1, green 2, red 3 and channel 3 = 9.
-Bits numbered(int w, int h) { return test::numbered(w, h, 9); }
+Bits numbered(int w, int h) {
+    return test::numbered(w, h, 9);
+}
 
 fImage* makeDocument(FakeHost& host, Bits pixels) {
     auto* doc = new fImage;

@@ -23,12 +23,13 @@ using test::makeDocument;
 
 // Pixel (x, y): blue 10x + y + 1, green 2, red 3; channel 3 holds 9 (a marker the canvas
 // must not show).
-Bits numbered(int w, int h) { return test::numbered(w, h, 9); }
+Bits numbered(int w, int h) {
+    return test::numbered(w, h, 9);
+}
 
 uint32_t shown(int x, int y) {
     return 0xFF000000u | 3u << 16 | 2u << 8 | uint8_t(10 * x + y + 1);
 }
-
 
 TEST(fImage, PlanStretchArithmetic) {
     // Scrolled by 5 and 7 device pixels at zoom 3 on a 200 x 150 canvas: the first image

@@ -95,11 +95,14 @@ void release(fImage* doc, QPoint pos, Qt::MouseButton b = Qt::LeftButton) {
 void stroke(fImage* doc, std::initializer_list<QPoint> points) {
     hover(doc, *points.begin());
     press(doc, *points.begin());
-    for (auto p = points.begin() + 1; p != points.end(); ++p) drag(doc, *p);
+    for (auto p = points.begin() + 1; p != points.end(); ++p)
+        drag(doc, *p);
     release(doc, *(points.end() - 1));
 }
 // A left click: a stroke of one point.
-void click(fImage* doc, QPoint pos) { stroke(doc, {pos}); }
+void click(fImage* doc, QPoint pos) {
+    stroke(doc, {pos});
+}
 void key(fImage* doc, int k) {
     QKeyEvent down(QEvent::KeyPress, k, Qt::NoModifier);
     QCoreApplication::sendEvent(doc->Canvas(), &down);

@@ -1,10 +1,12 @@
 #include "app/shell/options.h"
 
+#include "app/colour/pickcolour.h"
+#include "app/panels/updown.h"
+
 #include "app/settings/settings.h"
 
 #include <QButtonGroup>
 #include <QCheckBox>
-#include <QColorDialog>
 #include <QFrame>
 #include <QGridLayout>
 #include <QGroupBox>
@@ -28,21 +30,6 @@ namespace {
 
 QColor fromBgr(int c) {
     return QColor(c & 0xFF, (c >> 8) & 0xFF, (c >> 16) & 0xFF);
-}
-int toBgr(const QColor& q) {
-    return q.red() | (q.green() << 8) | (q.blue() << 16);
-}
-
-// A classic up-down control: a short vertical scroll bar whose upper arrow counts up.
-QScrollBar* makeUpDown(QWidget* parent, int min, int max) {
-    auto* s = new QScrollBar(Qt::Vertical, parent);
-    s->setRange(min, max);
-    s->setSingleStep(1);
-    s->setPageStep(1);
-    s->setInvertedAppearance(true);
-    s->setInvertedControls(true);
-    s->setFixedHeight(24);
-    return s;
 }
 
 // A text box bound to an up-down control: any change of the text moves the control, and
@@ -74,8 +61,8 @@ fOptions::fOptions(QWidget* parent) : QDialog(parent) {
         t->setValidator(new QIntValidator(0, 9999, t));
         t->setMaximumWidth(60);
     }
-    WWS = makeUpDown(this, kMinSide, kMaxSide);
-    HHS = makeUpDown(this, kMinSide, kMaxSide);
+    WWS = MakeUpDown(this, kMinSide, kMaxSide);
+    HHS = MakeUpDown(this, kMinSide, kMaxSide);
 
     optNormal = new QRadioButton(QStringLiteral("Normal"), this);
     optResample = new QRadioButton(QStringLiteral("Resample"), this);
@@ -182,9 +169,9 @@ void fOptions::setWorkspaceColor(int bgr) {
 }
 
 void fOptions::pickColour() {
-    const QColor c = QColorDialog::getColor(fromBgr(workspaceColor_), this,
-                                            QStringLiteral("Workspace Background"));
-    if (c.isValid()) setWorkspaceColor(toBgr(c));
+    int32_t colour = workspaceColor_;
+    if (PickColour(this, colour, QStringLiteral("Workspace Background")))
+        setWorkspaceColor(colour);
 }
 
 QPixmap fOptions::samplePicture(int width, int height, bool resample) {

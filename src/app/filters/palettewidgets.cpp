@@ -1,6 +1,7 @@
 #include "app/filters/palettewidgets.h"
 
-#include <QColorDialog>
+#include "app/colour/pickcolour.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 
@@ -65,8 +66,8 @@ void PaletteSwatch::mouseDoubleClickEvent(QMouseEvent* e) {
 
 void PaletteSwatch::mousePressEvent(QMouseEvent* e) {
     if (e->button() != Qt::RightButton) return;
-    const QColor c = QColorDialog::getColor(colour_, this);
-    if (c.isValid()) setColour(c);
+    int32_t colour = QRgbToBgr(colour_.rgb());
+    if (PickColour(this, colour)) setColour(QColor::fromRgb(BgrToQRgb(colour)));
 }
 
 } // namespace ostrivex

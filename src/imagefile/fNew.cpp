@@ -154,7 +154,14 @@ void fNew::showWell() {
                           .arg(colourB(wellColour_)));
 }
 
+std::function<bool(QWidget*, int32_t&)> fNew::ChooseColour;
+
 void fNew::pickColour() {
+    if (ChooseColour) {
+        int32_t colour = int32_t(wellColour_);
+        if (ChooseColour(this, colour)) SetWellColour(uint32_t(colour) & 0xFFFFFFu);
+        return;
+    }
     const QColor start(colourR(wellColour_), colourG(wellColour_), colourB(wellColour_));
     const QColor c = QColorDialog::getColor(start, this);
     if (c.isValid())

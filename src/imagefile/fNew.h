@@ -44,6 +44,11 @@ class fNew : public QDialog {
     // colour in the well's picker does.
     void SetWellColour(uint32_t colour);
 
+    // The colour chooser of the well: takes the colour (0x00BBGGRR), returns true with the
+    // chosen one written back. The program installs its own chooser at start; unset, the
+    // platform's colour dialog opens.
+    static std::function<bool(QWidget*, int32_t&)> ChooseColour;
+
     // Where the "Minimum size: 2 x 2" box goes; a message box titled "Ostrivex" unless
     // replaced (tests replace it).
     std::function<void(const QString&)> ShowMessage;

@@ -9,6 +9,7 @@
 // which keeps the source byte.
 #include "pixel/bitfilter.h"
 #include "pixel/tone_kernels.h"
+#include "pixel/tone_wide.h"
 #include "pixel/vbmath.h"
 
 #include <algorithm>
@@ -242,6 +243,7 @@ Bits cBitFilter::Invert() {
 
 Bits cBitFilter::GreyScale() {
     // v = round(B * 0.071 + G * 0.707 + R * 0.222) on all three channels.
+    if (hasWideKernels()) return pointFilter(greyWide);
     return pointFilter([](const uint8_t* s, uint8_t* p, int32_t n) {
         uint32_t grey[kLumChunk];
         for (int32_t start = 0; start < n; start += kLumChunk) {
@@ -270,6 +272,9 @@ Bits cBitFilter::Threshold(int32_t cut) {
 
 Bits cBitFilter::SATURATION(int32_t level) {
     const float f = float(level / 100.0);
+    if (hasWideKernels())
+        return pointFilter(
+            [&](const uint8_t* s, uint8_t* p, int32_t n) { saturationWide(s, p, n, f); });
     // The new channel depends on the channel and on the pixel's mean a only: a table of
     // 256 means by 256 channel values.
     std::vector<uint8_t> table(256 * 256);
@@ -335,6 +340,9 @@ Bits cBitFilter::Contrast(int32_t level) {
 
     // Then each pixel's b, g, r = M[B], M[G], M[R], and while any of them lies outside
     // 0..255 the overflow is spread over the other two so that the hue holds (spillRound).
+    if (hasWideKernels())
+        return pointFilter(
+            [&](const uint8_t* s, uint8_t* p, int32_t n) { contrastWide(s, p, n, mean, f, m.data()); });
     return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; i += kSpillGroup)
             contrastGroup(s + 4 * i, p + 4 * i, std::min(kSpillGroup, n - i), m.data());
@@ -349,11 +357,15 @@ Bits cBitFilter::Equalize() {
     // each other's increment.
     std::array<std::array<int64_t, 256>, 4> parts{};
     uint32_t lum[kLumChunk];
+    const bool wide = hasWideKernels();
     for (int32_t y = 0; y < h; ++y) {
         const uint8_t* p = buffer_.row(y);
         for (int32_t start = 0; start < w; start += kLumChunk) {
             const int32_t m = std::min(kLumChunk, w - start);
-            weightedRound<113, 586, 301>(p + 4 * start, m, lum);
+            if (wide)
+                equalizeLumWide(p + 4 * start, m, lum);
+            else
+                weightedRound<113, 586, 301>(p + 4 * start, m, lum);
             for (int32_t i = 0; i < m; ++i)
                 ++parts[size_t(i & 3)][lum[i]];
         }

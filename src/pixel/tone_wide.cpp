@@ -1,0 +1,353 @@
+// AVX2 kernels of the tone filters (see tone_wide.h). Each function carries its own
+// target attribute, so the rest of the library stays plain x86-64 and these run only
+// after the processor has been asked.
+#include "pixel/tone_wide.h"
+
+#include "pixel/pixelword.h"
+#include "pixel/vbmath.h"
+
+#include <initializer_list>
+
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
+namespace ostrivex::tone {
+
+#if defined(__x86_64__)
+
+namespace {
+
+#define OSTRIVEX_AVX2 __attribute__((target("avx2,fma,popcnt")))
+
+constexpr uint32_t kMarker = 0xFF000000u;
+
+// round(B * KB / 1000 + G * KG / 1000 + R * KR / 1000) of one pixel, summed in double in
+// that order: the rule itself, for the ties of the fast test below. Kept out of line, so
+// that it is compiled for the plain processor: inside an FMA function the compiler would
+// fuse a product into the sum and round once less than the rule does.
+template <int32_t KB, int32_t KG, int32_t KR>
+__attribute__((noinline)) uint32_t weightedExact(uint32_t v) {
+    const int32_t b = int32_t(v & 255u), g = int32_t((v >> 8) & 255u),
+                  r = int32_t((v >> 16) & 255u);
+    return uint32_t(vbRound(b * (KB / 1000.0) + g * (KG / 1000.0) + r * (KR / 1000.0)));
+}
+
+// The weighted sums of eight pixels as q = (S + 500) \ 1000 with S = KB B + KG G + KR R,
+// by a single-precision product (exact below 2^24, and a quotient that is not a tie stays
+// 0.001 away from an integer, far more than the product's error). ties gets the lanes
+// where S ends in 500: there the double sum of the rule decides, not the exact quotient.
+template <int32_t KB, int32_t KG, int32_t KR>
+OSTRIVEX_AVX2 inline __m256i weighted8(__m256i v, int& ties) {
+    const __m256i byte = _mm256_set1_epi32(255);
+    const __m256i b = _mm256_and_si256(v, byte);
+    const __m256i g = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
+    const __m256i r = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
+    __m256i sum = _mm256_add_epi32(_mm256_mullo_epi32(b, _mm256_set1_epi32(KB)),
+                                   _mm256_mullo_epi32(g, _mm256_set1_epi32(KG)));
+    sum = _mm256_add_epi32(sum, _mm256_mullo_epi32(r, _mm256_set1_epi32(KR)));
+    sum = _mm256_add_epi32(sum, _mm256_set1_epi32(500));
+    const __m256i q =
+        _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(sum), _mm256_set1_ps(0.001f)));
+    const __m256i back = _mm256_mullo_epi32(q, _mm256_set1_epi32(1000));
+    ties = _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_cmpeq_epi32(back, sum)));
+    return q;
+}
+
+// The truncated mean (B + G + R) \ 3 of eight pixels: s * 43691 / 2^17 equals s \ 3 for
+// every s up to 765 (43691 * 3 = 2^17 + 1, so the error stays under 1/3 / 255).
+OSTRIVEX_AVX2 inline __m256i mean8(__m256i v) {
+    const __m256i byte = _mm256_set1_epi32(255);
+    const __m256i sum = _mm256_add_epi32(
+        _mm256_add_epi32(_mm256_and_si256(v, byte), _mm256_and_si256(_mm256_srli_epi32(v, 8), byte)),
+        _mm256_and_si256(_mm256_srli_epi32(v, 16), byte));
+    return _mm256_srli_epi32(_mm256_mullo_epi32(sum, _mm256_set1_epi32(43691)), 17);
+}
+
+// Contrast's spill of one channel: c \ 2 below 0, (c - 255) \ 2 above 255, else 0.
+OSTRIVEX_AVX2 inline __m256i spill8(__m256i c) {
+    const __m256i under = _mm256_srai_epi32(_mm256_add_epi32(c, _mm256_srli_epi32(c, 31)), 1);
+    const __m256i over = _mm256_srai_epi32(_mm256_sub_epi32(c, _mm256_set1_epi32(255)), 1);
+    const __m256i negative = _mm256_cmpgt_epi32(_mm256_setzero_si256(), c);
+    const __m256i large = _mm256_cmpgt_epi32(c, _mm256_set1_epi32(255));
+    return _mm256_or_si256(_mm256_and_si256(negative, under), _mm256_and_si256(large, over));
+}
+
+OSTRIVEX_AVX2 inline __m256i limit8(__m256i c) {
+    return _mm256_min_epi32(_mm256_max_epi32(c, _mm256_setzero_si256()), _mm256_set1_epi32(255));
+}
+
+// One spill round on eight pixels; a pixel already inside 0..255 comes out unchanged.
+OSTRIVEX_AVX2 inline void spillRound8(__m256i& b, __m256i& g, __m256i& r) {
+    // None above 0: all turn 0.
+    const __m256i one = _mm256_set1_epi32(1);
+    const __m256i low = _mm256_and_si256(
+        _mm256_and_si256(_mm256_cmpgt_epi32(one, b), _mm256_cmpgt_epi32(one, g)),
+        _mm256_cmpgt_epi32(one, r));
+    b = _mm256_andnot_si256(low, b);
+    g = _mm256_andnot_si256(low, g);
+    r = _mm256_andnot_si256(low, r);
+    // None below 255: all turn 255.
+    const __m256i top = _mm256_set1_epi32(254);
+    const __m256i white = _mm256_set1_epi32(255);
+    const __m256i high = _mm256_and_si256(
+        _mm256_and_si256(_mm256_cmpgt_epi32(b, top), _mm256_cmpgt_epi32(g, top)),
+        _mm256_cmpgt_epi32(r, top));
+    b = _mm256_blendv_epi8(b, white, high);
+    g = _mm256_blendv_epi8(g, white, high);
+    r = _mm256_blendv_epi8(r, white, high);
+    // Blue, then green, then red spill into the other two.
+    const __m256i sb = spill8(b);
+    g = _mm256_add_epi32(g, sb);
+    r = _mm256_add_epi32(r, sb);
+    b = limit8(b);
+    const __m256i sg = spill8(g);
+    b = _mm256_add_epi32(b, sg);
+    r = _mm256_add_epi32(r, sg);
+    g = limit8(g);
+    const __m256i sr = spill8(r);
+    g = _mm256_add_epi32(g, sr);
+    b = _mm256_add_epi32(b, sr);
+    r = limit8(r);
+}
+
+// Lanes with a channel outside 0..255 (such a value has a bit above the low byte).
+OSTRIVEX_AVX2 inline int outside8(__m256i b, __m256i g, __m256i r) {
+    const __m256i any = _mm256_or_si256(_mm256_or_si256(b, g), r);
+    const __m256i fine =
+        _mm256_cmpeq_epi32(_mm256_and_si256(any, _mm256_set1_epi32(~255)), _mm256_setzero_si256());
+    return ~_mm256_movemask_ps(_mm256_castsi256_ps(fine)) & 0xFF;
+}
+
+OSTRIVEX_AVX2 inline __m256i pack8(__m256i v, __m256i b, __m256i g, __m256i r) {
+    const __m256i marker = _mm256_and_si256(v, _mm256_set1_epi32(int(kMarker)));
+    return _mm256_or_si256(
+        _mm256_or_si256(marker, b),
+        _mm256_or_si256(_mm256_slli_epi32(g, 8), _mm256_slli_epi32(r, 16)));
+}
+
+inline int32_t spillOf(int32_t c) {
+    return c < 0 ? c / 2 : (c > 255 ? (c - 255) / 2 : 0);
+}
+inline int32_t limitByte(int32_t c) {
+    return c < 0 ? 0 : (c > 255 ? 255 : c);
+}
+
+// The spill loop of one pixel, for the tail of a run.
+uint32_t contrastPixel(uint32_t v, const int32_t* m) {
+    int32_t b = m[v & 255u], g = m[(v >> 8) & 255u], r = m[(v >> 16) & 255u];
+    while (uint32_t(b | g | r) > 255u) {
+        if (b <= 0 && g <= 0 && r <= 0) b = g = r = 0;
+        if (b >= 255 && g >= 255 && r >= 255) b = g = r = 255;
+        const int32_t sb = spillOf(b);
+        g += sb;
+        r += sb;
+        b = limitByte(b);
+        const int32_t sg = spillOf(g);
+        b += sg;
+        r += sg;
+        g = limitByte(g);
+        const int32_t sr = spillOf(r);
+        g += sr;
+        b += sr;
+        r = limitByte(r);
+    }
+    return (v & kMarker) | uint32_t(b) | uint32_t(g) << 8 | uint32_t(r) << 16;
+}
+
+// Pixels that are still outside after the first round wait here for the rest of their
+// rounds, eight at a time; the others are written at once. So the rounds a group of eight
+// takes are set by its slowest pixel among the few slow ones only. Room for 16: a block
+// of eight joins before the first eight leave.
+struct SpillQueue {
+    alignas(32) int32_t b[16], g[16], r[16], at[16]; // at: pixel index in the run
+    int32_t count = 0;
+};
+
+// For each 8-bit mask, the lanes of its set bits in order (the rest 0): the permutation
+// that packs a vector's chosen lanes to its front.
+struct PackOrder {
+    alignas(32) int32_t lanes[256][8] = {};
+    PackOrder() {
+        for (int mask = 0; mask < 256; ++mask) {
+            int k = 0;
+            for (int lane = 0; lane < 8; ++lane)
+                if (mask >> lane & 1) lanes[mask][k++] = lane;
+        }
+    }
+};
+const PackOrder kPackOrder;
+
+// Rounds the first eight waiting pixels (lanes past count hold black, which no round
+// changes) until they are inside, writes them and moves the rest up.
+OSTRIVEX_AVX2 void settleQueue(SpillQueue& q, const uint8_t* s, uint8_t* p) {
+    for (int32_t i = q.count; i < 8; ++i) q.b[i] = q.g[i] = q.r[i] = 0;
+    __m256i b = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.b));
+    __m256i g = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.g));
+    __m256i r = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.r));
+    do spillRound8(b, g, r);
+    while (outside8(b, g, r));
+    const __m256i colour =
+        _mm256_or_si256(b, _mm256_or_si256(_mm256_slli_epi32(g, 8), _mm256_slli_epi32(r, 16)));
+    alignas(32) uint32_t done[8];
+    _mm256_store_si256(reinterpret_cast<__m256i*>(done), colour);
+    const int32_t n = q.count < 8 ? q.count : 8;
+    for (int32_t i = 0; i < n; ++i) {
+        const int32_t k = q.at[i];
+        store32(p + 4 * k, (load32(s + 4 * k) & kMarker) | done[i]);
+    }
+    // The waiting ones past the first eight move to the front.
+    for (int32_t* a : {q.b, q.g, q.r, q.at})
+        _mm256_store_si256(reinterpret_cast<__m256i*>(a),
+                           _mm256_load_si256(reinterpret_cast<const __m256i*>(a + 8)));
+    q.count = q.count > 8 ? q.count - 8 : 0;
+}
+
+} // namespace
+
+bool hasWideKernels() {
+    static const bool yes = [] {
+        __builtin_cpu_init();
+        return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") &&
+               __builtin_cpu_supports("popcnt");
+    }();
+    return yes;
+}
+
+OSTRIVEX_AVX2 void greyWide(const uint8_t* s, uint8_t* p, int32_t n) {
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+        int ties;
+        const __m256i q = weighted8<71, 707, 222>(v, ties);
+        const __m256i grey = _mm256_mullo_epi32(q, _mm256_set1_epi32(0x010101));
+        const __m256i out =
+            _mm256_or_si256(_mm256_and_si256(v, _mm256_set1_epi32(int(kMarker))), grey);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), out);
+        while (ties) {
+            const int k = i + __builtin_ctz(unsigned(ties));
+            ties &= ties - 1;
+            const uint32_t px = load32(s + 4 * k);
+            store32(p + 4 * k, (px & kMarker) | weightedExact<71, 707, 222>(px) * 0x010101u);
+        }
+    }
+    for (; i < n; ++i) {
+        const uint32_t px = load32(s + 4 * i);
+        store32(p + 4 * i, (px & kMarker) | weightedExact<71, 707, 222>(px) * 0x010101u);
+    }
+}
+
+OSTRIVEX_AVX2 void equalizeLumWide(const uint8_t* s, int32_t n, uint32_t* out) {
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+        int ties;
+        const __m256i q = weighted8<113, 586, 301>(v, ties);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i), q);
+        while (ties) {
+            const int k = i + __builtin_ctz(unsigned(ties));
+            ties &= ties - 1;
+            out[k] = weightedExact<113, 586, 301>(load32(s + 4 * k));
+        }
+    }
+    for (; i < n; ++i) out[i] = weightedExact<113, 586, 301>(load32(s + 4 * i));
+}
+
+// clamp(round(c + f * (c - a))) of four channel values.
+OSTRIVEX_AVX2 inline __m128i saturate4(__m128i c, __m128i a, __m256d factor) {
+    const __m256d moved =
+        _mm256_fmadd_pd(factor, _mm256_cvtepi32_pd(_mm_sub_epi32(c, a)), _mm256_cvtepi32_pd(c));
+    const __m128i x = _mm256_cvtpd_epi32(moved);
+    return _mm_min_epi32(_mm_max_epi32(x, _mm_setzero_si128()), _mm_set1_epi32(255));
+}
+
+OSTRIVEX_AVX2 void saturationWide(const uint8_t* s, uint8_t* p, int32_t n, float f) {
+    // Four pixels at a time in double: c + f * (c - a) is exact there (a 24-bit factor
+    // times a 9-bit difference plus a byte), so the one conversion, which rounds to
+    // nearest with ties to even, gives round() of the rule; then the clamp.
+    const __m128i byte = _mm_set1_epi32(255);
+    const __m256d factor = _mm256_set1_pd(double(f));
+    int32_t i = 0;
+    for (; i + 4 <= n; i += 4) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 4 * i));
+        const __m128i b = _mm_and_si128(v, byte);
+        const __m128i g = _mm_and_si128(_mm_srli_epi32(v, 8), byte);
+        const __m128i r = _mm_and_si128(_mm_srli_epi32(v, 16), byte);
+        const __m128i sum = _mm_add_epi32(_mm_add_epi32(b, g), r);
+        const __m128i a = _mm_srli_epi32(_mm_mullo_epi32(sum, _mm_set1_epi32(43691)), 17);
+        const __m128i out = _mm_or_si128(
+            _mm_or_si128(_mm_and_si128(v, _mm_set1_epi32(int(kMarker))), saturate4(b, a, factor)),
+            _mm_or_si128(_mm_slli_epi32(saturate4(g, a, factor), 8),
+                         _mm_slli_epi32(saturate4(r, a, factor), 16)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 4 * i), out);
+    }
+    for (; i < n; ++i) {
+        const uint32_t v = load32(s + 4 * i);
+        const int32_t b = int32_t(v & 255u), g = int32_t((v >> 8) & 255u),
+                      r = int32_t((v >> 16) & 255u);
+        const int32_t a = (b + g + r) / 3;
+        auto channel = [&](int32_t c) { return uint32_t(clampByte(vbRound(c + double(f) * (c - a)))); };
+        store32(p + 4 * i, (v & kMarker) | channel(b) | channel(g) << 8 | channel(r) << 16);
+    }
+}
+
+// Contrast's table entry round((c - mean) * f + mean) of eight channel values, worked
+// out instead of looked up: in double the product of the single f and a 9-bit difference
+// is exact, and so is the sum, so the one conversion (to nearest, ties to even) is the
+// rule's rounding.
+OSTRIVEX_AVX2 inline __m256i stretch8(__m256i c, __m256i mean, __m256d factor) {
+    const __m256i d = _mm256_sub_epi32(c, mean);
+    const __m256d base = _mm256_cvtepi32_pd(_mm256_castsi256_si128(mean));
+    const __m128i lo = _mm256_cvtpd_epi32(
+        _mm256_fmadd_pd(_mm256_cvtepi32_pd(_mm256_castsi256_si128(d)), factor, base));
+    const __m128i hi = _mm256_cvtpd_epi32(
+        _mm256_fmadd_pd(_mm256_cvtepi32_pd(_mm256_extracti128_si256(d, 1)), factor, base));
+    return _mm256_inserti128_si256(_mm256_castsi128_si256(lo), hi, 1);
+}
+
+OSTRIVEX_AVX2 void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, int32_t meanValue,
+                                float f, const int32_t* m) {
+    const __m256i byte = _mm256_set1_epi32(255);
+    const __m256i mean = _mm256_set1_epi32(meanValue);
+    const __m256d factor = _mm256_set1_pd(double(f));
+    SpillQueue queue;
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+        __m256i b = stretch8(_mm256_and_si256(v, byte), mean, factor);
+        __m256i g = stretch8(_mm256_and_si256(_mm256_srli_epi32(v, 8), byte), mean, factor);
+        __m256i r = stretch8(_mm256_and_si256(_mm256_srli_epi32(v, 16), byte), mean, factor);
+        // A pixel inside 0..255 comes through a round unchanged: no test first.
+        spillRound8(b, g, r);
+        const int outside = outside8(b, g, r);
+        // Lanes still outside are written again once their queue group has settled.
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), pack8(v, b, g, r));
+        if (!outside) continue;
+        const __m256i order =
+            _mm256_load_si256(reinterpret_cast<const __m256i*>(kPackOrder.lanes[outside]));
+        const __m256i at = _mm256_add_epi32(_mm256_set1_epi32(i), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+        const int32_t c = queue.count;
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(queue.b + c), _mm256_permutevar8x32_epi32(b, order));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(queue.g + c), _mm256_permutevar8x32_epi32(g, order));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(queue.r + c), _mm256_permutevar8x32_epi32(r, order));
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(queue.at + c), _mm256_permutevar8x32_epi32(at, order));
+        queue.count = c + __builtin_popcount(unsigned(outside));
+        if (queue.count >= 8) settleQueue(queue, s, p);
+    }
+    while (queue.count > 0) settleQueue(queue, s, p);
+    for (; i < n; ++i) store32(p + 4 * i, contrastPixel(load32(s + 4 * i), m));
+}
+
+#undef OSTRIVEX_AVX2
+
+#else // not x86-64: no wide kernels; the callers keep their plain loops.
+
+bool hasWideKernels() { return false; }
+void greyWide(const uint8_t*, uint8_t*, int32_t) {}
+void equalizeLumWide(const uint8_t*, int32_t, uint32_t*) {}
+void saturationWide(const uint8_t*, uint8_t*, int32_t, float) {}
+void contrastWide(const uint8_t*, uint8_t*, int32_t, int32_t, float, const int32_t*) {}
+
+#endif
+
+} // namespace ostrivex::tone

@@ -1,0 +1,32 @@
+// Eight-pixel-wide kernels of the tone filters for processors with AVX2 and FMA, chosen at run
+// time. Each kernel does the whole run it is given, vector part and tail, and gives the
+// very bytes of the plain per-pixel loops in tone.cpp; where the processor lacks AVX2 the
+// `has...` test is false and the callers keep their plain loops.
+#pragma once
+
+#include <cstdint>
+
+namespace ostrivex::tone {
+
+// Whether the kernels below may be called.
+bool hasWideKernels();
+
+// GreyScale over n pixels: v = round(B * 0.071 + G * 0.707 + R * 0.222) on all three
+// channels, channel 3 carried over.
+void greyWide(const uint8_t* s, uint8_t* p, int32_t n);
+
+// The luminance of Equalize, round(B * 0.113 + G * 0.586 + R * 0.301), of n pixels into
+// out.
+void equalizeLumWide(const uint8_t* s, int32_t n, uint32_t* out);
+
+// SATURATION over n pixels: with a the truncated mean of the pixel's three channels, each
+// channel c becomes clamp(round(c + f * (c - a))).
+void saturationWide(const uint8_t* s, uint8_t* p, int32_t n, float f);
+
+// Contrast over n pixels: b, g, r = m[B], m[G], m[R], then the spill rounds until all
+// three lie inside 0..255. m is the table round((i - mean) * f + mean); the kernel works
+// its entries out from mean and f where that is quicker than a lookup.
+void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, int32_t mean, float f,
+                  const int32_t* m);
+
+} // namespace ostrivex::tone

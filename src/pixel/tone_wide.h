@@ -29,4 +29,16 @@ void saturationWide(const uint8_t* s, uint8_t* p, int32_t n, float f);
 void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, int32_t mean, float f,
                   const int32_t* m);
 
+// The tables of ClassyColors: formulas of two bytes x and y at x * 256 + y, each with 3
+// readable bytes past its 65536 entries (the kernel reads whole words).
+struct ClassyTables {
+    const uint8_t* average = nullptr; // byte((x * 0.99 + y * 0.99) / 2)
+    const uint8_t* soft = nullptr;    // byte(x * atan(y) / 1.9)
+    const uint8_t* spot = nullptr;    // byte(x / 2 + y / 4)
+    const uint8_t* retro = nullptr;   // round((2 * x * 0.99 + y * 0.99) / 12)
+};
+
+// ClassyColors(mode) over n pixels; every mode, those that keep the pixel included.
+void classyWide(int32_t mode, const uint8_t* s, uint8_t* p, int32_t n, const ClassyTables& t);
+
 } // namespace ostrivex::tone

@@ -244,6 +244,67 @@ TEST(Tone, ContrastEqualsThePlainSpillLoopOnRandomImages) {
         }
 }
 
+namespace {
+// Every colour once: 4096 x 4096 pixels, blue from the low bits of the pixel number.
+const Bits& everyColour() {
+    static const Bits all = [] {
+        Bits src(4096, 4096);
+        for (int y = 0; y < 4096; ++y)
+            for (int x = 0; x < 4096; ++x) {
+                const uint32_t c = uint32_t(y) * 4096u + uint32_t(x);
+                src(0, x, y) = uint8_t(c & 255u);
+                src(1, x, y) = uint8_t((c >> 8) & 255u);
+                src(2, x, y) = uint8_t(c >> 16);
+                src(3, x, y) = uint8_t(x * 7 + y);
+            }
+        return src;
+    }();
+    return all;
+}
+// The pixels of the region taken from changed, the rest from src.
+Bits insideFrom(const Bits& src, const Bits& changed, const Region& region) {
+    Bits out = src;
+    for (int y = 0; y < src.height(); ++y)
+        for (int x = 0; x < src.width(); ++x)
+            if (region.contains(x, y))
+                for (int c = 0; c < 4; ++c) out(c, x, y) = changed(c, x, y);
+    return out;
+}
+} // namespace
+
+TEST(Tone, SaturationEqualsThePlainFormulaOnEveryColour) {
+    const Bits& src = everyColour();
+    for (int32_t level : {-100, -37, 1, 50, 133, 250}) {
+        const Bits out = run(src, [=](cBitFilter& f) { return f.SATURATION(level); });
+        const double f = double(float(level / 100.0));
+        int64_t wrong = 0;
+        for (int y = 0; y < 4096; ++y)
+            for (int x = 0; x < 4096; ++x) {
+                const int a = (src(0, x, y) + src(1, x, y) + src(2, x, y)) / 3;
+                for (int c = 0; c < 3; ++c) {
+                    const int v = src(c, x, y);
+                    const int want = std::clamp(int(std::nearbyint(v + f * (v - a))), 0, 255);
+                    wrong += out(c, x, y) != want;
+                }
+                wrong += out(3, x, y) != src(3, x, y);
+            }
+        EXPECT_EQ(wrong, 0) << "level " << level;
+    }
+}
+
+TEST(Tone, ContrastOnSpansOfAnEllipseEqualsThePlainSpillLoop) {
+    // Rows of every length from 1 up, so that runs end at every point of an 8-pixel group
+    // and of the waiting list of slow pixels.
+    const Bits src = patternBits(203, 61, 12);
+    const Region ellipse = Region::ellipse(3, -4, 200, 60);
+    for (int32_t level : {-60, 40, 250}) {
+        const Bits want = insideFrom(src, referenceContrast(src, level), ellipse);
+        EXPECT_TRUE(
+            sameBits(want, run(src, [=](cBitFilter& f) { return f.Contrast(level); }, &ellipse)))
+            << "level " << level;
+    }
+}
+
 TEST(Tone, GreyScaleEqualsTheDoubleSumOnEveryColour) {
     Bits src(4096, 4096);
     for (int y = 0; y < 4096; ++y)

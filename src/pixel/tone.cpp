@@ -321,12 +321,17 @@ Bits cBitFilter::Contrast(int32_t level) {
     // Pass 1: the mean of T[B + G + R] over the whole image, whatever the region. The sum
     // is 64-bit: a large bright image passes 2^31 long before its pixel count does.
     int64_t sum = 0;
+    const bool wide = hasWideKernels() && w < (1 << 24); // a row's lanes must not overflow
     for (int32_t y = 0; y < h; ++y) {
         const uint8_t* p = buffer_.row(y);
-        uint32_t rowSum = 0; // at most 255 per pixel: fits 32 bits for any sane width
-        for (int32_t x = 0; x < w; ++x)
-            rowSum += kMean[int32_t(p[4 * x]) + p[4 * x + 1] + p[4 * x + 2]];
-        sum += rowSum;
+        if (wide) {
+            sum += int64_t(meanSumWide(p, w));
+        } else {
+            uint32_t rowSum = 0; // at most 255 per pixel: fits 32 bits for any sane width
+            for (int32_t x = 0; x < w; ++x)
+                rowSum += kMean[int32_t(p[4 * x]) + p[4 * x + 1] + p[4 * x + 2]];
+            sum += rowSum;
+        }
         progressStep(y);
     }
     const int64_t count = int64_t(w) * h;

@@ -238,6 +238,21 @@ OSTRIVEX_AVX2 void greyWide(const uint8_t* s, uint8_t* p, int32_t n) {
     }
 }
 
+OSTRIVEX_AVX2 uint64_t meanSumWide(const uint8_t* s, int32_t n) {
+    // Each lane adds at most 255 a step: 2^24 steps fit its 32 bits.
+    __m256i acc = _mm256_setzero_si256();
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8)
+        acc = _mm256_add_epi32(
+            acc, mean8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i))));
+    alignas(32) uint32_t lanes[8];
+    _mm256_store_si256(reinterpret_cast<__m256i*>(lanes), acc);
+    uint64_t sum = 0;
+    for (uint32_t v : lanes) sum += v;
+    for (; i < n; ++i) sum += (uint32_t(s[4 * i]) + s[4 * i + 1] + s[4 * i + 2]) / 3u;
+    return sum;
+}
+
 OSTRIVEX_AVX2 void equalizeLumWide(const uint8_t* s, int32_t n, uint32_t* out) {
     int32_t i = 0;
     for (; i + 8 <= n; i += 8) {
@@ -505,6 +520,7 @@ void classyWide(int32_t mode, const uint8_t* s, uint8_t* p, int32_t n, const Cla
 
 bool hasWideKernels() { return false; }
 void greyWide(const uint8_t*, uint8_t*, int32_t) {}
+uint64_t meanSumWide(const uint8_t*, int32_t) { return 0; }
 void equalizeLumWide(const uint8_t*, int32_t, uint32_t*) {}
 void saturationWide(const uint8_t*, uint8_t*, int32_t, float) {}
 void contrastWide(const uint8_t*, uint8_t*, int32_t, int32_t, float, const int32_t*) {}

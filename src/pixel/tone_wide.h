@@ -15,6 +15,9 @@ bool hasWideKernels();
 // channels, channel 3 carried over.
 void greyWide(const uint8_t* s, uint8_t* p, int32_t n);
 
+// The sum of (B + G + R) \ 3 over n pixels.
+uint64_t meanSumWide(const uint8_t* s, int32_t n);
+
 // The luminance of Equalize, round(B * 0.113 + G * 0.586 + R * 0.301), of n pixels into
 // out.
 void equalizeLumWide(const uint8_t* s, int32_t n, uint32_t* out);

@@ -272,9 +272,13 @@ Bits cBitFilter::Threshold(int32_t cut) {
 
 Bits cBitFilter::SATURATION(int32_t level) {
     const float f = float(level / 100.0);
-    if (hasWideKernels())
+    if (hasWideKernels()) {
+        if (saturationSingleExact(f))
+            return pointFilter(
+                [&](const uint8_t* s, uint8_t* p, int32_t n) { saturationWideSingle(s, p, n, f); });
         return pointFilter(
             [&](const uint8_t* s, uint8_t* p, int32_t n) { saturationWide(s, p, n, f); });
+    }
     // The new channel depends on the channel and on the pixel's mean a only: a table of
     // 256 means by 256 channel values.
     std::vector<uint8_t> table(256 * 256);

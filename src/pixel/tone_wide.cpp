@@ -321,6 +321,51 @@ OSTRIVEX_AVX2 inline __m256i stretch8(__m256i c, __m256i mean, __m256d factor) {
     return _mm256_inserti128_si256(_mm256_castsi128_si256(lo), hi, 1);
 }
 
+// clamp(round(c + f * (c - a))) of eight channel values in single precision: the fused
+// product and sum round once, to a single, and the conversion rounds to nearest even.
+OSTRIVEX_AVX2 inline __m256i saturate8(__m256i c, __m256i a, __m256 factor) {
+    const __m256 moved = _mm256_fmadd_ps(factor, _mm256_cvtepi32_ps(_mm256_sub_epi32(c, a)),
+                                         _mm256_cvtepi32_ps(c));
+    return limit8(_mm256_cvtps_epi32(moved));
+}
+
+OSTRIVEX_AVX2 bool saturationSingleExact(float f) {
+    // Single precision can go wrong only where c + f * (c - a), exact in double, lies
+    // within a single's step of a half: compare with the exact path on every pair.
+    const __m256 factor = _mm256_set1_ps(f);
+    const __m256d factorD = _mm256_set1_pd(double(f));
+    __m256i wrong = _mm256_setzero_si256();
+    for (int32_t a = 0; a < 256; ++a) {
+        const __m256i av = _mm256_set1_epi32(a);
+        for (int32_t c0 = 0; c0 < 256; c0 += 8) {
+            const __m256i c = _mm256_add_epi32(_mm256_set1_epi32(c0),
+                                               _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+            const __m256i single = saturate8(c, av, factor);
+            const __m128i lo = saturate4(_mm256_castsi256_si128(c), _mm256_castsi256_si128(av), factorD);
+            const __m128i hi =
+                saturate4(_mm256_extracti128_si256(c, 1), _mm256_castsi256_si128(av), factorD);
+            const __m256i exact = _mm256_inserti128_si256(_mm256_castsi128_si256(lo), hi, 1);
+            wrong = _mm256_or_si256(wrong, _mm256_xor_si256(single, exact));
+        }
+    }
+    return _mm256_testz_si256(wrong, wrong) != 0;
+}
+
+OSTRIVEX_AVX2 void saturationWideSingle(const uint8_t* s, uint8_t* p, int32_t n, float f) {
+    const __m256i byte = _mm256_set1_epi32(255);
+    const __m256 factor = _mm256_set1_ps(f);
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+        const __m256i a = mean8(v);
+        const __m256i b = saturate8(_mm256_and_si256(v, byte), a, factor);
+        const __m256i g = saturate8(_mm256_and_si256(_mm256_srli_epi32(v, 8), byte), a, factor);
+        const __m256i r = saturate8(_mm256_and_si256(_mm256_srli_epi32(v, 16), byte), a, factor);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), pack8(v, b, g, r));
+    }
+    if (i < n) saturationWide(s + 4 * i, p + 4 * i, n - i, f);
+}
+
 OSTRIVEX_AVX2 void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, int32_t meanValue,
                                 float f, const int32_t* m) {
     const __m256i byte = _mm256_set1_epi32(255);
@@ -523,6 +568,8 @@ void greyWide(const uint8_t*, uint8_t*, int32_t) {}
 uint64_t meanSumWide(const uint8_t*, int32_t) { return 0; }
 void equalizeLumWide(const uint8_t*, int32_t, uint32_t*) {}
 void saturationWide(const uint8_t*, uint8_t*, int32_t, float) {}
+bool saturationSingleExact(float) { return false; }
+void saturationWideSingle(const uint8_t*, uint8_t*, int32_t, float) {}
 void contrastWide(const uint8_t*, uint8_t*, int32_t, int32_t, float, const int32_t*) {}
 void classyWide(int32_t, const uint8_t*, uint8_t*, int32_t, const ClassyTables&) {}
 

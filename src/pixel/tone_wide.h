@@ -25,6 +25,11 @@ void equalizeLumWide(const uint8_t* s, int32_t n, uint32_t* out);
 // SATURATION over n pixels: with a the truncated mean of the pixel's three channels, each
 // channel c becomes clamp(round(c + f * (c - a))).
 void saturationWide(const uint8_t* s, uint8_t* p, int32_t n, float f);
+// The same in single precision, eight pixels at a time: for the factors with which it
+// gives the same bytes for every channel value and mean, which saturationSingleExact(f)
+// checks (all 65536 pairs).
+bool saturationSingleExact(float f);
+void saturationWideSingle(const uint8_t* s, uint8_t* p, int32_t n, float f);
 
 // Contrast over n pixels: b, g, r = m[B], m[G], m[R], then the spill rounds until all
 // three lie inside 0..255. m is the table round((i - mean) * f + mean); the kernel works

@@ -148,9 +148,9 @@ TEST(PaletteFile, VgaPaletteHoldsTheSixteenColours) {
 }
 
 TEST(PaletteFile, ShippedPalettesLoad) {
-    const std::string source = __FILE__;
-    const std::string folder =
-        source.substr(0, source.rfind("/tests/pixel/")) + "/assets/Palettes/";
+    // The checkout's folder comes from the build: __FILE__ may be relative to the build
+    // folder (a compiler cache rewrites paths so), and the tests run elsewhere.
+    const std::string folder = std::string(OSTRIVEX_SOURCE_DIR) + "/assets/Palettes/";
     PaletteRecord p;
     ASSERT_TRUE(ReadPaletteFile(folder + "VGA16.pal", p));
     EXPECT_TRUE(sameRecord(p, VgaPalette()));

@@ -349,9 +349,15 @@ Bits cBitFilter::Contrast(int32_t level) {
 
     // Then each pixel's b, g, r = M[B], M[G], M[R], and while any of them lies outside
     // 0..255 the overflow is spread over the other two so that the hue holds (spillRound).
-    if (hasWideKernels())
+    if (hasWideKernels()) {
+        ContrastMap map;
+        map.m = m.data();
+        map.mean = mean;
+        map.f = f;
+        fitContrastMap(map);
         return pointFilter(
-            [&](const uint8_t* s, uint8_t* p, int32_t n) { contrastWide(s, p, n, mean, f, m.data()); });
+            [&](const uint8_t* s, uint8_t* p, int32_t n) { contrastWide(s, p, n, map); });
+    }
     return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; i += kSpillGroup)
             contrastGroup(s + 4 * i, p + 4 * i, std::min(kSpillGroup, n - i), m.data());

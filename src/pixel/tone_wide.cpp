@@ -6,6 +6,9 @@
 #include "pixel/pixelword.h"
 #include "pixel/vbmath.h"
 
+#include <algorithm>
+#include <climits>
+#include <cmath>
 #include <cstring>
 #include <initializer_list>
 
@@ -65,51 +68,48 @@ OSTRIVEX_AVX2 inline __m256i mean8(__m256i v) {
     return _mm256_srli_epi32(_mm256_mullo_epi32(sum, _mm256_set1_epi32(43691)), 17);
 }
 
-// Contrast's spill of one channel: c \ 2 below 0, (c - 255) \ 2 above 255, else 0.
-OSTRIVEX_AVX2 inline __m256i spill8(__m256i c) {
-    const __m256i under = _mm256_srai_epi32(_mm256_add_epi32(c, _mm256_srli_epi32(c, 31)), 1);
-    const __m256i over = _mm256_srai_epi32(_mm256_sub_epi32(c, _mm256_set1_epi32(255)), 1);
-    const __m256i negative = _mm256_cmpgt_epi32(_mm256_setzero_si256(), c);
-    const __m256i large = _mm256_cmpgt_epi32(c, _mm256_set1_epi32(255));
-    return _mm256_or_si256(_mm256_and_si256(negative, under), _mm256_and_si256(large, over));
-}
-
 OSTRIVEX_AVX2 inline __m256i limit8(__m256i c) {
     return _mm256_min_epi32(_mm256_max_epi32(c, _mm256_setzero_si256()), _mm256_set1_epi32(255));
 }
 
+// Contrast's spill of one channel limited to lim: the excess e = c - lim is c below 0 and
+// c - 255 above 255, and the spill is e \ 2 (truncating: the sign bit is added first).
+OSTRIVEX_AVX2 inline __m256i spill8(__m256i c, __m256i lim) {
+    const __m256i e = _mm256_sub_epi32(c, lim);
+    return _mm256_srai_epi32(_mm256_add_epi32(e, _mm256_srli_epi32(e, 31)), 1);
+}
+
 // One spill round on eight pixels; a pixel already inside 0..255 comes out unchanged.
 OSTRIVEX_AVX2 inline void spillRound8(__m256i& b, __m256i& g, __m256i& r) {
-    // None above 0: all turn 0.
-    const __m256i one = _mm256_set1_epi32(1);
-    const __m256i low = _mm256_and_si256(
-        _mm256_and_si256(_mm256_cmpgt_epi32(one, b), _mm256_cmpgt_epi32(one, g)),
-        _mm256_cmpgt_epi32(one, r));
+    // None above 0 (the largest at most 0): all turn 0.
+    const __m256i low = _mm256_cmpgt_epi32(
+        _mm256_set1_epi32(1), _mm256_max_epi32(_mm256_max_epi32(b, g), r));
     b = _mm256_andnot_si256(low, b);
     g = _mm256_andnot_si256(low, g);
     r = _mm256_andnot_si256(low, r);
-    // None below 255: all turn 255.
-    const __m256i top = _mm256_set1_epi32(254);
+    // None below 255 (the smallest at least 255): all turn 255.
     const __m256i white = _mm256_set1_epi32(255);
-    const __m256i high = _mm256_and_si256(
-        _mm256_and_si256(_mm256_cmpgt_epi32(b, top), _mm256_cmpgt_epi32(g, top)),
-        _mm256_cmpgt_epi32(r, top));
+    const __m256i high = _mm256_cmpgt_epi32(
+        _mm256_min_epi32(_mm256_min_epi32(b, g), r), _mm256_set1_epi32(254));
     b = _mm256_blendv_epi8(b, white, high);
     g = _mm256_blendv_epi8(g, white, high);
     r = _mm256_blendv_epi8(r, white, high);
     // Blue, then green, then red spill into the other two.
-    const __m256i sb = spill8(b);
-    g = _mm256_add_epi32(g, sb);
-    r = _mm256_add_epi32(r, sb);
-    b = limit8(b);
-    const __m256i sg = spill8(g);
-    b = _mm256_add_epi32(b, sg);
-    r = _mm256_add_epi32(r, sg);
-    g = limit8(g);
-    const __m256i sr = spill8(r);
-    g = _mm256_add_epi32(g, sr);
-    b = _mm256_add_epi32(b, sr);
-    r = limit8(r);
+    __m256i lim = limit8(b);
+    __m256i s = spill8(b, lim);
+    b = lim;
+    g = _mm256_add_epi32(g, s);
+    r = _mm256_add_epi32(r, s);
+    lim = limit8(g);
+    s = spill8(g, lim);
+    g = lim;
+    b = _mm256_add_epi32(b, s);
+    r = _mm256_add_epi32(r, s);
+    lim = limit8(r);
+    s = spill8(r, lim);
+    r = lim;
+    g = _mm256_add_epi32(g, s);
+    b = _mm256_add_epi32(b, s);
 }
 
 // Lanes with a channel outside 0..255 (such a value has a bit above the low byte).
@@ -366,18 +366,36 @@ OSTRIVEX_AVX2 void saturationWideSingle(const uint8_t* s, uint8_t* p, int32_t n,
     if (i < n) saturationWide(s + 4 * i, p + 4 * i, n - i, f);
 }
 
-OSTRIVEX_AVX2 void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, int32_t meanValue,
-                                float f, const int32_t* m) {
+// M of eight channel values as (i * a + b) >> shift.
+OSTRIVEX_AVX2 inline __m256i linear8(__m256i c, __m256i a, __m256i b, __m128i shift) {
+    return _mm256_sra_epi32(_mm256_add_epi32(_mm256_mullo_epi32(c, a), b), shift);
+}
+
+template <bool Linear>
+OSTRIVEX_AVX2 void contrastRun(const uint8_t* s, uint8_t* p, int32_t n, const ContrastMap& map) {
+    const int32_t* m = map.m;
     const __m256i byte = _mm256_set1_epi32(255);
-    const __m256i mean = _mm256_set1_epi32(meanValue);
-    const __m256d factor = _mm256_set1_pd(double(f));
+    const __m256i mean = _mm256_set1_epi32(map.mean);
+    const __m256d factor = _mm256_set1_pd(double(map.f));
+    const __m256i la = _mm256_set1_epi32(map.a), lb = _mm256_set1_epi32(map.b);
+    const __m128i ls = _mm_cvtsi32_si128(map.shift);
     SpillQueue queue;
     int32_t i = 0;
     for (; i + 8 <= n; i += 8) {
         const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
-        __m256i b = stretch8(_mm256_and_si256(v, byte), mean, factor);
-        __m256i g = stretch8(_mm256_and_si256(_mm256_srli_epi32(v, 8), byte), mean, factor);
-        __m256i r = stretch8(_mm256_and_si256(_mm256_srli_epi32(v, 16), byte), mean, factor);
+        const __m256i cb = _mm256_and_si256(v, byte);
+        const __m256i cg = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
+        const __m256i cr = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
+        __m256i b, g, r;
+        if constexpr (Linear) {
+            b = linear8(cb, la, lb, ls);
+            g = linear8(cg, la, lb, ls);
+            r = linear8(cr, la, lb, ls);
+        } else {
+            b = stretch8(cb, mean, factor);
+            g = stretch8(cg, mean, factor);
+            r = stretch8(cr, mean, factor);
+        }
         // A pixel inside 0..255 comes through a round unchanged: no test first.
         spillRound8(b, g, r);
         const int outside = outside8(b, g, r);
@@ -398,6 +416,40 @@ OSTRIVEX_AVX2 void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, int32_t
     while (queue.count > 0) settleQueue(queue, s, p);
     for (; i < n; ++i) store32(p + 4 * i, contrastPixel(load32(s + 4 * i), m));
 }
+
+void fitContrastMap(ContrastMap& map) {
+    // floor((i * a + b) / 2^shift) = M[i] for every i bounds b from both sides; a near
+    // f * 2^shift leaves room for some b unless M rounds a tie against the line's trend.
+    map.linear = false;
+    for (int32_t shift = 12; shift <= 20; ++shift) {
+        const int64_t one = int64_t(1) << shift;
+        const int64_t centre = int64_t(std::llround(double(map.f) * double(one)));
+        for (int64_t a = centre - 2; a <= centre + 2; ++a) {
+            int64_t lo = INT64_MIN, hi = INT64_MAX; // b in [lo, hi)
+            for (int64_t i = 0; i < 256; ++i) {
+                lo = std::max(lo, map.m[i] * one - a * i);
+                hi = std::min(hi, (map.m[i] + 1) * one - a * i);
+            }
+            // The sums must stay inside 32 bits for every i.
+            const int64_t top = std::max(lo, lo + 255 * a), bottom = std::min(lo, lo + 255 * a);
+            if (lo < hi && top < INT32_MAX && bottom > INT32_MIN) {
+                map.linear = true;
+                map.a = int32_t(a);
+                map.b = int32_t(lo);
+                map.shift = shift;
+                return;
+            }
+        }
+    }
+}
+
+void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, const ContrastMap& map) {
+    if (map.linear)
+        contrastRun<true>(s, p, n, map);
+    else
+        contrastRun<false>(s, p, n, map);
+}
+
 
 namespace {
 
@@ -570,7 +622,8 @@ void equalizeLumWide(const uint8_t*, int32_t, uint32_t*) {}
 void saturationWide(const uint8_t*, uint8_t*, int32_t, float) {}
 bool saturationSingleExact(float) { return false; }
 void saturationWideSingle(const uint8_t*, uint8_t*, int32_t, float) {}
-void contrastWide(const uint8_t*, uint8_t*, int32_t, int32_t, float, const int32_t*) {}
+void fitContrastMap(ContrastMap& map) { map.linear = false; }
+void contrastWide(const uint8_t*, uint8_t*, int32_t, const ContrastMap&) {}
 void classyWide(int32_t, const uint8_t*, uint8_t*, int32_t, const ClassyTables&) {}
 
 #endif

@@ -31,11 +31,23 @@ void saturationWide(const uint8_t* s, uint8_t* p, int32_t n, float f);
 bool saturationSingleExact(float f);
 void saturationWideSingle(const uint8_t* s, uint8_t* p, int32_t n, float f);
 
-// Contrast over n pixels: b, g, r = m[B], m[G], m[R], then the spill rounds until all
-// three lie inside 0..255. m is the table round((i - mean) * f + mean); the kernel works
-// its entries out from mean and f where that is quicker than a lookup.
-void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, int32_t mean, float f,
-                  const int32_t* m);
+// Contrast's table M[i] = round((i - mean) * f + mean), and the ways the kernel may work an
+// entry out instead of looking it up: always from mean and f in double, and, where
+// `linear` is set, as (i * a + b) >> shift, which fitContrastMap has checked against all
+// 256 entries.
+struct ContrastMap {
+    const int32_t* m = nullptr;
+    int32_t mean = 0;
+    float f = 0.0f;
+    bool linear = false;
+    int32_t a = 0, b = 0, shift = 0;
+};
+// Looks for a, b and shift that give every entry of map.m; sets map.linear when found.
+void fitContrastMap(ContrastMap& map);
+
+// Contrast over n pixels: b, g, r = M[B], M[G], M[R], then the spill rounds until all
+// three lie inside 0..255.
+void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, const ContrastMap& map);
 
 // The tables of ClassyColors: formulas of two bytes x and y at x * 256 + y, each with 3
 // readable bytes past its 65536 entries (the kernel reads whole words).

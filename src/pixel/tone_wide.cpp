@@ -156,15 +156,6 @@ uint32_t contrastPixel(uint32_t v, const int32_t* m) {
     return (v & kMarker) | uint32_t(b) | uint32_t(g) << 8 | uint32_t(r) << 16;
 }
 
-// Pixels that are still outside after the first round wait here for the rest of their
-// rounds, eight at a time; the others are written at once. So the rounds a group of eight
-// takes are set by its slowest pixel among the few slow ones only. Room for 16: a block
-// of eight joins before the first eight leave.
-struct SpillQueue {
-    alignas(32) int32_t b[16], g[16], r[16], at[16]; // at: pixel index in the run
-    int32_t count = 0;
-};
-
 // For each 8-bit mask, the lanes of its set bits in order (the rest 0): the permutation
 // that packs a vector's chosen lanes to its front.
 struct PackOrder {
@@ -178,31 +169,6 @@ struct PackOrder {
     }
 };
 const PackOrder kPackOrder;
-
-// Rounds the first eight waiting pixels (lanes past count hold black, which no round
-// changes) until they are inside, writes them and moves the rest up.
-OSTRIVEX_AVX2 void settleQueue(SpillQueue& q, const uint8_t* s, uint8_t* p) {
-    for (int32_t i = q.count; i < 8; ++i) q.b[i] = q.g[i] = q.r[i] = 0;
-    __m256i b = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.b));
-    __m256i g = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.g));
-    __m256i r = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.r));
-    do spillRound8(b, g, r);
-    while (outside8(b, g, r));
-    const __m256i colour =
-        _mm256_or_si256(b, _mm256_or_si256(_mm256_slli_epi32(g, 8), _mm256_slli_epi32(r, 16)));
-    alignas(32) uint32_t done[8];
-    _mm256_store_si256(reinterpret_cast<__m256i*>(done), colour);
-    const int32_t n = q.count < 8 ? q.count : 8;
-    for (int32_t i = 0; i < n; ++i) {
-        const int32_t k = q.at[i];
-        store32(p + 4 * k, (load32(s + 4 * k) & kMarker) | done[i]);
-    }
-    // The waiting ones past the first eight move to the front.
-    for (int32_t* a : {q.b, q.g, q.r, q.at})
-        _mm256_store_si256(reinterpret_cast<__m256i*>(a),
-                           _mm256_load_si256(reinterpret_cast<const __m256i*>(a + 8)));
-    q.count = q.count > 8 ? q.count - 8 : 0;
-}
 
 } // namespace
 
@@ -371,6 +337,40 @@ OSTRIVEX_AVX2 inline __m256i linear8(__m256i c, __m256i a, __m256i b, __m128i sh
     return _mm256_sra_epi32(_mm256_add_epi32(_mm256_mullo_epi32(c, a), b), shift);
 }
 
+// The slow pixels of a chunk wait in these lists, in order, for their remaining rounds.
+constexpr int32_t kSpillChunk = 1024;
+struct SpillLists {
+    alignas(32) int32_t b[kSpillChunk + 8], g[kSpillChunk + 8], r[kSpillChunk + 8],
+        at[kSpillChunk + 8];
+};
+
+// Rounds the listed pixels eight at a time until they are inside and writes them.
+OSTRIVEX_AVX2 void settleLists(SpillLists& q, int32_t count, const uint8_t* s, uint8_t* p) {
+    // The lanes past the end hold black, which no round changes.
+    for (int32_t k = count; k < count + 8; ++k) q.b[k] = q.g[k] = q.r[k] = 0;
+    for (int32_t j = 0; j < count; j += 8) {
+        __m256i b = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.b + j));
+        __m256i g = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.g + j));
+        __m256i r = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.r + j));
+        do spillRound8(b, g, r);
+        while (outside8(b, g, r));
+        alignas(32) uint32_t done[8];
+        _mm256_store_si256(
+            reinterpret_cast<__m256i*>(done),
+            _mm256_or_si256(b, _mm256_or_si256(_mm256_slli_epi32(g, 8), _mm256_slli_epi32(r, 16))));
+        const int32_t end = std::min(8, count - j);
+        for (int32_t k = 0; k < end; ++k) {
+            const int32_t x = q.at[j + k];
+            store32(p + 4 * x, (load32(s + 4 * x) & kMarker) | done[k]);
+        }
+    }
+}
+
+// Two passes over each chunk of the run: all pixels through the table and one round, the
+// settled ones written at once and the others appended to the lists; then the lists,
+// eight at a time, until every pixel is inside. So the rounds a group of eight takes are
+// set by its slowest pixel among the few slow ones only, and the lists are read back
+// only after they have been written.
 template <bool Linear>
 OSTRIVEX_AVX2 void contrastRun(const uint8_t* s, uint8_t* p, int32_t n, const ContrastMap& map) {
     const int32_t* m = map.m;
@@ -379,41 +379,51 @@ OSTRIVEX_AVX2 void contrastRun(const uint8_t* s, uint8_t* p, int32_t n, const Co
     const __m256d factor = _mm256_set1_pd(double(map.f));
     const __m256i la = _mm256_set1_epi32(map.a), lb = _mm256_set1_epi32(map.b);
     const __m128i ls = _mm_cvtsi32_si128(map.shift);
-    SpillQueue queue;
+    const __m256i lanes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+    SpillLists lists;
+    const int32_t whole = n / 8 * 8;
     int32_t i = 0;
-    for (; i + 8 <= n; i += 8) {
-        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
-        const __m256i cb = _mm256_and_si256(v, byte);
-        const __m256i cg = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
-        const __m256i cr = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
-        __m256i b, g, r;
-        if constexpr (Linear) {
-            b = linear8(cb, la, lb, ls);
-            g = linear8(cg, la, lb, ls);
-            r = linear8(cr, la, lb, ls);
-        } else {
-            b = stretch8(cb, mean, factor);
-            g = stretch8(cg, mean, factor);
-            r = stretch8(cr, mean, factor);
+    while (i < whole) {
+        const int32_t stop = std::min(whole, i + kSpillChunk);
+        int32_t count = 0;
+        for (; i < stop; i += 8) {
+            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+            const __m256i cb = _mm256_and_si256(v, byte);
+            const __m256i cg = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
+            const __m256i cr = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
+            __m256i b, g, r;
+            if constexpr (Linear) {
+                b = linear8(cb, la, lb, ls);
+                g = linear8(cg, la, lb, ls);
+                r = linear8(cr, la, lb, ls);
+            } else {
+                b = stretch8(cb, mean, factor);
+                g = stretch8(cg, mean, factor);
+                r = stretch8(cr, mean, factor);
+            }
+            // A pixel inside 0..255 comes through a round unchanged: no test first.
+            spillRound8(b, g, r);
+            const int outside = outside8(b, g, r);
+            // Lanes still outside are written again when the lists are settled.
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), pack8(v, b, g, r));
+            if (!outside) continue;
+            // The outside lanes packed to the front, appended (the rest is overwritten by
+            // the next append or the padding).
+            const __m256i order =
+                _mm256_load_si256(reinterpret_cast<const __m256i*>(kPackOrder.lanes[outside]));
+            const __m256i at = _mm256_add_epi32(_mm256_set1_epi32(i), lanes);
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.b + count),
+                                _mm256_permutevar8x32_epi32(b, order));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.g + count),
+                                _mm256_permutevar8x32_epi32(g, order));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.r + count),
+                                _mm256_permutevar8x32_epi32(r, order));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.at + count),
+                                _mm256_permutevar8x32_epi32(at, order));
+            count += __builtin_popcount(unsigned(outside));
         }
-        // A pixel inside 0..255 comes through a round unchanged: no test first.
-        spillRound8(b, g, r);
-        const int outside = outside8(b, g, r);
-        // Lanes still outside are written again once their queue group has settled.
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), pack8(v, b, g, r));
-        if (!outside) continue;
-        const __m256i order =
-            _mm256_load_si256(reinterpret_cast<const __m256i*>(kPackOrder.lanes[outside]));
-        const __m256i at = _mm256_add_epi32(_mm256_set1_epi32(i), _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
-        const int32_t c = queue.count;
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(queue.b + c), _mm256_permutevar8x32_epi32(b, order));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(queue.g + c), _mm256_permutevar8x32_epi32(g, order));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(queue.r + c), _mm256_permutevar8x32_epi32(r, order));
-        _mm256_storeu_si256(reinterpret_cast<__m256i*>(queue.at + c), _mm256_permutevar8x32_epi32(at, order));
-        queue.count = c + __builtin_popcount(unsigned(outside));
-        if (queue.count >= 8) settleQueue(queue, s, p);
+        if (count) settleLists(lists, count, s, p);
     }
-    while (queue.count > 0) settleQueue(queue, s, p);
     for (; i < n; ++i) store32(p + 4 * i, contrastPixel(load32(s + 4 * i), m));
 }
 

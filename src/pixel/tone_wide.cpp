@@ -10,7 +10,6 @@
 #include <climits>
 #include <cmath>
 #include <cstring>
-#include <initializer_list>
 
 #if defined(__x86_64__)
 #include <immintrin.h>

@@ -25,9 +25,17 @@ cBitFilter& loadedFilter(int32_t w, int32_t h);
 // The same image with an ellipse selection inscribed in the image (about 78% of it).
 cBitFilter& ellipseFilter(int32_t w, int32_t h);
 
+// The same image with a centred ellipse selection of half its area.
+cBitFilter& halfEllipseFilter(int32_t w, int32_t h);
+
 // Runs op(filter) once per iteration and reports w*h pixels an iteration.
 void runFilter(benchmark::State& state, cBitFilter& f,
                const std::function<Bits(cBitFilter&)>& op);
+
+// As runFilter, but reports only the pixels of the filter's region: the rate per
+// selected pixel.
+void runFilterSelected(benchmark::State& state, cBitFilter& f,
+                       const std::function<Bits(cBitFilter&)>& op);
 
 } // namespace ostrivex::bench
 

@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <chrono>
+#include <cmath>
 #include <cstdio>
 #include <cstring>
 #include <iostream>
@@ -34,14 +35,32 @@ struct Loaded {
     cBitFilter filter;
     Region region;
 };
-std::map<std::pair<int32_t, int32_t>, std::unique_ptr<Loaded>> gWhole, gEllipse;
+std::map<std::pair<int32_t, int32_t>, std::unique_ptr<Loaded>> gWhole, gEllipse, gHalf;
+
+enum class Shape { Whole, Ellipse, HalfEllipse };
+
+Region shapeRegion(Shape shape, int32_t w, int32_t h) {
+    switch (shape) {
+    case Shape::Ellipse:
+        return Region::ellipse(0, 0, w, h);
+    case Shape::HalfEllipse: {
+        // The inscribed ellipse covers pi / 4 of the box: axes scaled by sqrt(2 / pi)
+        // cover half.
+        const double s = std::sqrt(2.0 / 3.14159265358979);
+        const int32_t dx = int32_t(w * (1 - s) / 2), dy = int32_t(h * (1 - s) / 2);
+        return Region::ellipse(dx, dy, w - dx, h - dy);
+    }
+    default:
+        return Region::rect(0, 0, w, h);
+    }
+}
 
 cBitFilter& load(std::map<std::pair<int32_t, int32_t>, std::unique_ptr<Loaded>>& cache,
-                 int32_t w, int32_t h, bool ellipse) {
+                 int32_t w, int32_t h, Shape shape) {
     auto& slot = cache[{w, h}];
     if (!slot) {
         slot = std::make_unique<Loaded>();
-        slot->region = ellipse ? Region::ellipse(0, 0, w, h) : Region::rect(0, 0, w, h);
+        slot->region = shapeRegion(shape, w, h);
         slot->filter.SetBits(patternImage(w, h));
         slot->filter.BitsRegion(&slot->region);
     }
@@ -49,8 +68,11 @@ cBitFilter& load(std::map<std::pair<int32_t, int32_t>, std::unique_ptr<Loaded>>&
 }
 } // namespace
 
-cBitFilter& loadedFilter(int32_t w, int32_t h) { return load(gWhole, w, h, false); }
-cBitFilter& ellipseFilter(int32_t w, int32_t h) { return load(gEllipse, w, h, true); }
+cBitFilter& loadedFilter(int32_t w, int32_t h) { return load(gWhole, w, h, Shape::Whole); }
+cBitFilter& ellipseFilter(int32_t w, int32_t h) { return load(gEllipse, w, h, Shape::Ellipse); }
+cBitFilter& halfEllipseFilter(int32_t w, int32_t h) {
+    return load(gHalf, w, h, Shape::HalfEllipse);
+}
 
 void runFilter(benchmark::State& state, cBitFilter& f,
                const std::function<Bits(cBitFilter&)>& op) {
@@ -60,6 +82,21 @@ void runFilter(benchmark::State& state, cBitFilter& f,
         benchmark::ClobberMemory();
     }
     state.SetItemsProcessed(state.iterations() * int64_t(f.BitsWidth()) * f.BitsHeight());
+}
+
+void runFilterSelected(benchmark::State& state, cBitFilter& f,
+                       const std::function<Bits(cBitFilter&)>& op) {
+    for (auto _ : state) {
+        Bits out = op(f);
+        benchmark::DoNotOptimize(out.data());
+        benchmark::ClobberMemory();
+    }
+    int64_t selected = 0;
+    for (const Rect& r : f.region()->rects())
+        selected += int64_t(r.right - r.left) * (r.bottom - r.top);
+    state.SetItemsProcessed(state.iterations() * selected);
+    state.counters["selected %"] =
+        benchmark::Counter(100.0 * double(selected) / (double(f.BitsWidth()) * f.BitsHeight()));
 }
 
 } // namespace ostrivex::bench

@@ -42,6 +42,14 @@ static void BM_SHARPEN10_Ellipse(benchmark::State& state) {
                                [](ostrivex::cBitFilter& f) { return f.SHARPEN(10); });
 }
 BENCHMARK(BM_SHARPEN10_Ellipse)->Args({6000, 4000})->Unit(benchmark::kMillisecond);
+// SHARPEN on a centred ellipse of half the image, counted per selected pixel: to set
+// against BM_SHARPEN10.
+static void BM_SHARPEN10_HalfEllipse(benchmark::State& state) {
+    const int32_t w = int32_t(state.range(0)), h = int32_t(state.range(1));
+    ostrivex::bench::runFilterSelected(state, ostrivex::bench::halfEllipseFilter(w, h),
+                                       [](ostrivex::cBitFilter& f) { return f.SHARPEN(10); });
+}
+BENCHMARK(BM_SHARPEN10_HalfEllipse)->Args({6000, 4000})->Args({2000, 1500})->Unit(benchmark::kMillisecond);
 // The copy every filter starts with (allocation and first touch of the output included):
 // the floor under every row above.
 OSTRIVEX_PIXEL_BENCH(FrameCopy, f.GetBits());

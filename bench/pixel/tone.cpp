@@ -41,3 +41,12 @@ static void BM_InvertEllipse(benchmark::State& state) {
     bench::runFilter(state, bench::ellipseFilter(w, h), [](cBitFilter& f) { return f.Invert(); });
 }
 BENCHMARK(BM_InvertEllipse)->Args({6000, 4000})->Args({2000, 1500})->Unit(benchmark::kMillisecond);
+
+// Invert on a centred ellipse of half the image, counted per selected pixel: to set
+// against BM_Invert, whose every pixel is selected.
+static void BM_InvertHalfEllipse(benchmark::State& state) {
+    const int32_t w = int32_t(state.range(0)), h = int32_t(state.range(1));
+    bench::runFilterSelected(state, bench::halfEllipseFilter(w, h),
+                             [](cBitFilter& f) { return f.Invert(); });
+}
+BENCHMARK(BM_InvertHalfEllipse)->Args({6000, 4000})->Args({2000, 1500})->Unit(benchmark::kMillisecond);

@@ -16,7 +16,9 @@
 #include "pixel/bits.h"
 #include "pixel/region.h"
 
+#include <algorithm>
 #include <cstdint>
+#include <cstring>
 #include <functional>
 #include <string>
 
@@ -256,6 +258,37 @@ protected:
             progressStep(y);
         }
     }
+    // The frame in one pass for filters that write every byte of each span they are given:
+    // after RegionBounds, the new buffer is made row by row, each run of region pixels in
+    // the box through run(y, x0, x1, out) and everything else copied from the buffer, with
+    // the progress step after every row of the box. The bytes are those of a whole copy
+    // followed by a rewrite of the runs; each pixel is written once instead of twice.
+    template <class RunFn> Bits spanFrame(RunFn&& run) {
+        const Bits& src = buffer_;
+        const int32_t w = src.width(), h = src.height();
+        Bits out = Bits::forOverwrite(w, h); // every byte is written below
+        // Rows of the box outside the array have nothing to write (a region is meant to lie
+        // inside the image) but keep their progress steps.
+        for (int32_t y = boxTop_; y <= boxBottom_ && y < -2; ++y) progressStep(y);
+        for (int32_t y = -2; y < h + 2; ++y) {
+            const bool inBox = y >= boxTop_ && y <= boxBottom_;
+            int32_t done = -2; // the next column still to be made
+            if (inBox)
+                forEachSpanInRow(y, [&](int32_t, int32_t x0, int32_t x1) {
+                    x0 = std::max(x0, done);
+                    x1 = std::min(x1, w + 2);
+                    if (x0 >= x1) return;
+                    std::memcpy(out.pixel(done, y), src.pixel(done, y), size_t(x0 - done) * 4u);
+                    run(y, x0, x1, out);
+                    done = x1;
+                });
+            std::memcpy(out.pixel(done, y), src.pixel(done, y), size_t(w + 2 - done) * 4u);
+            if (inBox) progressStep(y);
+        }
+        for (int32_t y = std::max(boxTop_, h + 2); y <= boxBottom_; ++y) progressStep(y);
+        return out;
+    }
+
     // The runs of one row, without the progress step.
     template <class RowFn> void forEachSpanInRow(int32_t y, RowFn&& fn) const {
         const int32_t lo = boxLeft_, hi = boxRight_ + 1;

@@ -11,6 +11,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <cstring>
 #include <memory>
 #include <new>
 #include <stdexcept>
@@ -61,6 +62,38 @@ public:
         b.h_ = h;
         b.data_.resize(byteCount(w, h));
         return b;
+    }
+
+    // Makes this a w x h buffer for an operation that writes every visible pixel, all four
+    // bytes: the guard band is zeroed, the visible bytes are left as they happen to be. The
+    // storage is kept when it is large enough (no allocation, no page faults, no zero
+    // fill), and otherwise replaced without copying the old bytes.
+    void resetForOverwrite(int32_t w, int32_t h) {
+        if (w < 0 || h < 0) throw std::invalid_argument("Bits: negative size");
+        const size_t n = byteCount(w, h);
+        if (n > data_.capacity()) data_ = decltype(data_)();
+        data_.resize(n);
+        w_ = w;
+        h_ = h;
+        zeroGuard();
+    }
+
+    // Zeroes the guard band: the two rows above and below, and two pixels at each end of
+    // every row (the right end of one row and the left end of the next are 16 bytes in a
+    // row).
+    void zeroGuard() {
+        const size_t rowBytes = stride();
+        uint8_t* d = data_.data();
+        if (h_ == 0) {
+            std::memset(d, 0, data_.size()); // four rows of guard only
+            return;
+        }
+        const size_t rightEnd = size_t(w_ + 2) * 4u; // offset of x = W within a row
+        std::memset(d, 0, 2 * rowBytes + 8);       // rows -2, -1 and the left end of row 0
+        for (int32_t y = 0; y + 1 < h_; ++y)       // right end of y, left end of y + 1
+            std::memset(d + size_t(y + 2) * rowBytes + rightEnd, 0, 16);
+        // The right end of the last row, then rows H and H + 1.
+        std::memset(d + size_t(h_ + 1) * rowBytes + rightEnd, 0, 2 * rowBytes + 8);
     }
 
     // Bytes a buffer of w x h needs, guard band included.

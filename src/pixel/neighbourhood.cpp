@@ -4,9 +4,11 @@
 // image's edge are read from the guard band, which is black.
 #include "pixel/bitfilter.h"
 #include "pixel/neighbourhood_rows.h"
+#include "pixel/pixelword.h"
 #include "pixel/vbmath.h"
 
 #include <cstdlib>
+#include <cstring>
 #include <stdexcept>
 
 namespace ostrivex {
@@ -169,18 +171,28 @@ inline bool fits32(int64_t v) { return v >= INT32_MIN && v <= INT32_MAX; }
 
 // --- The filters ------------------------------------------------------------------------
 
-// Runs row(srcSpan, outSpan, bytes) over every span of the box and puts channel 3 back.
-#define OSTRIVEX_NB_SPANS(out, ROWCALL)                                                   \
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {                                \
+// The new buffer from the frame of spanFrame: row(srcSpan, outSpan, bytes) over every span
+// of the box, channel 3 put back. The KEEP form copies the span first, for row kernels
+// that leave a byte alone when its statement fails.
+#define OSTRIVEX_NB_FRAME(ROWCALL)                                                         \
+    spanFrame([&](int32_t y, int32_t x0, int32_t x1, Bits& out) {                          \
         const uint8_t* sp = buffer_.pixel(x0, y);                                          \
         uint8_t* op = out.pixel(x0, y);                                                    \
         const int32_t nbytes = 4 * (x1 - x0);                                              \
         ROWCALL;                                                                           \
         nb::restoreAlpha(sp, op, x1 - x0);                                                 \
     })
+#define OSTRIVEX_NB_FRAME_KEEP(ROWCALL)                                                    \
+    spanFrame([&](int32_t y, int32_t x0, int32_t x1, Bits& out) {                          \
+        const uint8_t* sp = buffer_.pixel(x0, y);                                          \
+        uint8_t* op = out.pixel(x0, y);                                                    \
+        const int32_t nbytes = 4 * (x1 - x0);                                              \
+        std::memcpy(op, sp, size_t(nbytes));                                               \
+        ROWCALL;                                                                           \
+        nb::restoreAlpha(sp, op, x1 - x0);                                                 \
+    })
 
 Bits cBitFilter::Blurs(int32_t level) {
-    Bits out = buffer_;
     RegionBounds(0);
     const int32_t l = std::abs(level);
     // The reads reach `level` pixels past the box; past the guard band there is no array.
@@ -189,30 +201,30 @@ Bits cBitFilter::Blurs(int32_t level) {
          boxBottom_ + l > lastRow_ + 2))
         throw std::out_of_range("Blurs: level reaches past the guard band");
     const ptrdiff_t dx = 4 * ptrdiff_t(l), dy = ptrdiff_t(l) * ptrdiff_t(buffer_.stride());
-    OSTRIVEX_NB_SPANS(out, blurRow(sp, op, nbytes, dx, dy));
+    Bits out = OSTRIVEX_NB_FRAME(blurRow(sp, op, nbytes, dx, dy));
     finishProgress();
     return out;
 }
 
 Bits cBitFilter::SOFTEN(int32_t level) {
-    Bits out = buffer_;
+    Bits out;
     RegionBounds(1);
     const int64_t k = 101 - int64_t(level), d = k + 4;
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
     nb::Recip16 r;
     if (d == 0) {
-        // Every division fails and every byte keeps its value.
+        out = buffer_; // every division fails and every byte keeps its value
     } else if (k >= 0 && k * 255 + 1020 < 32768 &&
                nb::findRecip16(uint32_t(d), uint32_t(k * 255 + 1020), r)) {
         const uint16_t k16 = uint16_t(k), m = uint16_t(r.m);
         const int shift = r.shift;
-        OSTRIVEX_NB_SPANS(out, softenRow16(sp, op, nbytes, dy, k16, m, shift));
+        out = OSTRIVEX_NB_FRAME(softenRow16(sp, op, nbytes, dy, k16, m, shift));
     } else if (nb::floatDivisionExact(std::abs(k) * 255 + 1020, d)) {
         const int32_t k32 = int32_t(k);
         const float df = float(d);
-        OSTRIVEX_NB_SPANS(out, softenRow(sp, op, nbytes, dy, k32, df));
+        out = OSTRIVEX_NB_FRAME(softenRow(sp, op, nbytes, dy, k32, df));
     } else {
-        OSTRIVEX_NB_SPANS(out, slowRow(sp, op, nbytes, [&](const uint8_t* p) -> int64_t {
+        out = OSTRIVEX_NB_FRAME_KEEP(slowRow(sp, op, nbytes, [&](const uint8_t* p) -> int64_t {
             const int64_t n = k * p[0] + p[-4] + p[4] + p[-dy] + p[dy];
             if (!fits32(k * p[0]) || !fits32(n)) return -1;
             const int64_t q = n / d;
@@ -235,25 +247,25 @@ int64_t sharpenByte(const uint8_t* p, ptrdiff_t dy, int64_t a, int64_t b, int64_
 } // namespace
 
 Bits cBitFilter::SHARPEN(int32_t level) {
-    Bits out = buffer_;
+    Bits out;
     RegionBounds(1);
     const int64_t a = 124 - int64_t(level), d = 108 - int64_t(level);
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
     nb::Recip16 r;
     if (d == 0) {
-        // Every division fails and every byte keeps its value.
+        out = buffer_; // every division fails and every byte keeps its value
     } else if (a >= 0 && d > 0 && (a + 2) * 255 < 32768 &&
                nb::findRecip16(uint32_t(d), uint32_t(a * 255), r)) {
         const int16_t a16 = int16_t(a);
         const uint16_t m = uint16_t(r.m);
         const int shift = r.shift;
-        OSTRIVEX_NB_SPANS(out, sharpenRow16(sp, op, nbytes, dy, a16, 2, m, shift));
+        out = OSTRIVEX_NB_FRAME(sharpenRow16(sp, op, nbytes, dy, a16, 2, m, shift));
     } else if (nb::floatDivisionExact(std::abs(a) * 255 + 2 * 8 * 255, d)) {
         const int32_t a32 = int32_t(a);
         const float df = float(d);
-        OSTRIVEX_NB_SPANS(out, sharpenRow(sp, op, nbytes, dy, a32, 2, df));
+        out = OSTRIVEX_NB_FRAME(sharpenRow(sp, op, nbytes, dy, a32, 2, df));
     } else {
-        OSTRIVEX_NB_SPANS(out, slowRow(sp, op, nbytes, [&](const uint8_t* p) {
+        out = OSTRIVEX_NB_FRAME_KEEP(slowRow(sp, op, nbytes, [&](const uint8_t* p) {
             return sharpenByte(p, dy, a, 2, d);
         }));
     }
@@ -262,25 +274,25 @@ Bits cBitFilter::SHARPEN(int32_t level) {
 }
 
 Bits cBitFilter::EDGEENHANCE(int32_t level) {
-    Bits out = buffer_;
+    Bits out;
     RegionBounds(0);
     const int64_t a = int64_t(level) + 9, d = int64_t(level) + 1;
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
     nb::Recip16 r;
     if (d == 0) {
-        // Every division fails and every byte keeps its value.
+        out = buffer_; // every division fails and every byte keeps its value
     } else if (a >= 0 && d > 0 && (a + 1) * 255 < 32768 &&
                nb::findRecip16(uint32_t(d), uint32_t(a * 255), r)) {
         const int16_t a16 = int16_t(a);
         const uint16_t m = uint16_t(r.m);
         const int shift = r.shift;
-        OSTRIVEX_NB_SPANS(out, sharpenRow16(sp, op, nbytes, dy, a16, 1, m, shift));
+        out = OSTRIVEX_NB_FRAME(sharpenRow16(sp, op, nbytes, dy, a16, 1, m, shift));
     } else if (nb::floatDivisionExact(std::abs(a) * 255 + 8 * 255, d)) {
         const int32_t a32 = int32_t(a);
         const float df = float(d);
-        OSTRIVEX_NB_SPANS(out, sharpenRow(sp, op, nbytes, dy, a32, 1, df));
+        out = OSTRIVEX_NB_FRAME(sharpenRow(sp, op, nbytes, dy, a32, 1, df));
     } else {
-        OSTRIVEX_NB_SPANS(out, slowRow(sp, op, nbytes, [&](const uint8_t* p) {
+        out = OSTRIVEX_NB_FRAME_KEEP(slowRow(sp, op, nbytes, [&](const uint8_t* p) {
             return sharpenByte(p, dy, a, 1, d);
         }));
     }
@@ -289,19 +301,17 @@ Bits cBitFilter::EDGEENHANCE(int32_t level) {
 }
 
 Bits cBitFilter::DILATE() {
-    Bits out = buffer_;
     RegionBounds(0);
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
-    OSTRIVEX_NB_SPANS(out, dilateRow(sp, op, nbytes, dy));
+    Bits out = OSTRIVEX_NB_FRAME(dilateRow(sp, op, nbytes, dy));
     finishProgress();
     return out;
 }
 
 Bits cBitFilter::ERODE() {
-    Bits out = buffer_;
     RegionBounds(0);
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
-    OSTRIVEX_NB_SPANS(out, erodeRow(sp, op, nbytes, dy));
+    Bits out = OSTRIVEX_NB_FRAME(erodeRow(sp, op, nbytes, dy));
     finishProgress();
     return out;
 }
@@ -310,18 +320,16 @@ Bits cBitFilter::ERODE() {
 // The margin is 1 - mode. For any other mode nothing is compared, so the pixel takes the
 // start value: we start every mode but 0 at 0, so those modes paint the region black.
 #define OSTRIVEX_NB_RANK(e1, e2)                                                           \
-    Bits out = buffer_;                                                                    \
+    Bits out;                                                                              \
     RegionBounds(1 - mode);                                                                \
     if (mode == 0) {                                                                       \
-        OSTRIVEX_NB_SPANS(out, rankMinRow(sp, op, nbytes, e1, e2));                        \
+        out = OSTRIVEX_NB_FRAME(rankMinRow(sp, op, nbytes, e1, e2));                       \
     } else if (mode == 1) {                                                                \
-        OSTRIVEX_NB_SPANS(out, rankMaxRow(sp, op, nbytes, e1, e2));                        \
+        out = OSTRIVEX_NB_FRAME(rankMaxRow(sp, op, nbytes, e1, e2));                       \
     } else {                                                                               \
-        forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {                               \
-            for (int32_t x = x0; x < x1; ++x) {                                            \
-                uint8_t* p = out.pixel(x, y);                                              \
-                p[0] = p[1] = p[2] = 0;                                                    \
-            }                                                                              \
+        out = spanFrame([&](int32_t y, int32_t x0, int32_t x1, Bits& o) {                  \
+            for (int32_t x = x0; x < x1; ++x)                                              \
+                store32(o.pixel(x, y), load32(buffer_.pixel(x, y)) & 0xFF000000u);         \
         });                                                                                \
     }                                                                                      \
     finishProgress();                                                                      \
@@ -340,15 +348,15 @@ Bits cBitFilter::RankFilterND(int32_t mode) {
 }
 
 Bits cBitFilter::CONTOUR(int32_t weight, int32_t colour) {
-    Bits out = buffer_;
     RegionBounds(0);
     const uint32_t packed = static_cast<uint32_t>(colour);
     const uint8_t cb = colourB(packed), cg = colourG(packed), cr = colourR(packed);
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
+    Bits out = spanFrame([&](int32_t y, int32_t x0, int32_t x1, Bits& target) {
         const uint8_t* s = buffer_.pixel(x0, y);
-        uint8_t* o = out.pixel(x0, y);
+        uint8_t* o = target.pixel(x0, y);
         for (int32_t x = x0; x < x1; ++x, s += 4, o += 4) {
+            o[3] = s[3];
             int32_t e[3];
             for (int c = 0; c < 3; ++c) {
                 const int32_t sum8 = s[c - dy - 4] + s[c - dy] + s[c - dy + 4] + s[c - 4] +
@@ -376,10 +384,9 @@ Bits cBitFilter::CONTOUR(int32_t weight, int32_t colour) {
 // the upper left brightens and a falling one darkens. Margin 1, so the outer ring of the
 // region, which would read the black guard band at the image's edge, stays as it is.
 Bits cBitFilter::RELIEF() {
-    Bits out = buffer_;
     RegionBounds(1);
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
-    OSTRIVEX_NB_SPANS(out, reliefRow(sp, op, nbytes, dy));
+    Bits out = OSTRIVEX_NB_FRAME(reliefRow(sp, op, nbytes, dy));
     finishProgress();
     return out;
 }

@@ -9,6 +9,7 @@
 // which keeps the source byte.
 #include "pixel/bitfilter.h"
 #include "pixel/tone_kernels.h"
+#include "pixel/tone_wide.h"
 #include "pixel/vbmath.h"
 
 #include <algorithm>
@@ -242,6 +243,7 @@ Bits cBitFilter::Invert() {
 
 Bits cBitFilter::GreyScale() {
     // v = round(B * 0.071 + G * 0.707 + R * 0.222) on all three channels.
+    if (hasWideKernels()) return pointFilter(greyWide);
     return pointFilter([](const uint8_t* s, uint8_t* p, int32_t n) {
         uint32_t grey[kLumChunk];
         for (int32_t start = 0; start < n; start += kLumChunk) {
@@ -270,6 +272,13 @@ Bits cBitFilter::Threshold(int32_t cut) {
 
 Bits cBitFilter::SATURATION(int32_t level) {
     const float f = float(level / 100.0);
+    if (hasWideKernels()) {
+        if (saturationSingleExact(f))
+            return pointFilter(
+                [&](const uint8_t* s, uint8_t* p, int32_t n) { saturationWideSingle(s, p, n, f); });
+        return pointFilter(
+            [&](const uint8_t* s, uint8_t* p, int32_t n) { saturationWide(s, p, n, f); });
+    }
     // The new channel depends on the channel and on the pixel's mean a only: a table of
     // 256 means by 256 channel values.
     std::vector<uint8_t> table(256 * 256);
@@ -316,12 +325,17 @@ Bits cBitFilter::Contrast(int32_t level) {
     // Pass 1: the mean of T[B + G + R] over the whole image, whatever the region. The sum
     // is 64-bit: a large bright image passes 2^31 long before its pixel count does.
     int64_t sum = 0;
+    const bool wide = hasWideKernels() && w < (1 << 24); // a row's lanes must not overflow
     for (int32_t y = 0; y < h; ++y) {
         const uint8_t* p = buffer_.row(y);
-        uint32_t rowSum = 0; // at most 255 per pixel: fits 32 bits for any sane width
-        for (int32_t x = 0; x < w; ++x)
-            rowSum += kMean[int32_t(p[4 * x]) + p[4 * x + 1] + p[4 * x + 2]];
-        sum += rowSum;
+        if (wide) {
+            sum += int64_t(meanSumWide(p, w));
+        } else {
+            uint32_t rowSum = 0; // at most 255 per pixel: fits 32 bits for any sane width
+            for (int32_t x = 0; x < w; ++x)
+                rowSum += kMean[int32_t(p[4 * x]) + p[4 * x + 1] + p[4 * x + 2]];
+            sum += rowSum;
+        }
         progressStep(y);
     }
     const int64_t count = int64_t(w) * h;
@@ -335,6 +349,15 @@ Bits cBitFilter::Contrast(int32_t level) {
 
     // Then each pixel's b, g, r = M[B], M[G], M[R], and while any of them lies outside
     // 0..255 the overflow is spread over the other two so that the hue holds (spillRound).
+    if (hasWideKernels()) {
+        ContrastMap map;
+        map.m = m.data();
+        map.mean = mean;
+        map.f = f;
+        fitContrastMap(map);
+        return pointFilter(
+            [&](const uint8_t* s, uint8_t* p, int32_t n) { contrastWide(s, p, n, map); });
+    }
     return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
         for (int32_t i = 0; i < n; i += kSpillGroup)
             contrastGroup(s + 4 * i, p + 4 * i, std::min(kSpillGroup, n - i), m.data());
@@ -349,11 +372,15 @@ Bits cBitFilter::Equalize() {
     // each other's increment.
     std::array<std::array<int64_t, 256>, 4> parts{};
     uint32_t lum[kLumChunk];
+    const bool wide = hasWideKernels();
     for (int32_t y = 0; y < h; ++y) {
         const uint8_t* p = buffer_.row(y);
         for (int32_t start = 0; start < w; start += kLumChunk) {
             const int32_t m = std::min(kLumChunk, w - start);
-            weightedRound<113, 586, 301>(p + 4 * start, m, lum);
+            if (wide)
+                equalizeLumWide(p + 4 * start, m, lum);
+            else
+                weightedRound<113, 586, 301>(p + 4 * start, m, lum);
             for (int32_t i = 0; i < m; ++i)
                 ++parts[size_t(i & 3)][lum[i]];
         }

@@ -2,6 +2,7 @@
 // channel kills and the channel shuffles (SwapBanks, SwapRGB, ClassyColors).
 #include "pixel/bitfilter.h"
 #include "pixel/tone_kernels.h"
+#include "pixel/tone_wide.h"
 #include "pixel/vbmath.h"
 
 #include <algorithm>
@@ -318,8 +319,9 @@ uint32_t classyPixel(int32_t mode, uint32_t v, const double* atanTable) {
 
 namespace {
 // A table of a formula of two bytes x and y, at x * 256 + y.
+// Three bytes more than the entries: the wide kernels read each entry as a word.
 template <class Fn> std::vector<uint8_t> pairTable(Fn&& fn) {
-    std::vector<uint8_t> t(65536);
+    std::vector<uint8_t> t(65536 + 3);
     for (uint32_t x = 0; x < 256; ++x)
         for (uint32_t y = 0; y < 256; ++y)
             t[x * 256u + y] = uint8_t(fn(int32_t(x), int32_t(y)));
@@ -341,6 +343,23 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
     // The modes whose channels are formulas of two source bytes read them from tables of
     // those formulas (the sums are commutative, so one table serves both orders).
     auto average = [](int32_t x, int32_t y) { return roundedByte((x * 0.99 + y * 0.99) / 2.0); };
+    if (hasWideKernels()) {
+        // Only the tables the mode reads are made.
+        std::vector<uint8_t> avg, soft, spot, retro;
+        if (mode >= 0 && mode <= 3) avg = pairTable(average);
+        if (mode == 0)
+            soft = pairTable(
+                [&](int32_t b, int32_t g) { return roundedByte(b * atanTable[size_t(g)] / 1.9); });
+        if (mode == 6)
+            spot = pairTable([](int32_t x, int32_t y) { return roundedByte(x / 2.0 + y / 4.0); });
+        if (mode == 7)
+            retro = pairTable(
+                [](int32_t b, int32_t r) { return vbRound((2 * b * 0.99 + r * 0.99) / 12.0); });
+        const ClassyTables tables{avg.data(), soft.data(), spot.data(), retro.data()};
+        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+            classyWide(mode, s, p, n, tables);
+        });
+    }
     switch (mode) {
     case 0:
     case 1: {

@@ -171,7 +171,7 @@ void cBitFilter::BitsRotate90(const Bits& source) {
     // The output goes into the object's own storage unless the source is that buffer.
     Bits fresh;
     Bits& out = (&source == &buffer_) ? fresh : buffer_;
-    out.reset(w, h);
+    out.resetForOverwrite(w, h); // every visible pixel is written below
     lastColumn_ = w - 1;
     lastRow_ = h - 1;
     image_ = {0, 0, w, h};

@@ -454,7 +454,7 @@ void cBitFilter::BitsResample(const Bits& source, int32_t width, int32_t height)
 
     Bits fresh;
     Bits& out = (&source == &buffer_) ? fresh : buffer_;
-    out.reset(w, h);
+    out.resetForOverwrite(w, h); // every visible pixel is written below
     lastColumn_ = w - 1;
     lastRow_ = h - 1;
     image_ = {0, 0, w, h};
@@ -546,7 +546,7 @@ void cBitFilter::BitsResize(const Bits& source, int32_t width, int32_t height) {
 
     Bits fresh;
     Bits& out = (&source == &buffer_) ? fresh : buffer_;
-    out.reset(w, h);
+    out.resetForOverwrite(w, h); // every visible pixel is written below
     lastColumn_ = w - 1;
     lastRow_ = h - 1;
     image_ = {0, 0, w, h};

@@ -9,6 +9,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <tuple>
 
 using namespace ostrivex;
 using namespace ostrivex::test;
@@ -235,13 +236,75 @@ Bits referenceContrast(const Bits& src, int32_t level) {
 } // namespace
 
 TEST(Tone, ContrastEqualsThePlainSpillLoopOnRandomImages) {
-    for (uint32_t seed : {4u, 5u})
-        for (int32_t level : {-100, -30, 60, 250}) {
-            const Bits src = patternBits(67, 23, seed);
+    // Short rows, and long ones that the filter takes in several chunks.
+    for (auto [w, h, seed] : {std::tuple{67, 23, 4u}, {67, 23, 5u}, {2100, 5, 6u}})
+        for (int32_t level : {-100, -30, 50, 60, 250}) {
+            const Bits src = patternBits(w, h, seed);
             EXPECT_TRUE(sameBits(referenceContrast(src, level),
                                  run(src, [=](cBitFilter& f) { return f.Contrast(level); })))
                 << "level " << level;
         }
+}
+
+namespace {
+// Every colour once: 4096 x 4096 pixels, blue from the low bits of the pixel number.
+const Bits& everyColour() {
+    static const Bits all = [] {
+        Bits src(4096, 4096);
+        for (int y = 0; y < 4096; ++y)
+            for (int x = 0; x < 4096; ++x) {
+                const uint32_t c = uint32_t(y) * 4096u + uint32_t(x);
+                src(0, x, y) = uint8_t(c & 255u);
+                src(1, x, y) = uint8_t((c >> 8) & 255u);
+                src(2, x, y) = uint8_t(c >> 16);
+                src(3, x, y) = uint8_t(x * 7 + y);
+            }
+        return src;
+    }();
+    return all;
+}
+// The pixels of the region taken from changed, the rest from src.
+Bits insideFrom(const Bits& src, const Bits& changed, const Region& region) {
+    Bits out = src;
+    for (int y = 0; y < src.height(); ++y)
+        for (int x = 0; x < src.width(); ++x)
+            if (region.contains(x, y))
+                for (int c = 0; c < 4; ++c) out(c, x, y) = changed(c, x, y);
+    return out;
+}
+} // namespace
+
+TEST(Tone, SaturationEqualsThePlainFormulaOnEveryColour) {
+    const Bits& src = everyColour();
+    for (int32_t level : {-100, -37, 1, 50, 133, 250}) {
+        const Bits out = run(src, [=](cBitFilter& f) { return f.SATURATION(level); });
+        const double f = double(float(level / 100.0));
+        int64_t wrong = 0;
+        for (int y = 0; y < 4096; ++y)
+            for (int x = 0; x < 4096; ++x) {
+                const int a = (src(0, x, y) + src(1, x, y) + src(2, x, y)) / 3;
+                for (int c = 0; c < 3; ++c) {
+                    const int v = src(c, x, y);
+                    const int want = std::clamp(int(std::nearbyint(v + f * (v - a))), 0, 255);
+                    wrong += out(c, x, y) != want;
+                }
+                wrong += out(3, x, y) != src(3, x, y);
+            }
+        EXPECT_EQ(wrong, 0) << "level " << level;
+    }
+}
+
+TEST(Tone, ContrastOnSpansOfAnEllipseEqualsThePlainSpillLoop) {
+    // Rows of every length from 1 up, so that runs end at every point of an 8-pixel group
+    // and of the waiting list of slow pixels.
+    const Bits src = patternBits(203, 61, 12);
+    const Region ellipse = Region::ellipse(3, -4, 200, 60);
+    for (int32_t level : {-60, 40, 250}) {
+        const Bits want = insideFrom(src, referenceContrast(src, level), ellipse);
+        EXPECT_TRUE(
+            sameBits(want, run(src, [=](cBitFilter& f) { return f.Contrast(level); }, &ellipse)))
+            << "level " << level;
+    }
 }
 
 TEST(Tone, GreyScaleEqualsTheDoubleSumOnEveryColour) {

@@ -7,6 +7,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <random>
 #include <vector>
@@ -215,6 +216,34 @@ TEST(Resample, GrowingMoreThanTwiceMatchesThePlainRule) {
             f.BitsResample(src, w, h);
             ASSERT_TRUE(sameBits(referenceResample(src, w, h), f.bits()))
                 << ws << "x" << hs << " -> " << w << "x" << h;
+        }
+    });
+}
+
+TEST(Resample, ScalingIntoAReusedBufferWritesEveryByte) {
+    // The object's buffer already has the new size and holds 255 in every byte, guard band
+    // included: the result must still be the plain rule's, channel 3 and guard band 0.
+    auto dirty = [](int w, int h) {
+        Bits b(w, h);
+        std::fill(b.data(), b.data() + b.size(), uint8_t(255));
+        return b;
+    };
+    forEachLevel([&] {
+        std::mt19937 rng(21);
+        // Growing, growing more than twice, shrinking a little and a lot, one row high.
+        const int sizes[][4] = {{40, 30, 61, 45},  {20, 9, 130, 41}, {90, 70, 77, 50},
+                                {300, 40, 19, 5}, {33, 2, 70, 1},   {17, 13, 17, 13}};
+        for (const auto& s : sizes) {
+            const Bits src = patternBits(s[0], s[1], rng());
+            cBitFilter f;
+            f.SetBits(dirty(s[2], s[3]));
+            f.BitsResample(src, s[2], s[3]);
+            ASSERT_TRUE(sameBits(referenceResample(src, s[2], s[3]), f.bits()))
+                << s[0] << "x" << s[1] << " -> " << s[2] << "x" << s[3];
+            f.SetBits(dirty(s[2], s[3]));
+            f.BitsResize(src, s[2], s[3]);
+            ASSERT_TRUE(sameBits(referenceResize(src, s[2], s[3]), f.bits()))
+                << s[0] << "x" << s[1] << " -> " << s[2] << "x" << s[3];
         }
     });
 }

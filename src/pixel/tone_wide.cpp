@@ -1,0 +1,640 @@
+// AVX2 kernels of the tone filters (see tone_wide.h). Each function carries its own
+// target attribute, so the rest of the library stays plain x86-64 and these run only
+// after the processor has been asked.
+#include "pixel/tone_wide.h"
+
+#include "pixel/pixelword.h"
+#include "pixel/vbmath.h"
+
+#include <algorithm>
+#include <climits>
+#include <cmath>
+#include <cstring>
+
+#if defined(__x86_64__)
+#include <immintrin.h>
+#endif
+
+namespace ostrivex::tone {
+
+#if defined(__x86_64__)
+
+namespace {
+
+#define OSTRIVEX_AVX2 __attribute__((target("avx2,fma,popcnt")))
+
+constexpr uint32_t kMarker = 0xFF000000u;
+
+// round(B * KB / 1000 + G * KG / 1000 + R * KR / 1000) of one pixel, summed in double in
+// that order: the rule itself, for the ties of the fast test below. Kept out of line, so
+// that it is compiled for the plain processor: inside an FMA function the compiler would
+// fuse a product into the sum and round once less than the rule does.
+template <int32_t KB, int32_t KG, int32_t KR>
+__attribute__((noinline)) uint32_t weightedExact(uint32_t v) {
+    const int32_t b = int32_t(v & 255u), g = int32_t((v >> 8) & 255u),
+                  r = int32_t((v >> 16) & 255u);
+    return uint32_t(vbRound(b * (KB / 1000.0) + g * (KG / 1000.0) + r * (KR / 1000.0)));
+}
+
+// The weighted sums of eight pixels as q = (S + 500) \ 1000 with S = KB B + KG G + KR R,
+// by a single-precision product (exact below 2^24, and a quotient that is not a tie stays
+// 0.001 away from an integer, far more than the product's error). ties gets the lanes
+// where S ends in 500: there the double sum of the rule decides, not the exact quotient.
+template <int32_t KB, int32_t KG, int32_t KR>
+OSTRIVEX_AVX2 inline __m256i weighted8(__m256i v, int& ties) {
+    const __m256i byte = _mm256_set1_epi32(255);
+    const __m256i b = _mm256_and_si256(v, byte);
+    const __m256i g = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
+    const __m256i r = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
+    __m256i sum = _mm256_add_epi32(_mm256_mullo_epi32(b, _mm256_set1_epi32(KB)),
+                                   _mm256_mullo_epi32(g, _mm256_set1_epi32(KG)));
+    sum = _mm256_add_epi32(sum, _mm256_mullo_epi32(r, _mm256_set1_epi32(KR)));
+    sum = _mm256_add_epi32(sum, _mm256_set1_epi32(500));
+    const __m256i q =
+        _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(sum), _mm256_set1_ps(0.001f)));
+    const __m256i back = _mm256_mullo_epi32(q, _mm256_set1_epi32(1000));
+    ties = _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_cmpeq_epi32(back, sum)));
+    return q;
+}
+
+// The truncated mean (B + G + R) \ 3 of eight pixels: s * 43691 / 2^17 equals s \ 3 for
+// every s up to 765 (43691 * 3 = 2^17 + 1, so the error stays under 1/3 / 255).
+OSTRIVEX_AVX2 inline __m256i mean8(__m256i v) {
+    const __m256i byte = _mm256_set1_epi32(255);
+    const __m256i sum = _mm256_add_epi32(
+        _mm256_add_epi32(_mm256_and_si256(v, byte), _mm256_and_si256(_mm256_srli_epi32(v, 8), byte)),
+        _mm256_and_si256(_mm256_srli_epi32(v, 16), byte));
+    return _mm256_srli_epi32(_mm256_mullo_epi32(sum, _mm256_set1_epi32(43691)), 17);
+}
+
+OSTRIVEX_AVX2 inline __m256i limit8(__m256i c) {
+    return _mm256_min_epi32(_mm256_max_epi32(c, _mm256_setzero_si256()), _mm256_set1_epi32(255));
+}
+
+// Contrast's spill of one channel limited to lim: the excess e = c - lim is c below 0 and
+// c - 255 above 255, and the spill is e \ 2 (truncating: the sign bit is added first).
+OSTRIVEX_AVX2 inline __m256i spill8(__m256i c, __m256i lim) {
+    const __m256i e = _mm256_sub_epi32(c, lim);
+    return _mm256_srai_epi32(_mm256_add_epi32(e, _mm256_srli_epi32(e, 31)), 1);
+}
+
+// One spill round on eight pixels; a pixel already inside 0..255 comes out unchanged.
+OSTRIVEX_AVX2 inline void spillRound8(__m256i& b, __m256i& g, __m256i& r) {
+    // None above 0 (the largest at most 0): all turn 0.
+    const __m256i low = _mm256_cmpgt_epi32(
+        _mm256_set1_epi32(1), _mm256_max_epi32(_mm256_max_epi32(b, g), r));
+    b = _mm256_andnot_si256(low, b);
+    g = _mm256_andnot_si256(low, g);
+    r = _mm256_andnot_si256(low, r);
+    // None below 255 (the smallest at least 255): all turn 255.
+    const __m256i white = _mm256_set1_epi32(255);
+    const __m256i high = _mm256_cmpgt_epi32(
+        _mm256_min_epi32(_mm256_min_epi32(b, g), r), _mm256_set1_epi32(254));
+    b = _mm256_blendv_epi8(b, white, high);
+    g = _mm256_blendv_epi8(g, white, high);
+    r = _mm256_blendv_epi8(r, white, high);
+    // Blue, then green, then red spill into the other two.
+    __m256i lim = limit8(b);
+    __m256i s = spill8(b, lim);
+    b = lim;
+    g = _mm256_add_epi32(g, s);
+    r = _mm256_add_epi32(r, s);
+    lim = limit8(g);
+    s = spill8(g, lim);
+    g = lim;
+    b = _mm256_add_epi32(b, s);
+    r = _mm256_add_epi32(r, s);
+    lim = limit8(r);
+    s = spill8(r, lim);
+    r = lim;
+    g = _mm256_add_epi32(g, s);
+    b = _mm256_add_epi32(b, s);
+}
+
+// Lanes with a channel outside 0..255 (such a value has a bit above the low byte).
+OSTRIVEX_AVX2 inline int outside8(__m256i b, __m256i g, __m256i r) {
+    const __m256i any = _mm256_or_si256(_mm256_or_si256(b, g), r);
+    const __m256i fine =
+        _mm256_cmpeq_epi32(_mm256_and_si256(any, _mm256_set1_epi32(~255)), _mm256_setzero_si256());
+    return ~_mm256_movemask_ps(_mm256_castsi256_ps(fine)) & 0xFF;
+}
+
+OSTRIVEX_AVX2 inline __m256i pack8(__m256i v, __m256i b, __m256i g, __m256i r) {
+    const __m256i marker = _mm256_and_si256(v, _mm256_set1_epi32(int(kMarker)));
+    return _mm256_or_si256(
+        _mm256_or_si256(marker, b),
+        _mm256_or_si256(_mm256_slli_epi32(g, 8), _mm256_slli_epi32(r, 16)));
+}
+
+inline int32_t spillOf(int32_t c) {
+    return c < 0 ? c / 2 : (c > 255 ? (c - 255) / 2 : 0);
+}
+inline int32_t limitByte(int32_t c) {
+    return c < 0 ? 0 : (c > 255 ? 255 : c);
+}
+
+// The spill loop of one pixel, for the tail of a run.
+uint32_t contrastPixel(uint32_t v, const int32_t* m) {
+    int32_t b = m[v & 255u], g = m[(v >> 8) & 255u], r = m[(v >> 16) & 255u];
+    while (uint32_t(b | g | r) > 255u) {
+        if (b <= 0 && g <= 0 && r <= 0) b = g = r = 0;
+        if (b >= 255 && g >= 255 && r >= 255) b = g = r = 255;
+        const int32_t sb = spillOf(b);
+        g += sb;
+        r += sb;
+        b = limitByte(b);
+        const int32_t sg = spillOf(g);
+        b += sg;
+        r += sg;
+        g = limitByte(g);
+        const int32_t sr = spillOf(r);
+        g += sr;
+        b += sr;
+        r = limitByte(r);
+    }
+    return (v & kMarker) | uint32_t(b) | uint32_t(g) << 8 | uint32_t(r) << 16;
+}
+
+// For each 8-bit mask, the lanes of its set bits in order (the rest 0): the permutation
+// that packs a vector's chosen lanes to its front.
+struct PackOrder {
+    alignas(32) int32_t lanes[256][8] = {};
+    PackOrder() {
+        for (int mask = 0; mask < 256; ++mask) {
+            int k = 0;
+            for (int lane = 0; lane < 8; ++lane)
+                if (mask >> lane & 1) lanes[mask][k++] = lane;
+        }
+    }
+};
+const PackOrder kPackOrder;
+
+} // namespace
+
+bool hasWideKernels() {
+    static const bool yes = [] {
+        __builtin_cpu_init();
+        return __builtin_cpu_supports("avx2") && __builtin_cpu_supports("fma") &&
+               __builtin_cpu_supports("popcnt");
+    }();
+    return yes;
+}
+
+OSTRIVEX_AVX2 void greyWide(const uint8_t* s, uint8_t* p, int32_t n) {
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+        int ties;
+        const __m256i q = weighted8<71, 707, 222>(v, ties);
+        const __m256i grey = _mm256_mullo_epi32(q, _mm256_set1_epi32(0x010101));
+        const __m256i out =
+            _mm256_or_si256(_mm256_and_si256(v, _mm256_set1_epi32(int(kMarker))), grey);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), out);
+        while (ties) {
+            const int k = i + __builtin_ctz(unsigned(ties));
+            ties &= ties - 1;
+            const uint32_t px = load32(s + 4 * k);
+            store32(p + 4 * k, (px & kMarker) | weightedExact<71, 707, 222>(px) * 0x010101u);
+        }
+    }
+    for (; i < n; ++i) {
+        const uint32_t px = load32(s + 4 * i);
+        store32(p + 4 * i, (px & kMarker) | weightedExact<71, 707, 222>(px) * 0x010101u);
+    }
+}
+
+OSTRIVEX_AVX2 uint64_t meanSumWide(const uint8_t* s, int32_t n) {
+    // Each lane adds at most 255 a step: 2^24 steps fit its 32 bits.
+    __m256i acc = _mm256_setzero_si256();
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8)
+        acc = _mm256_add_epi32(
+            acc, mean8(_mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i))));
+    alignas(32) uint32_t lanes[8];
+    _mm256_store_si256(reinterpret_cast<__m256i*>(lanes), acc);
+    uint64_t sum = 0;
+    for (uint32_t v : lanes) sum += v;
+    for (; i < n; ++i) sum += (uint32_t(s[4 * i]) + s[4 * i + 1] + s[4 * i + 2]) / 3u;
+    return sum;
+}
+
+OSTRIVEX_AVX2 void equalizeLumWide(const uint8_t* s, int32_t n, uint32_t* out) {
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+        int ties;
+        const __m256i q = weighted8<113, 586, 301>(v, ties);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + i), q);
+        while (ties) {
+            const int k = i + __builtin_ctz(unsigned(ties));
+            ties &= ties - 1;
+            out[k] = weightedExact<113, 586, 301>(load32(s + 4 * k));
+        }
+    }
+    for (; i < n; ++i) out[i] = weightedExact<113, 586, 301>(load32(s + 4 * i));
+}
+
+// clamp(round(c + f * (c - a))) of four channel values.
+OSTRIVEX_AVX2 inline __m128i saturate4(__m128i c, __m128i a, __m256d factor) {
+    const __m256d moved =
+        _mm256_fmadd_pd(factor, _mm256_cvtepi32_pd(_mm_sub_epi32(c, a)), _mm256_cvtepi32_pd(c));
+    const __m128i x = _mm256_cvtpd_epi32(moved);
+    return _mm_min_epi32(_mm_max_epi32(x, _mm_setzero_si128()), _mm_set1_epi32(255));
+}
+
+OSTRIVEX_AVX2 void saturationWide(const uint8_t* s, uint8_t* p, int32_t n, float f) {
+    // Four pixels at a time in double: c + f * (c - a) is exact there (a 24-bit factor
+    // times a 9-bit difference plus a byte), so the one conversion, which rounds to
+    // nearest with ties to even, gives round() of the rule; then the clamp.
+    const __m128i byte = _mm_set1_epi32(255);
+    const __m256d factor = _mm256_set1_pd(double(f));
+    int32_t i = 0;
+    for (; i + 4 <= n; i += 4) {
+        const __m128i v = _mm_loadu_si128(reinterpret_cast<const __m128i*>(s + 4 * i));
+        const __m128i b = _mm_and_si128(v, byte);
+        const __m128i g = _mm_and_si128(_mm_srli_epi32(v, 8), byte);
+        const __m128i r = _mm_and_si128(_mm_srli_epi32(v, 16), byte);
+        const __m128i sum = _mm_add_epi32(_mm_add_epi32(b, g), r);
+        const __m128i a = _mm_srli_epi32(_mm_mullo_epi32(sum, _mm_set1_epi32(43691)), 17);
+        const __m128i out = _mm_or_si128(
+            _mm_or_si128(_mm_and_si128(v, _mm_set1_epi32(int(kMarker))), saturate4(b, a, factor)),
+            _mm_or_si128(_mm_slli_epi32(saturate4(g, a, factor), 8),
+                         _mm_slli_epi32(saturate4(r, a, factor), 16)));
+        _mm_storeu_si128(reinterpret_cast<__m128i*>(p + 4 * i), out);
+    }
+    for (; i < n; ++i) {
+        const uint32_t v = load32(s + 4 * i);
+        const int32_t b = int32_t(v & 255u), g = int32_t((v >> 8) & 255u),
+                      r = int32_t((v >> 16) & 255u);
+        const int32_t a = (b + g + r) / 3;
+        auto channel = [&](int32_t c) { return uint32_t(clampByte(vbRound(c + double(f) * (c - a)))); };
+        store32(p + 4 * i, (v & kMarker) | channel(b) | channel(g) << 8 | channel(r) << 16);
+    }
+}
+
+// Contrast's table entry round((c - mean) * f + mean) of eight channel values, worked
+// out instead of looked up: in double the product of the single f and a 9-bit difference
+// is exact, and so is the sum, so the one conversion (to nearest, ties to even) is the
+// rule's rounding.
+OSTRIVEX_AVX2 inline __m256i stretch8(__m256i c, __m256i mean, __m256d factor) {
+    const __m256i d = _mm256_sub_epi32(c, mean);
+    const __m256d base = _mm256_cvtepi32_pd(_mm256_castsi256_si128(mean));
+    const __m128i lo = _mm256_cvtpd_epi32(
+        _mm256_fmadd_pd(_mm256_cvtepi32_pd(_mm256_castsi256_si128(d)), factor, base));
+    const __m128i hi = _mm256_cvtpd_epi32(
+        _mm256_fmadd_pd(_mm256_cvtepi32_pd(_mm256_extracti128_si256(d, 1)), factor, base));
+    return _mm256_inserti128_si256(_mm256_castsi128_si256(lo), hi, 1);
+}
+
+// clamp(round(c + f * (c - a))) of eight channel values in single precision: the fused
+// product and sum round once, to a single, and the conversion rounds to nearest even.
+OSTRIVEX_AVX2 inline __m256i saturate8(__m256i c, __m256i a, __m256 factor) {
+    const __m256 moved = _mm256_fmadd_ps(factor, _mm256_cvtepi32_ps(_mm256_sub_epi32(c, a)),
+                                         _mm256_cvtepi32_ps(c));
+    return limit8(_mm256_cvtps_epi32(moved));
+}
+
+OSTRIVEX_AVX2 bool saturationSingleExact(float f) {
+    // Single precision can go wrong only where c + f * (c - a), exact in double, lies
+    // within a single's step of a half: compare with the exact path on every pair.
+    const __m256 factor = _mm256_set1_ps(f);
+    const __m256d factorD = _mm256_set1_pd(double(f));
+    __m256i wrong = _mm256_setzero_si256();
+    for (int32_t a = 0; a < 256; ++a) {
+        const __m256i av = _mm256_set1_epi32(a);
+        for (int32_t c0 = 0; c0 < 256; c0 += 8) {
+            const __m256i c = _mm256_add_epi32(_mm256_set1_epi32(c0),
+                                               _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7));
+            const __m256i single = saturate8(c, av, factor);
+            const __m128i lo = saturate4(_mm256_castsi256_si128(c), _mm256_castsi256_si128(av), factorD);
+            const __m128i hi =
+                saturate4(_mm256_extracti128_si256(c, 1), _mm256_castsi256_si128(av), factorD);
+            const __m256i exact = _mm256_inserti128_si256(_mm256_castsi128_si256(lo), hi, 1);
+            wrong = _mm256_or_si256(wrong, _mm256_xor_si256(single, exact));
+        }
+    }
+    return _mm256_testz_si256(wrong, wrong) != 0;
+}
+
+OSTRIVEX_AVX2 void saturationWideSingle(const uint8_t* s, uint8_t* p, int32_t n, float f) {
+    const __m256i byte = _mm256_set1_epi32(255);
+    const __m256 factor = _mm256_set1_ps(f);
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+        const __m256i a = mean8(v);
+        const __m256i b = saturate8(_mm256_and_si256(v, byte), a, factor);
+        const __m256i g = saturate8(_mm256_and_si256(_mm256_srli_epi32(v, 8), byte), a, factor);
+        const __m256i r = saturate8(_mm256_and_si256(_mm256_srli_epi32(v, 16), byte), a, factor);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), pack8(v, b, g, r));
+    }
+    if (i < n) saturationWide(s + 4 * i, p + 4 * i, n - i, f);
+}
+
+// M of eight channel values as (i * a + b) >> shift.
+OSTRIVEX_AVX2 inline __m256i linear8(__m256i c, __m256i a, __m256i b, __m128i shift) {
+    return _mm256_sra_epi32(_mm256_add_epi32(_mm256_mullo_epi32(c, a), b), shift);
+}
+
+// The slow pixels of a chunk wait in these lists, in order, for their remaining rounds.
+constexpr int32_t kSpillChunk = 1024;
+struct SpillLists {
+    alignas(32) int32_t b[kSpillChunk + 8], g[kSpillChunk + 8], r[kSpillChunk + 8],
+        at[kSpillChunk + 8];
+};
+
+// Rounds the listed pixels eight at a time until they are inside and writes them.
+OSTRIVEX_AVX2 void settleLists(SpillLists& q, int32_t count, const uint8_t* s, uint8_t* p) {
+    // The lanes past the end hold black, which no round changes.
+    for (int32_t k = count; k < count + 8; ++k) q.b[k] = q.g[k] = q.r[k] = 0;
+    for (int32_t j = 0; j < count; j += 8) {
+        __m256i b = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.b + j));
+        __m256i g = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.g + j));
+        __m256i r = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.r + j));
+        do spillRound8(b, g, r);
+        while (outside8(b, g, r));
+        alignas(32) uint32_t done[8];
+        _mm256_store_si256(
+            reinterpret_cast<__m256i*>(done),
+            _mm256_or_si256(b, _mm256_or_si256(_mm256_slli_epi32(g, 8), _mm256_slli_epi32(r, 16))));
+        const int32_t end = std::min(8, count - j);
+        for (int32_t k = 0; k < end; ++k) {
+            const int32_t x = q.at[j + k];
+            store32(p + 4 * x, (load32(s + 4 * x) & kMarker) | done[k]);
+        }
+    }
+}
+
+// Two passes over each chunk of the run: all pixels through the table and one round, the
+// settled ones written at once and the others appended to the lists; then the lists,
+// eight at a time, until every pixel is inside. So the rounds a group of eight takes are
+// set by its slowest pixel among the few slow ones only, and the lists are read back
+// only after they have been written.
+template <bool Linear>
+OSTRIVEX_AVX2 void contrastRun(const uint8_t* s, uint8_t* p, int32_t n, const ContrastMap& map) {
+    const int32_t* m = map.m;
+    const __m256i byte = _mm256_set1_epi32(255);
+    const __m256i mean = _mm256_set1_epi32(map.mean);
+    const __m256d factor = _mm256_set1_pd(double(map.f));
+    const __m256i la = _mm256_set1_epi32(map.a), lb = _mm256_set1_epi32(map.b);
+    const __m128i ls = _mm_cvtsi32_si128(map.shift);
+    const __m256i lanes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
+    SpillLists lists;
+    const int32_t whole = n / 8 * 8;
+    int32_t i = 0;
+    while (i < whole) {
+        const int32_t stop = std::min(whole, i + kSpillChunk);
+        int32_t count = 0;
+        for (; i < stop; i += 8) {
+            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+            const __m256i cb = _mm256_and_si256(v, byte);
+            const __m256i cg = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
+            const __m256i cr = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
+            __m256i b, g, r;
+            if constexpr (Linear) {
+                b = linear8(cb, la, lb, ls);
+                g = linear8(cg, la, lb, ls);
+                r = linear8(cr, la, lb, ls);
+            } else {
+                b = stretch8(cb, mean, factor);
+                g = stretch8(cg, mean, factor);
+                r = stretch8(cr, mean, factor);
+            }
+            // A pixel inside 0..255 comes through a round unchanged: no test first.
+            spillRound8(b, g, r);
+            const int outside = outside8(b, g, r);
+            // Lanes still outside are written again when the lists are settled.
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), pack8(v, b, g, r));
+            if (!outside) continue;
+            // The outside lanes packed to the front, appended (the rest is overwritten by
+            // the next append or the padding).
+            const __m256i order =
+                _mm256_load_si256(reinterpret_cast<const __m256i*>(kPackOrder.lanes[outside]));
+            const __m256i at = _mm256_add_epi32(_mm256_set1_epi32(i), lanes);
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.b + count),
+                                _mm256_permutevar8x32_epi32(b, order));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.g + count),
+                                _mm256_permutevar8x32_epi32(g, order));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.r + count),
+                                _mm256_permutevar8x32_epi32(r, order));
+            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.at + count),
+                                _mm256_permutevar8x32_epi32(at, order));
+            count += __builtin_popcount(unsigned(outside));
+        }
+        if (count) settleLists(lists, count, s, p);
+    }
+    for (; i < n; ++i) store32(p + 4 * i, contrastPixel(load32(s + 4 * i), m));
+}
+
+void fitContrastMap(ContrastMap& map) {
+    // floor((i * a + b) / 2^shift) = M[i] for every i bounds b from both sides; a near
+    // f * 2^shift leaves room for some b unless M rounds a tie against the line's trend.
+    map.linear = false;
+    for (int32_t shift = 12; shift <= 20; ++shift) {
+        const int64_t one = int64_t(1) << shift;
+        const int64_t centre = int64_t(std::llround(double(map.f) * double(one)));
+        for (int64_t a = centre - 2; a <= centre + 2; ++a) {
+            int64_t lo = INT64_MIN, hi = INT64_MAX; // b in [lo, hi)
+            for (int64_t i = 0; i < 256; ++i) {
+                lo = std::max(lo, map.m[i] * one - a * i);
+                hi = std::min(hi, (map.m[i] + 1) * one - a * i);
+            }
+            // The sums must stay inside 32 bits for every i.
+            const int64_t top = std::max(lo, lo + 255 * a), bottom = std::min(lo, lo + 255 * a);
+            if (lo < hi && top < INT32_MAX && bottom > INT32_MIN) {
+                map.linear = true;
+                map.a = int32_t(a);
+                map.b = int32_t(lo);
+                map.shift = shift;
+                return;
+            }
+        }
+    }
+}
+
+void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, const ContrastMap& map) {
+    if (map.linear)
+        contrastRun<true>(s, p, n, map);
+    else
+        contrastRun<false>(s, p, n, map);
+}
+
+
+namespace {
+
+inline uint32_t pairOf(const uint8_t* t, uint32_t x, uint32_t y) {
+    return t[x * 256u + y];
+}
+// The rounded half of a byte, ties to even: (g + 1) / 2 when g / 2 would be an odd tie.
+inline uint32_t halfOf(uint32_t g) {
+    return (g + ((g >> 1) & g & 1u)) >> 1;
+}
+// The low byte of abs(not(a)).
+inline uint32_t retroOf(int32_t a) {
+    const int32_t x = ~a;
+    return uint32_t(x < 0 ? -x : x) & 255u;
+}
+
+uint32_t classyPixel(int32_t mode, uint32_t v, const ClassyTables& t) {
+    const uint32_t b = v & 255u, g = (v >> 8) & 255u, r = (v >> 16) & 255u;
+    uint32_t nb = b, ng = g, nr = r;
+    switch (mode) {
+    case 0:
+        nb = pairOf(t.soft, b, g);
+        ng = pairOf(t.average, r, g);
+        nr = g;
+        break;
+    case 1:
+        ng = pairOf(t.average, r, g);
+        nr = g;
+        break;
+    case 2:
+        nb = r;
+        nr = pairOf(t.average, r, b);
+        break;
+    case 3:
+        nb = g;
+        ng = pairOf(t.average, g, b);
+        break;
+    case 6:
+        nb = pairOf(t.spot, r, b);
+        ng = pairOf(t.spot, g, r);
+        nr = pairOf(t.spot, b, g);
+        break;
+    case 7: {
+        const int32_t k = int32_t(pairOf(t.retro, b, r));
+        nb = retroOf(int32_t(g) - k);
+        ng = retroOf(int32_t(r) - k);
+        nr = retroOf(int32_t(b) - k);
+        break;
+    }
+    case 8:
+        nb = g;
+        ng = r;
+        break;
+    case 10:
+        nb = halfOf(g);
+        ng = halfOf(r);
+        break;
+    case 11:
+        nb = g;
+        ng = b;
+        nr = 170u;
+        break;
+    default:
+        break;
+    }
+    return (v & kMarker) | nb | ng << 8 | nr << 16;
+}
+
+// byte((x * 0.99 + y * 0.99) / 2) of eight pairs, worked out in double with the very
+// operations of the formula (two products, a sum, the exact halving, one rounding to
+// nearest even). Compiled without FMA, so that no product is fused into the sum.
+__attribute__((target("avx2"))) inline __m256i average8(__m256i x, __m256i y) {
+    const __m256d k = _mm256_set1_pd(0.99), half = _mm256_set1_pd(0.5);
+    const __m256d lo = _mm256_mul_pd(
+        _mm256_add_pd(_mm256_mul_pd(_mm256_cvtepi32_pd(_mm256_castsi256_si128(x)), k),
+                      _mm256_mul_pd(_mm256_cvtepi32_pd(_mm256_castsi256_si128(y)), k)),
+        half);
+    const __m256d hi = _mm256_mul_pd(
+        _mm256_add_pd(_mm256_mul_pd(_mm256_cvtepi32_pd(_mm256_extracti128_si256(x, 1)), k),
+                      _mm256_mul_pd(_mm256_cvtepi32_pd(_mm256_extracti128_si256(y, 1)), k)),
+        half);
+    return _mm256_inserti128_si256(_mm256_castsi128_si256(_mm256_cvtpd_epi32(lo)),
+                                   _mm256_cvtpd_epi32(hi), 1);
+}
+
+// A table entry of eight (x, y) pairs: a word read at the entry's byte offset, low byte.
+OSTRIVEX_AVX2 inline __m256i pair8(const uint8_t* t, __m256i x, __m256i y) {
+    const __m256i at = _mm256_add_epi32(_mm256_slli_epi32(x, 8), y);
+    return _mm256_and_si256(_mm256_i32gather_epi32(reinterpret_cast<const int*>(t), at, 1),
+                            _mm256_set1_epi32(255));
+}
+
+template <int32_t Mode>
+OSTRIVEX_AVX2 void classyRun(const uint8_t* s, uint8_t* p, int32_t n, const ClassyTables& t) {
+    const __m256i byte = _mm256_set1_epi32(255);
+    int32_t i = 0;
+    for (; i + 8 <= n; i += 8) {
+        const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
+        const __m256i b = _mm256_and_si256(v, byte);
+        const __m256i g = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
+        const __m256i r = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
+        __m256i nb = b, ng = g, nr = r;
+        if constexpr (Mode == 0) {
+            nb = pair8(t.soft, b, g);
+            ng = average8(r, g);
+            nr = g;
+        } else if constexpr (Mode == 1) {
+            ng = average8(r, g);
+            nr = g;
+        } else if constexpr (Mode == 2) {
+            nb = r;
+            nr = average8(r, b);
+        } else if constexpr (Mode == 3) {
+            nb = g;
+            ng = average8(g, b);
+        } else if constexpr (Mode == 6) {
+            nb = pair8(t.spot, r, b);
+            ng = pair8(t.spot, g, r);
+            nr = pair8(t.spot, b, g);
+        } else if constexpr (Mode == 7) {
+            const __m256i k = pair8(t.retro, b, r);
+            const __m256i ones = _mm256_set1_epi32(-1);
+            nb = _mm256_and_si256(_mm256_abs_epi32(_mm256_xor_si256(_mm256_sub_epi32(g, k), ones)), byte);
+            ng = _mm256_and_si256(_mm256_abs_epi32(_mm256_xor_si256(_mm256_sub_epi32(r, k), ones)), byte);
+            nr = _mm256_and_si256(_mm256_abs_epi32(_mm256_xor_si256(_mm256_sub_epi32(b, k), ones)), byte);
+        } else if constexpr (Mode == 8) {
+            nb = g;
+            ng = r;
+        } else if constexpr (Mode == 10) {
+            const __m256i one = _mm256_set1_epi32(1);
+            const __m256i hg = _mm256_and_si256(_mm256_and_si256(_mm256_srli_epi32(g, 1), g), one);
+            const __m256i hr = _mm256_and_si256(_mm256_and_si256(_mm256_srli_epi32(r, 1), r), one);
+            nb = _mm256_srli_epi32(_mm256_add_epi32(g, hg), 1);
+            ng = _mm256_srli_epi32(_mm256_add_epi32(r, hr), 1);
+        } else if constexpr (Mode == 11) {
+            nb = g;
+            ng = b;
+            nr = _mm256_set1_epi32(170);
+        }
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), pack8(v, nb, ng, nr));
+    }
+    for (; i < n; ++i) store32(p + 4 * i, classyPixel(Mode, load32(s + 4 * i), t));
+}
+
+} // namespace
+
+void classyWide(int32_t mode, const uint8_t* s, uint8_t* p, int32_t n, const ClassyTables& t) {
+    switch (mode) {
+    case 0: return classyRun<0>(s, p, n, t);
+    case 1: return classyRun<1>(s, p, n, t);
+    case 2: return classyRun<2>(s, p, n, t);
+    case 3: return classyRun<3>(s, p, n, t);
+    case 6: return classyRun<6>(s, p, n, t);
+    case 7: return classyRun<7>(s, p, n, t);
+    case 8: return classyRun<8>(s, p, n, t);
+    case 10: return classyRun<10>(s, p, n, t);
+    case 11: return classyRun<11>(s, p, n, t);
+    default: std::memcpy(p, s, size_t(n) * 4u); // 4, 5, 9 and any other: unchanged
+    }
+}
+
+#undef OSTRIVEX_AVX2
+
+#else // not x86-64: no wide kernels; the callers keep their plain loops.
+
+bool hasWideKernels() { return false; }
+void greyWide(const uint8_t*, uint8_t*, int32_t) {}
+uint64_t meanSumWide(const uint8_t*, int32_t) { return 0; }
+void equalizeLumWide(const uint8_t*, int32_t, uint32_t*) {}
+void saturationWide(const uint8_t*, uint8_t*, int32_t, float) {}
+bool saturationSingleExact(float) { return false; }
+void saturationWideSingle(const uint8_t*, uint8_t*, int32_t, float) {}
+void fitContrastMap(ContrastMap& map) { map.linear = false; }
+void contrastWide(const uint8_t*, uint8_t*, int32_t, const ContrastMap&) {}
+void classyWide(int32_t, const uint8_t*, uint8_t*, int32_t, const ClassyTables&) {}
+
+#endif
+
+} // namespace ostrivex::tone

@@ -21,6 +21,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QLayout>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -28,6 +29,7 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QWindowStateChangeEvent>
 
@@ -362,6 +364,7 @@ void fMain::buildBoxes() {
     for (int i : kLoadOrder) {
         const BoxInfo& info = kBoxes[size_t(i)];
         auto* b = new ToolBox(info.form, info.caption, info.fields, this);
+        b->setOrigin([this] { return BoxOrigin(); });
         connect(b, &ToolBox::closeRequested, this, [this, i] { closeBox(i); });
         boxes_[size_t(i)] = b;
         // The History Box holds the clip history and the undo list, the Color and Textures
@@ -430,6 +433,14 @@ void fMain::PlaceBox(int index) {
         b->PlaceFromSettings();
         b->show();
     }
+}
+
+QPoint fMain::BoxOrigin() {
+    // The rows above the document area take their heights only when the window's layout
+    // has run, which may not have happened yet for a window that is still hidden.
+    ensurePolished();
+    if (layout()) layout()->activate();
+    return mdi_->mapToGlobal(QPoint(0, 0));
 }
 
 void fMain::ToggleBox(int index) {
@@ -607,6 +618,18 @@ void fMain::resizeEvent(QResizeEvent* e) {
 void fMain::changeEvent(QEvent* e) {
     QMainWindow::changeEvent(e);
     if (e->type() == QEvent::WindowStateChange) rememberMainSize();
+}
+
+void fMain::showEvent(QShowEvent* e) {
+    QMainWindow::showEvent(e);
+    if (shownOnce_) return;
+    shownOnce_ = true;
+    // The window may have moved when it came up (placed by the window manager, given its
+    // frame): the boxes shown before follow it to their places once.
+    QTimer::singleShot(0, this, [this] {
+        for (int i = 0; i < BoxCount; ++i)
+            if (boxes_[size_t(i)]->isVisible()) boxes_[size_t(i)]->PlaceFromSettings();
+    });
 }
 
 void fMain::closeEvent(QCloseEvent* e) {

@@ -88,7 +88,7 @@ QSize ToolBox::StoredSize() const {
 
 void ToolBox::PlaceFromSettings() {
     placing_ = true;
-    move(TwipsToPixels(Settings.*fields_.left), TwipsToPixels(Settings.*fields_.top));
+    move(origin() + QPoint(TwipsToPixels(Settings.*fields_.left), TwipsToPixels(Settings.*fields_.top)));
     placing_ = false;
     SetMinimized(IsTrue(Settings.*fields_.minimized));
 }
@@ -116,8 +116,11 @@ void ToolBox::SetMinimized(bool on) {
 void ToolBox::storePosition() {
     // Only a real change is written back, so that a pixel position that maps to the
     // stored twips leaves the stored value exactly as it was.
-    if (TwipsToPixels(Settings.*fields_.left) != x()) Settings.*fields_.left = PixelsToTwips(x());
-    if (TwipsToPixels(Settings.*fields_.top) != y()) Settings.*fields_.top = PixelsToTwips(y());
+    const QPoint at = pos() - origin();
+    if (TwipsToPixels(Settings.*fields_.left) != at.x())
+        Settings.*fields_.left = PixelsToTwips(at.x());
+    if (TwipsToPixels(Settings.*fields_.top) != at.y())
+        Settings.*fields_.top = PixelsToTwips(at.y());
 }
 
 void ToolBox::mousePressEvent(QMouseEvent* e) {

@@ -344,8 +344,8 @@ void fMain::buildStatusBar() {
     bar->setObjectName("sbStatus");
     // Keyed panels: the action caption, the pixel under the cursor, the image size after a
     // size change, the zoom, and the tools' readouts of the position and the colour under
-    // the mouse.
-    for (const char* key : {"Status", "Pixel", "Size", "Zoom", "Position", "Color"}) {
+    // the mouse and of the colour they paint with.
+    for (const char* key : {"Status", "Pixel", "Size", "Zoom", "Position", "Color", "Foreground"}) {
         auto* label = new QLabel(bar);
         label->setObjectName(key);
         label->setMinimumWidth(key == QString("Status") ? 240 : 120);

@@ -41,6 +41,11 @@ ToolBox::ToolBox(const QString& formName, const QString& caption, const BoxField
     closeButton_->setText("x");
     closeButton_->setAutoRaise(true);
     closeButton_->setFixedSize(TitleHeight - 2, TitleHeight - 2);
+    // The title strip's buttons answer the mouse only: a box's window hands its keyboard
+    // focus to its first focusable child when it is activated, and a space meant for the
+    // canvas would then minimise or close the box.
+    minButton_->setFocusPolicy(Qt::NoFocus);
+    closeButton_->setFocusPolicy(Qt::NoFocus);
     auto* row = new QHBoxLayout(strip);
     row->setContentsMargins(4, 0, 1, 0);
     row->setSpacing(1);

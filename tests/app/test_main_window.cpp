@@ -18,6 +18,7 @@
 #include <QMenu>
 #include <QMouseEvent>
 #include <QProgressBar>
+#include <QTest>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -390,6 +391,21 @@ TEST_F(MainWindowTest, BoxPlacesCountFromTheDocumentArea) {
     color->move(0, 0);
     color->PlaceFromSettings();
     EXPECT_EQ(color->pos(), area + QPoint(7, -20));
+}
+
+TEST_F(MainWindowTest, AnActivatedBoxGivesNoFocusToItsTitleButtons) {
+    main_->show();
+    for (int b = 0; b < fMain::BoxCount; ++b) {
+        main_->PlaceBox(b);
+        ToolBox* box = main_->box(b);
+        box->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(box));
+        // A key meant for the picture (the space that places a paste) goes to the focus: it
+        // must not be the minimise or the close button of the box.
+        QWidget* focus = QApplication::focusWidget();
+        EXPECT_NE(focus, box->findChild<QToolButton*>("MinimizeButton")) << b;
+        EXPECT_NE(focus, box->findChild<QToolButton*>("CloseButton")) << b;
+    }
 }
 
 TEST_F(MainWindowTest, BoxesWithTheirFlagOffStayHidden) {

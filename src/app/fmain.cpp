@@ -285,7 +285,9 @@ void fMain::tbTool_ButtonClick(int index) {
     if (pressed) DisableTools(index);
     const bool zoom = key == "ZoomIn" || key == "ZoomOut";
 
-    // 2. The document back to its Enhanced view; a floating paste is put down.
+    // 2. The document back to its Enhanced view; a paste still following the mouse is
+    // taken away: the document gets back the pixels of cFilter, which hold the picture as
+    // it was before the paste.
     fImage* doc = nullptr;
     const bool haveDoc = GetActiveDocument(doc);
     if (haveDoc) {

@@ -88,7 +88,7 @@ class fMain : public QMainWindow, public DocumentHost {
     void DisableTools(int except);
     // A click on button `index` of tbTool (the button's pressed state is its check state):
     // the picture of the current tool, the document back to its Enhanced view, a pending
-    // paste put down, `ActiveTool`, the tool's panel and the paste mode.
+    // paste taken away, `ActiveTool`, the tool's panel and the paste mode.
     void tbTool_ButtonClick(int index);
     // Kept as an empty routine that returns 0.
     int KeyNum(int key, int value) { return 0; }

@@ -233,6 +233,31 @@ TEST_F(IntegrationTools, ARightClickTakesThePasteAway) {
     EXPECT_EQ(actions()->EntryCaption(actions()->EntryCount() - 1), "Original");
 }
 
+TEST_F(IntegrationTools, AToolButtonWhileThePasteFollowsTakesItAway) {
+    fImage* doc = open(6, 6, [](int x, int y) { return x < 3 ? 0x204060u : uint32_t(y) * 20; });
+    QWidget* canvas = doc->Canvas();
+    clickTool("Select");
+    Settings.SelectMode = 2;
+    Settings.SelectShape = 0;
+    drag(canvas, {QPoint(1, 1), QPoint(4, 4)});
+    menu("Copy");
+    const Bits before = doc->bits();
+    Settings.SelectPressure = 100;
+    ASSERT_TRUE(main_->HistoryBox()->Clips()->PasteFromSlot(0));
+    // (A move into the cell where the drag ended would do no tool work.)
+    move(canvas, QPoint(5, 4), Qt::NoButton);
+    // The 3 x 3 clip hangs at (3, 2): the pixel there shows the copied (1, 1), the one at
+    // (5, 4) the copied (3, 3).
+    EXPECT_EQ(at(doc, 3, 2), 0x204060u);
+    EXPECT_EQ(at(doc, 5, 4), uint32_t(3) * 20);
+    clickTool("Brush");
+    EXPECT_FALSE(main_->PendingPaste);
+    EXPECT_TRUE(doc->bits() == before);
+    EXPECT_EQ(FieldText(Settings.ActiveTool), "Brush");
+    // Nothing was filed for it.
+    EXPECT_EQ(actions()->EntryCaption(actions()->EntryCount() - 1), "Original");
+}
+
 TEST_F(IntegrationTools, UnloadLetsTheLiftedPixelsGo) {
     fImage* doc = open(6, 6, [](int x, int) { return x < 3 ? Black : White; });
     QWidget* canvas = doc->Canvas();

@@ -21,6 +21,7 @@
 #include <QDateTime>
 #include <QDir>
 #include <QFileInfo>
+#include <QLayout>
 #include <QLabel>
 #include <QMdiArea>
 #include <QMdiSubWindow>
@@ -28,6 +29,7 @@
 #include <QMenuBar>
 #include <QProgressBar>
 #include <QStatusBar>
+#include <QTimer>
 #include <QToolBar>
 #include <QWindowStateChangeEvent>
 
@@ -283,7 +285,9 @@ void fMain::tbTool_ButtonClick(int index) {
     if (pressed) DisableTools(index);
     const bool zoom = key == "ZoomIn" || key == "ZoomOut";
 
-    // 2. The document back to its Enhanced view; a floating paste is put down.
+    // 2. The document back to its Enhanced view; a paste still following the mouse is
+    // taken away: the document gets back the pixels of cFilter, which hold the picture as
+    // it was before the paste.
     fImage* doc = nullptr;
     const bool haveDoc = GetActiveDocument(doc);
     if (haveDoc) {
@@ -342,8 +346,8 @@ void fMain::buildStatusBar() {
     bar->setObjectName("sbStatus");
     // Keyed panels: the action caption, the pixel under the cursor, the image size after a
     // size change, the zoom, and the tools' readouts of the position and the colour under
-    // the mouse.
-    for (const char* key : {"Status", "Pixel", "Size", "Zoom", "Position", "Color"}) {
+    // the mouse and of the colour they paint with.
+    for (const char* key : {"Status", "Pixel", "Size", "Zoom", "Position", "Color", "Foreground"}) {
         auto* label = new QLabel(bar);
         label->setObjectName(key);
         label->setMinimumWidth(key == QString("Status") ? 240 : 120);
@@ -362,6 +366,7 @@ void fMain::buildBoxes() {
     for (int i : kLoadOrder) {
         const BoxInfo& info = kBoxes[size_t(i)];
         auto* b = new ToolBox(info.form, info.caption, info.fields, this);
+        b->setOrigin([this] { return BoxOrigin(); });
         connect(b, &ToolBox::closeRequested, this, [this, i] { closeBox(i); });
         boxes_[size_t(i)] = b;
         // The History Box holds the clip history and the undo list, the Color and Textures
@@ -430,6 +435,14 @@ void fMain::PlaceBox(int index) {
         b->PlaceFromSettings();
         b->show();
     }
+}
+
+QPoint fMain::BoxOrigin() {
+    // The rows above the document area take their heights only when the window's layout
+    // has run, which may not have happened yet for a window that is still hidden.
+    ensurePolished();
+    if (layout()) layout()->activate();
+    return mdi_->mapToGlobal(QPoint(0, 0));
 }
 
 void fMain::ToggleBox(int index) {
@@ -607,6 +620,18 @@ void fMain::resizeEvent(QResizeEvent* e) {
 void fMain::changeEvent(QEvent* e) {
     QMainWindow::changeEvent(e);
     if (e->type() == QEvent::WindowStateChange) rememberMainSize();
+}
+
+void fMain::showEvent(QShowEvent* e) {
+    QMainWindow::showEvent(e);
+    if (shownOnce_) return;
+    shownOnce_ = true;
+    // The window may have moved when it came up (placed by the window manager, given its
+    // frame): the boxes shown before follow it to their places once.
+    QTimer::singleShot(0, this, [this] {
+        for (int i = 0; i < BoxCount; ++i)
+            if (boxes_[size_t(i)]->isVisible()) boxes_[size_t(i)]->PlaceFromSettings();
+    });
 }
 
 void fMain::closeEvent(QCloseEvent* e) {

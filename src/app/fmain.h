@@ -88,7 +88,7 @@ class fMain : public QMainWindow, public DocumentHost {
     void DisableTools(int except);
     // A click on button `index` of tbTool (the button's pressed state is its check state):
     // the picture of the current tool, the document back to its Enhanced view, a pending
-    // paste put down, `ActiveTool`, the tool's panel and the paste mode.
+    // paste taken away, `ActiveTool`, the tool's panel and the paste mode.
     void tbTool_ButtonClick(int index);
     // Kept as an empty routine that returns 0.
     int KeyNum(int key, int value) { return 0; }
@@ -107,6 +107,9 @@ class fMain : public QMainWindow, public DocumentHost {
     QAction* viewsAction(int box) const { return viewsActions_[size_t(box)]; }
     // Step 10 of start-up for one box: placed, minimised or sized, checked, shown.
     void PlaceBox(int index);
+    // The screen point the boxes' stored places are measured from: the top-left corner of
+    // the document area, under the menu, the tool bar and the tool panel row.
+    QPoint BoxOrigin();
 
     // --- Life ---------------------------------------------------------------------------
     // Creates the filter engine (start-up step 8); its progress drives the status bar.
@@ -159,6 +162,7 @@ class fMain : public QMainWindow, public DocumentHost {
     void closeEvent(QCloseEvent* e) override;
     void resizeEvent(QResizeEvent* e) override;
     void changeEvent(QEvent* e) override;
+    void showEvent(QShowEvent* e) override;
 
   private:
     void buildMenus();
@@ -194,6 +198,7 @@ class fMain : public QMainWindow, public DocumentHost {
     std::unique_ptr<cBitFilter> cFilter_;
     QString lastRoute_;
     bool unloaded_ = false;
+    bool shownOnce_ = false;
 };
 
 } // namespace ostrivex

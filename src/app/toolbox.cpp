@@ -41,6 +41,11 @@ ToolBox::ToolBox(const QString& formName, const QString& caption, const BoxField
     closeButton_->setText("x");
     closeButton_->setAutoRaise(true);
     closeButton_->setFixedSize(TitleHeight - 2, TitleHeight - 2);
+    // The title strip's buttons answer the mouse only: a box's window hands its keyboard
+    // focus to its first focusable child when it is activated, and a space meant for the
+    // canvas would then minimise or close the box.
+    minButton_->setFocusPolicy(Qt::NoFocus);
+    closeButton_->setFocusPolicy(Qt::NoFocus);
     auto* row = new QHBoxLayout(strip);
     row->setContentsMargins(4, 0, 1, 0);
     row->setSpacing(1);
@@ -88,7 +93,7 @@ QSize ToolBox::StoredSize() const {
 
 void ToolBox::PlaceFromSettings() {
     placing_ = true;
-    move(TwipsToPixels(Settings.*fields_.left), TwipsToPixels(Settings.*fields_.top));
+    move(origin() + QPoint(TwipsToPixels(Settings.*fields_.left), TwipsToPixels(Settings.*fields_.top)));
     placing_ = false;
     SetMinimized(IsTrue(Settings.*fields_.minimized));
 }
@@ -116,8 +121,11 @@ void ToolBox::SetMinimized(bool on) {
 void ToolBox::storePosition() {
     // Only a real change is written back, so that a pixel position that maps to the
     // stored twips leaves the stored value exactly as it was.
-    if (TwipsToPixels(Settings.*fields_.left) != x()) Settings.*fields_.left = PixelsToTwips(x());
-    if (TwipsToPixels(Settings.*fields_.top) != y()) Settings.*fields_.top = PixelsToTwips(y());
+    const QPoint at = pos() - origin();
+    if (TwipsToPixels(Settings.*fields_.left) != at.x())
+        Settings.*fields_.left = PixelsToTwips(at.x());
+    if (TwipsToPixels(Settings.*fields_.top) != at.y())
+        Settings.*fields_.top = PixelsToTwips(at.y());
 }
 
 void ToolBox::mousePressEvent(QMouseEvent* e) {

@@ -3,13 +3,18 @@
 // A box is a top-level tool window owned by fMain, so it stays above the main window. It
 // draws its own title strip (caption, minimise and close buttons) instead of relying on
 // the window manager's, so that "minimised" means the same everywhere: the box shrinks to
-// its title strip. Its place comes from the settings record, in twips (15 to a pixel).
-// The stored width and height are the whole box, title strip included.
+// its title strip. Its place comes from the settings record, in twips (15 to a pixel),
+// measured from a reference point the owner gives (the top-left corner of the main
+// window's document area), so that the boxes' places keep clear of the menu, tool bar and
+// tool panel rows whatever their height. The stored width and height are the whole box,
+// title strip included.
 #pragma once
 
 #include "app/settings/settings.h"
 
 #include <QWidget>
+
+#include <functional>
 
 class QLabel;
 class QSizeGrip;
@@ -46,6 +51,11 @@ class ToolBox : public QWidget {
     // Replaces the content area by `widget` (the box takes it over).
     void setContent(QWidget* widget);
 
+    // The screen point the stored left and top are measured from; without one, the
+    // screen's origin.
+    void setOrigin(std::function<QPoint()> origin) { origin_ = std::move(origin); }
+    QPoint origin() const { return origin_ ? origin_() : QPoint(0, 0); }
+
     // Moves the box to its stored position; then either shrinks it to the title strip
     // (minimised flag set) or gives it its stored size. Does not show it.
     void PlaceFromSettings();
@@ -72,6 +82,7 @@ class ToolBox : public QWidget {
     void storePosition();
 
     BoxFields fields_;
+    std::function<QPoint()> origin_;
     QLabel* title_ = nullptr;
     QToolButton* minButton_ = nullptr;
     QToolButton* closeButton_ = nullptr;

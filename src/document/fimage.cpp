@@ -1,6 +1,7 @@
 // fImage: construction, pixels, zoom, scroll bar layout and the paint of the canvas.
 // Undo lives in fimage_undo.cpp; views, activation and close in fimage_window.cpp.
 #include "document/fimage.h"
+#include "document/toolcursors.h"
 
 #include "app/settings/settings.h"
 #include "document/dialogs.h"
@@ -408,9 +409,8 @@ void fImage::SetBarsWidth(int32_t value) {
 void fImage::SetMouseScroll(bool on) {
     mouseScroll_ = on;
     const bool barInUse = hSB_->maximum() >= 1 || vSB_->maximum() >= 1;
-    // The open hand stands for the program's "release" cursor of hand scrolling.
     if (on && barInUse)
-        iDst_->setCursor(Qt::OpenHandCursor);
+        iDst_->setCursor(ToolCursor("cRelease"));
     else
         iDst_->unsetCursor();
 }

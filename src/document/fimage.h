@@ -269,6 +269,7 @@ private:
     void mouseMoveAt(Qt::MouseButtons buttons, QPointF pos, QPoint screen, bool forceCell);
     void showPosition(ToolPoint at);
     void showPixel(ToolPoint at);
+    void showForeground();
     void restoreFromStrokeBase();
     void bitsToStrokeBase();
     void toolUpdate(const QString& label, bool redraw);

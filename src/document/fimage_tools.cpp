@@ -11,6 +11,7 @@
 #include "app/settings/settings.h"
 #include "document/host.h"
 #include "document/paint/paint_gradient.h"
+#include "document/toolcursors.h"
 #include "pixel/bitfilter.h"
 #include "pixel/vbmath.h"
 
@@ -32,15 +33,6 @@ int32_t combineMode(int32_t mode) {
 }
 
 int32_t sgn(int32_t v) { return v > 0 ? 1 : v < 0 ? -1 : 0; }
-
-// The tools' cursors, from the platform's shapes: cross-hairs for the painting tools and
-// the picker, a pointing hand for the fill, a copy arrow for the stamp.
-QCursor toolCursor(const QString& name) {
-    if (name == "cFill") return QCursor(Qt::PointingHandCursor);
-    if (name == "cTextures") return QCursor(Qt::DragCopyCursor);
-    if (name == "cMove") return QCursor(Qt::SizeAllCursor);
-    return QCursor(Qt::CrossCursor); // cBrush, cAirBrush, cPencil, cGradient, cPicker, cross
-}
 
 // The wait cursor over a piece of work that may take a while.
 class BusyCursor {
@@ -128,12 +120,25 @@ void fImage::showPixel(ToolPoint at) {
                                    .arg(hex2(r), hex2(g), hex2(b)));
 }
 
+// The colour the tools paint with, beside the pixel under the mouse.
+void fImage::showForeground() {
+    DocumentHost* h = host();
+    if (!h) return;
+    const uint32_t c = uint32_t(Settings.ColorPrimary);
+    const QString hex = QStringLiteral("%1%2%3")
+                            .arg(int(colourR(c)), 2, 16, QChar('0'))
+                            .arg(int(colourG(c)), 2, 16, QChar('0'))
+                            .arg(int(colourB(c)), 2, 16, QChar('0'))
+                            .toUpper();
+    h->SetStatusPanel("Foreground", QStringLiteral("Foreground #") + hex);
+}
+
 // --- Mouse events of the canvas -------------------------------------------------------------
 
 void fImage::iDst_MouseDown(Qt::MouseButton button, QPointF pos, QPoint screen) {
     if (!pictureExists_) return;
     if (button == Qt::LeftButton) {
-        if (mouseScroll_) iDst_->setCursor(Qt::ClosedHandCursor); // the grab of hand scrolling
+        if (mouseScroll_) iDst_->setCursor(ToolCursor("cGrab")); // the grab of hand scrolling
         Dragging = true;
         CursorPoint = PrevCursorPoint = screen;
         // The canvas position at the zoom, rounded, without the scroll values.
@@ -216,7 +221,7 @@ void fImage::toolPress(Qt::MouseButton button, ToolPoint at) {
                     StopTimer();
                 }
             } else if (tool == "SelectionMove") {
-                iDst_->setCursor(toolCursor("cMove"));
+                iDst_->setCursor(ToolCursor("cMove"));
                 MovingSelection = false;
                 const bool inside = !selection_.IsEmptyRegion() &&
                                     selection_.Region()->contains(at.x, at.y);
@@ -248,15 +253,15 @@ void fImage::toolPress(Qt::MouseButton button, ToolPoint at) {
                 StopTimer();
                 CreateDoneBitsTable();
                 toolMove(Qt::LeftButton, at);
-                iDst_->setCursor(toolCursor("cBrush"));
+                iDst_->setCursor(ToolCursor("cBrush"));
                 label("Brush");
             } else if (tool == "Airbrush") {
                 StopTimer();
                 toolMove(Qt::LeftButton, at);
-                iDst_->setCursor(toolCursor("cAirBrush"));
+                iDst_->setCursor(ToolCursor("cAirBrush"));
                 label("AirBrush");
             } else if (tool == "Fill") {
-                iDst_->setCursor(toolCursor("cFill"));
+                iDst_->setCursor(ToolCursor("cFill"));
                 label("Fill");
             } else if (tool == "Shape") {
                 StopTimer();
@@ -265,18 +270,18 @@ void fImage::toolPress(Qt::MouseButton button, ToolPoint at) {
             } else if (tool == "Pencil") {
                 StopTimer();
                 toolMove(Qt::LeftButton, at);
-                iDst_->setCursor(toolCursor("cPencil"));
+                iDst_->setCursor(ToolCursor("cPencil"));
                 label("Pencil");
             } else if (tool == "Stamp") {
                 StopTimer();
-                iDst_->setCursor(toolCursor("cTextures"));
+                iDst_->setCursor(ToolCursor("cTextures"));
                 if (h && !h->StampBits.empty()) {
                     HotSpot = ToolPoint{h->StampBits.width() / 2 + 1, h->StampBits.height() / 2 + 1};
                     toolMove(Qt::LeftButton, at);
                 }
                 label("Stamp");
             } else if (tool == "Gradient") {
-                iDst_->setCursor(toolCursor("cGradient"));
+                iDst_->setCursor(ToolCursor("cGradient"));
                 SetAutoRedraw(true);
                 StopTimer();
                 label("Gradient");
@@ -285,10 +290,10 @@ void fImage::toolPress(Qt::MouseButton button, ToolPoint at) {
                 if (h && !h->TextBits.empty()) {
                     HotSpot = ToolPoint{h->TextBits.width() / 2 + 1, h->TextBits.height() / 2 + 1};
                     toolMove(Qt::LeftButton, at);
-                    iDst_->setCursor(toolCursor("cPencil"));
+                    iDst_->setCursor(ToolCursor("cPencil"));
                 }
             } else if (tool == "GetColor") {
-                iDst_->setCursor(toolCursor("cPicker"));
+                iDst_->setCursor(ToolCursor("cPicker"));
                 toolMove(Qt::LeftButton, at);
             }
         }
@@ -301,6 +306,7 @@ void fImage::toolPress(Qt::MouseButton button, ToolPoint at) {
 void fImage::toolMove(Qt::MouseButtons buttons, ToolPoint at) {
     DocumentHost* h = host();
     showPixel(at);
+    showForeground();
     const QString tool = toolWord();
     const bool paste = h && h->PendingPaste;
     const int32_t colour = Settings.ColorPrimary;
@@ -326,7 +332,7 @@ void fImage::toolMove(Qt::MouseButtons buttons, ToolPoint at) {
                 ShowShape(shape, PressPoint.x, PressPoint.y, at.x, at.y, false);
             }
         } else if (tool == "SelectionMove") {
-            iDst_->setCursor(toolCursor("cMove"));
+            iDst_->setCursor(ToolCursor("cMove"));
             if (IsTrue(Settings.SelectMove)) {
                 if (MovingSelection) {
                     selection_.Offset(at.x - LastPoint.x, at.y - LastPoint.y);
@@ -370,7 +376,7 @@ void fImage::toolMove(Qt::MouseButtons buttons, ToolPoint at) {
                          Settings.AirbrushPressure, Settings.AirbrushQuantity,
                          Settings.AirbrushDefinition, colour);
             UpdateImage();
-            iDst_->setCursor(toolCursor("cAirBrush"));
+            iDst_->setCursor(ToolCursor("cAirBrush"));
         } else if (tool == "Shape") {
             const int32_t kind = Settings.ShapeKind;
             const int32_t p = Settings.ShapePressure;
@@ -492,7 +498,7 @@ void fImage::toolRelease(Qt::MouseButton button, ToolPoint at) {
             GiveFilterRegion(true);
             if (h) h->SelectionChanged = true;
         } else if (tool == "SelectionMove") {
-            iDst_->setCursor(toolCursor("cMove"));
+            iDst_->setCursor(ToolCursor("cMove"));
             if (IsTrue(Settings.SelectMove)) {
                 selection_.Crop();
             } else {
@@ -504,9 +510,10 @@ void fImage::toolRelease(Qt::MouseButton button, ToolPoint at) {
                    tool == "Stamp") {
             iDst_->unsetCursor();
             bitsToStrokeBase();
+            if (h) h->PencilStroke = tool == "Pencil";
             toolUpdate(label, false);
         } else if (tool == "Fill") {
-            iDst_->setCursor(toolCursor("cFill"));
+            iDst_->setCursor(ToolCursor("cFill"));
             {
                 BusyCursor busy;
                 bitsToStrokeBase();

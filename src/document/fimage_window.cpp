@@ -149,6 +149,9 @@ void fImage::Unload() {
     if (unloaded_) return;
     unloaded_ = true;
     ClearHistoryFiles();
+    // The lifted pixels of a content move go with the document.
+    MovedBits = Bits();
+    MovingSelection = false;
     DocumentHost* h = host();
     if (!h) return;
     // The undo list no longer shows a closed document.

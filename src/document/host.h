@@ -39,6 +39,9 @@ public:
     bool PendingPaste = false;
     // The selection (or the image under it) changed; the selection work reads it.
     bool SelectionChanged = false;
+    // Set at the release of a pencil stroke, just before its state is filed, and cleared by
+    // the release of any other painting tool: the last painted state came from the pencil.
+    bool PencilStroke = false;
     // Tool bar paste mode; a change of tool sets it to 0.
     int PasteMode = 0;
 

@@ -10,12 +10,15 @@
 #include "pixel/pixel_test_util.h"
 
 #include <QAction>
+#include <QApplication>
 #include <QComboBox>
 #include <QFile>
 #include <QMdiArea>
 #include <QPushButton>
 #include <QMenu>
+#include <QMouseEvent>
 #include <QProgressBar>
+#include <QTest>
 #include <QToolBar>
 #include <QToolButton>
 
@@ -286,9 +289,11 @@ TEST_F(MainWindowTest, ViewsTogglesAndCloseButtons) {
     EXPECT_EQ(history->caption(), "History Box");
     EXPECT_TRUE(color->isVisible());
     EXPECT_TRUE(main_->viewsAction(fMain::BoxColor)->isChecked());
-    // 420, 1110 twips: 28, 74 pixels. The History Box: 3600, 4650 twips, 3950 x 3180.
-    EXPECT_EQ(color->pos(), QPoint(28, 74));
-    EXPECT_EQ(history->pos(), QPoint(240, 310));
+    // 420, 1110 twips: 28, 74 pixels from the document area's corner. The History Box:
+    // 3600, 4650 twips, 3950 x 3180.
+    const QPoint area = main_->mdiArea()->mapToGlobal(QPoint(0, 0));
+    EXPECT_EQ(color->pos(), area + QPoint(28, 74));
+    EXPECT_EQ(history->pos(), area + QPoint(240, 310));
     EXPECT_EQ(history->size(), QSize(263, 212));
     EXPECT_EQ(color->parentWidget(), main_.get());
     EXPECT_TRUE(color->windowFlags() & Qt::Tool);
@@ -303,7 +308,7 @@ TEST_F(MainWindowTest, ViewsTogglesAndCloseButtons) {
     main_->ToggleBox(fMain::BoxColor);
     EXPECT_EQ(Settings.ColorBoxVisible, -1);
     EXPECT_TRUE(color->isVisible());
-    EXPECT_EQ(color->pos(), QPoint(28, 74));
+    EXPECT_EQ(color->pos(), area + QPoint(28, 74));
 
     // The close button does the same as the menu, from the other side.
     history->findChild<QToolButton*>("CloseButton")->click();
@@ -323,6 +328,61 @@ TEST_F(MainWindowTest, ViewsTogglesAndCloseButtons) {
     layer->findChild<QToolButton*>("MinimizeButton")->click();
     EXPECT_EQ(Settings.LayerBoxMinimized, 0);
     EXPECT_EQ(layer->size(), QSize(236, 212));
+}
+
+TEST_F(MainWindowTest, BoxPlacesCountFromTheDocumentArea) {
+    main_->resize(1000, 700);
+    main_->show();
+    for (int b = 0; b < fMain::BoxCount; ++b)
+        main_->PlaceBox(b);
+    // At their default places no box covers the menu, the tool bar or the tool panel row.
+    auto* panels = main_->findChild<QToolBar*>("tbPanels");
+    ASSERT_NE(panels, nullptr);
+    const int rowsBottom = panels->mapToGlobal(QPoint(0, panels->height())).y();
+    for (int b = 0; b < fMain::BoxCount; ++b)
+        EXPECT_GE(main_->box(b)->y(), rowsBottom) << b;
+
+    // A box dragged by its title strip stores its place from the document area's corner:
+    // 100 and 50 pixels are 1500 and 750 twips; a drag above the area stores a negative top.
+    ToolBox* color = main_->box(fMain::BoxColor);
+    const QPoint area = main_->mdiArea()->mapToGlobal(QPoint(0, 0));
+    auto drag = [&](QPoint to) {
+        const QPoint grip(5, 5);
+        QMouseEvent press(QEvent::MouseButtonPress, QPointF(grip), QPointF(color->pos() + grip),
+                          Qt::LeftButton, Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(color, &press);
+        QMouseEvent move(QEvent::MouseMove, QPointF(grip), QPointF(to + grip), Qt::NoButton,
+                         Qt::LeftButton, Qt::NoModifier);
+        QApplication::sendEvent(color, &move);
+        QMouseEvent release(QEvent::MouseButtonRelease, QPointF(grip), QPointF(to + grip),
+                            Qt::LeftButton, Qt::NoButton, Qt::NoModifier);
+        QApplication::sendEvent(color, &release);
+    };
+    drag(area + QPoint(100, 50));
+    EXPECT_EQ(Settings.ColorBoxLeft, 1500);
+    EXPECT_EQ(Settings.ColorBoxTop, 750);
+    drag(area + QPoint(7, -20));
+    EXPECT_EQ(Settings.ColorBoxLeft, 105);
+    EXPECT_EQ(Settings.ColorBoxTop, -300);
+    // Put back from the stored values, it lands where it was left.
+    color->move(0, 0);
+    color->PlaceFromSettings();
+    EXPECT_EQ(color->pos(), area + QPoint(7, -20));
+}
+
+TEST_F(MainWindowTest, AnActivatedBoxGivesNoFocusToItsTitleButtons) {
+    main_->show();
+    for (int b = 0; b < fMain::BoxCount; ++b) {
+        main_->PlaceBox(b);
+        ToolBox* box = main_->box(b);
+        box->activateWindow();
+        ASSERT_TRUE(QTest::qWaitForWindowActive(box));
+        // A key meant for the picture (the space that places a paste) goes to the focus: it
+        // must not be the minimise or the close button of the box.
+        QWidget* focus = QApplication::focusWidget();
+        EXPECT_NE(focus, box->findChild<QToolButton*>("MinimizeButton")) << b;
+        EXPECT_NE(focus, box->findChild<QToolButton*>("CloseButton")) << b;
+    }
 }
 
 TEST_F(MainWindowTest, BoxesWithTheirFlagOffStayHidden) {

@@ -14,6 +14,7 @@
 #include <QFile>
 #include <QLabel>
 #include <QLockFile>
+#include <QMdiArea>
 #include <QMessageBox>
 
 using namespace ostrivex;
@@ -95,8 +96,12 @@ TEST_F(ShutdownTest, StartUpBringsUpTheWindowAndWarnsASecondInstance) {
         EXPECT_TRUE(first->box(b)->isVisible()) << b;
         EXPECT_TRUE(first->viewsAction(b)->isChecked()) << b;
     }
-    EXPECT_EQ(first->box(fMain::BoxTextures)->pos(), QPoint(28, 576));
-    EXPECT_EQ(first->box(fMain::BoxBrowser)->pos(), QPoint(452, 73)); // 6780, 1100 twips
+    // The places count from the document area's corner: 420, 8640 and 6780, 1100 twips
+    // (once the shown window has settled; the boxes then follow it).
+    QCoreApplication::processEvents();
+    const QPoint area = first->mdiArea()->mapToGlobal(QPoint(0, 0));
+    EXPECT_EQ(first->box(fMain::BoxTextures)->pos(), area + QPoint(28, 576));
+    EXPECT_EQ(first->box(fMain::BoxBrowser)->pos(), area + QPoint(452, 73));
     EXPECT_EQ(first->box(fMain::BoxBrowser)->size(), QSize(320, 466));
 
     delete first;

@@ -2,6 +2,7 @@
 // on the canvas, the two-pass scroll layout across a zoom, undo and redo on screen
 // (with a change of canvas size), the history list, activation, the close question.
 #include "document/fimage.h"
+#include "document/toolcursors.h"
 
 #include "app/settings/settings.h"
 #include "document/dialogs.h"
@@ -328,7 +329,8 @@ TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {
     fImage* wide = makeDocument(host, numbered(300, 10), 100, 100);
     wide->Form_Activate();
     EXPECT_TRUE(wide->MouseScroll());
-    EXPECT_EQ(wide->Canvas()->cursor().shape(), Qt::OpenHandCursor);
+    EXPECT_EQ(wide->Canvas()->cursor().pixmap().toImage(),
+              ToolCursor("cRelease").pixmap().toImage());
     host.handDown = false;
     doc->Form_Activate();
     EXPECT_EQ(list->EntryCount(), 3);

@@ -530,20 +530,20 @@ void fImage::toolRelease(Qt::MouseButton button, ToolPoint at) {
         } else if (tool == "GetColor") {
             iDst_->unsetCursor();
         } else if (tool == "Gradient") {
-            GradientSpec spec;
-            spec.x1 = PressPoint.x;
-            spec.y1 = PressPoint.y;
-            spec.x2 = at.x;
-            spec.y2 = at.y;
-            spec.radial = Settings.GradientMode == 1;
+            GradientParams gradient;
+            gradient.x1 = PressPoint.x;
+            gradient.y1 = PressPoint.y;
+            gradient.x2 = at.x;
+            gradient.y2 = at.y;
+            gradient.radial = Settings.GradientMode == 1;
             // -1 stands for the foreground colour.
-            spec.colour1 = Settings.GradientColor1 == -1 ? Settings.ColorPrimary : Settings.GradientColor1;
-            spec.colour2 = Settings.GradientColor2 == -1 ? Settings.ColorPrimary : Settings.GradientColor2;
-            spec.pressure = Settings.GradientPressure;
-            spec.frequency = Settings.GradientFrequency;
-            spec.transparent = IsTrue(Settings.GradientTransparent);
-            BitsGradient(bits_, EffectiveRegion(), spec);
-            HideShape(spec.radial ? 1 : 2);
+            gradient.colour1 = Settings.GradientColor1 == -1 ? Settings.ColorPrimary : Settings.GradientColor1;
+            gradient.colour2 = Settings.GradientColor2 == -1 ? Settings.ColorPrimary : Settings.GradientColor2;
+            gradient.pressure = Settings.GradientPressure;
+            gradient.frequency = Settings.GradientFrequency;
+            gradient.transparent = IsTrue(Settings.GradientTransparent);
+            BitsGradient(bits_, EffectiveRegion(), gradient);
+            HideShape(gradient.radial ? 1 : 2);
             SetAutoRedraw(false);
             bitsToStrokeBase();
             // Nothing else draws the new pixels before the save, so the canvas does here.

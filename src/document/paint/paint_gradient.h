@@ -25,7 +25,7 @@
 
 namespace ostrivex {
 
-struct GradientSpec {
+struct GradientParams {
     int32_t x1 = 0, y1 = 0; // where the drag started: colour 1
     int32_t x2 = 0, y2 = 0; // where it ended: colour 2 (for f = 1)
     bool radial = false;
@@ -37,8 +37,8 @@ struct GradientSpec {
 };
 
 // The gradient's weight w (0 = colour 1, 1 = colour 2) at image pixel (x, y).
-double GradientWeight(const GradientSpec& spec, int32_t x, int32_t y);
+double GradientWeight(const GradientParams& gradient, int32_t x, int32_t y);
 
-void BitsGradient(Bits& bits, const Region& region, const GradientSpec& spec);
+void BitsGradient(Bits& bits, const Region& region, const GradientParams& gradient);
 
 } // namespace ostrivex

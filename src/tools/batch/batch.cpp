@@ -77,50 +77,50 @@ std::string rangeText(const ArgSpec& a) {
     return s.str();
 }
 
-bool parseArg(const ArgSpec& spec, const std::string& text, ArgValue& out, std::string& error) {
+bool parseArg(const ArgSpec& gradient, const std::string& text, ArgValue& out, std::string& error) {
     double v = 0;
-    if (spec.kind == ArgSpec::Kind::Path) {
+    if (gradient.kind == ArgSpec::Kind::Path) {
         if (text.empty()) {
-            error = "argument " + spec.name + ": a file name is needed";
+            error = "argument " + gradient.name + ": a file name is needed";
             return false;
         }
         out.word = text;
         return true;
     }
-    if (spec.kind == ArgSpec::Kind::Word) {
-        for (const std::string& w : spec.words)
+    if (gradient.kind == ArgSpec::Kind::Word) {
+        for (const std::string& w : gradient.words)
             if (w == text) {
                 out.word = text;
                 return true;
             }
-        error = "argument " + spec.name + ": '" + text + "' is not one of " + rangeText(spec);
+        error = "argument " + gradient.name + ": '" + text + "' is not one of " + rangeText(gradient);
         return false;
     }
-    if (spec.kind == ArgSpec::Kind::Bool && (text == "true" || text == "false")) {
+    if (gradient.kind == ArgSpec::Kind::Bool && (text == "true" || text == "false")) {
         out.number = text == "true" ? -1 : 0;
         return true;
     }
     if (!parseNumber(text, v)) {
-        error = "argument " + spec.name + ": '" + text + "' is not a number";
+        error = "argument " + gradient.name + ": '" + text + "' is not a number";
         return false;
     }
-    switch (spec.kind) {
+    switch (gradient.kind) {
     case ArgSpec::Kind::Int:
-        if (v != std::floor(v) || v < spec.min || v > spec.max) {
-            error = "argument " + spec.name + ": " + text + " is not a whole number from " +
-                    rangeText(spec);
+        if (v != std::floor(v) || v < gradient.min || v > gradient.max) {
+            error = "argument " + gradient.name + ": " + text + " is not a whole number from " +
+                    rangeText(gradient);
             return false;
         }
         break;
     case ArgSpec::Kind::Float:
-        if (v < spec.min || v > spec.max) {
-            error = "argument " + spec.name + ": " + text + " is outside " + rangeText(spec);
+        if (v < gradient.min || v > gradient.max) {
+            error = "argument " + gradient.name + ": " + text + " is outside " + rangeText(gradient);
             return false;
         }
         break;
     case ArgSpec::Kind::Bool:
         if (v != 0 && v != -1 && v != 1) {
-            error = "argument " + spec.name + ": " + text + " is not 0 or -1";
+            error = "argument " + gradient.name + ": " + text + " is not 0 or -1";
             return false;
         }
         v = v != 0 ? -1 : 0;
@@ -129,7 +129,7 @@ bool parseArg(const ArgSpec& spec, const std::string& text, ArgValue& out, std::
     case ArgSpec::Kind::Path: break;
     case ArgSpec::Kind::Colour:
         if (v != std::floor(v) || v < 0 || v > 0xFFFFFF) {
-            error = "argument " + spec.name + ": " + text +
+            error = "argument " + gradient.name + ": " + text +
                     " is not a colour (0 to 16777215, packed 0x00BBGGRR)";
             return false;
         }

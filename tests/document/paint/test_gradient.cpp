@@ -19,8 +19,8 @@ std::vector<int> blueRow(const Bits& b, int y) {
     return out;
 }
 
-GradientSpec blackToWhite(int x1, int y1, int x2, int y2) {
-    GradientSpec s;
+GradientParams blackToWhite(int x1, int y1, int x2, int y2) {
+    GradientParams s;
     s.x1 = x1, s.y1 = y1, s.x2 = x2, s.y2 = y2;
     s.colour1 = 0x000000;
     s.colour2 = 0xFFFFFF;
@@ -39,7 +39,7 @@ TEST(Gradient, LinearRunsFromColourOneToColourTwoAndRoundsTiesToEven) {
 
 TEST(Gradient, PressureBlendsOverTheImage) {
     Bits b = solidBits(5, 1, 100, 100, 100);
-    GradientSpec s = blackToWhite(0, 0, 4, 0);
+    GradientParams s = blackToWhite(0, 0, 4, 0);
     s.pressure = 50;
     BitsGradient(b, wholeRegion(b), s);
     // g * .5 + 50: 50, 81.875, 113.75, 145.625, 177.5 (even: 178).
@@ -48,7 +48,7 @@ TEST(Gradient, PressureBlendsOverTheImage) {
 
 TEST(Gradient, ChannelsFollowTheirOwnColours) {
     Bits b = solidBits(5, 1, 0, 0, 0);
-    GradientSpec s = blackToWhite(0, 0, 4, 0);
+    GradientParams s = blackToWhite(0, 0, 4, 0);
     s.colour1 = 0x0000FF; // red
     s.colour2 = 0xFF0000; // blue
     BitsGradient(b, wholeRegion(b), s);
@@ -67,7 +67,7 @@ TEST(Gradient, EndColoursRunOnBeforeTheStartAndPastTheEnd) {
 
 TEST(Gradient, FrequencyTwoGoesThereAndBack) {
     Bits b = solidBits(5, 1, 100, 100, 100);
-    GradientSpec s = blackToWhite(0, 0, 4, 0);
+    GradientParams s = blackToWhite(0, 0, 4, 0);
     s.frequency = 2;
     BitsGradient(b, wholeRegion(b), s);
     // u = 0, .5, 1, 1.5, 2: the second run is mirrored and ends on colour 1.
@@ -90,7 +90,7 @@ TEST(Gradient, LinearDiagonalProjectsOntoTheDrag) {
 
 TEST(Gradient, RadialGoesByDistanceFromThePress) {
     Bits b = solidBits(5, 5, 100, 100, 100);
-    GradientSpec s = blackToWhite(2, 2, 4, 2); // radius 2
+    GradientParams s = blackToWhite(2, 2, 4, 2); // radius 2
     s.radial = true;
     BitsGradient(b, wholeRegion(b), s);
     EXPECT_EQ(b(0, 2, 2), 0);
@@ -103,7 +103,7 @@ TEST(Gradient, RadialGoesByDistanceFromThePress) {
 
 TEST(Gradient, TransparentFadesColourOneIntoTheImage) {
     Bits b = solidBits(5, 1, 100, 100, 100);
-    GradientSpec s = blackToWhite(0, 0, 4, 0);
+    GradientParams s = blackToWhite(0, 0, 4, 0);
     s.transparent = true;
     BitsGradient(b, wholeRegion(b), s);
     // Weight of black 1, .75, .5, .25, 0 over 100.

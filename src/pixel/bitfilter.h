@@ -337,12 +337,12 @@ protected:
         const int32_t first = std::max(boxTop_, -2), last = std::min(boxBottom_, h + 1);
         if (first > last) return;
         const size_t slotBytes = size_t(w + 4) * 4u;
-        const int32_t slots = reach + 1;
+        const int32_t slotCount = reach + 1;
         struct Piece { int32_t x0, x1; };
-        std::vector<uint8_t> ring(slotBytes * static_cast<size_t>(slots));
-        std::vector<std::vector<Piece>> runs(static_cast<size_t>(slots));
-        // Row y lives in slot (y - first) % slots; column x at byte 4 * (x + 2) of it.
-        auto slotOf = [&](int32_t y) { return size_t(y - first) % size_t(slots); };
+        std::vector<uint8_t> ring(slotBytes * static_cast<size_t>(slotCount));
+        std::vector<std::vector<Piece>> runs(static_cast<size_t>(slotCount));
+        // Row y lives in slot (y - first) % slotCount; column x at byte 4 * (x + 2) of it.
+        auto slotOf = [&](int32_t y) { return size_t(y - first) % size_t(slotCount); };
         auto commit = [&](int32_t y) {
             const size_t k = slotOf(y);
             const uint8_t* slot = ring.data() + k * slotBytes;

@@ -11,7 +11,8 @@
 // the same either way. After such a filter the object holds an empty buffer (its sizes and
 // the region stay) until the next `SetBits`; filters whose pixels read far-away source
 // pixels (deformations, artistic filters, MaskFilter, EMBOSS, NOISE, DIFFUSE, the
-// transforms) ignore the flag and leave the buffer alone.
+// transforms) ignore the flag and leave the buffer alone. Should a Progress listener throw
+// part-way through such a filter, the buffer is left half rewritten.
 //
 // The frame of a filter: copy the buffer (the output), build tables, `RegionBounds`, then
 // walk the box row by row, writing channels 0..2 of the pixels inside the region, with the

@@ -28,6 +28,16 @@ cBitFilter& ellipseFilter(int32_t w, int32_t h);
 // The same image with a centred ellipse selection of half its area.
 cBitFilter& halfEllipseFilter(int32_t w, int32_t h);
 
+// Objects of their own (not shared with the rows above) for the runs that change their
+// image: the whole image, or the centred ellipse of half of it.
+cBitFilter& inPlaceFilter(int32_t w, int32_t h, bool halfEllipse);
+
+// The editor's path: with the reuse flag on, op(filter) and the result given straight back
+// with SetBits (a move), once per iteration. Reports every pixel of the image, or with
+// selectedOnly the pixels of the region.
+void runFilterInPlace(benchmark::State& state, cBitFilter& f,
+                      const std::function<Bits(cBitFilter&)>& op, bool selectedOnly);
+
 // Runs op(filter) once per iteration and reports w*h pixels an iteration.
 void runFilter(benchmark::State& state, cBitFilter& f,
                const std::function<Bits(cBitFilter&)>& op);

@@ -35,7 +35,8 @@ struct Loaded {
     cBitFilter filter;
     Region region;
 };
-std::map<std::pair<int32_t, int32_t>, std::unique_ptr<Loaded>> gWhole, gEllipse, gHalf;
+std::map<std::pair<int32_t, int32_t>, std::unique_ptr<Loaded>> gWhole, gEllipse, gHalf,
+    gWholeInPlace, gHalfInPlace;
 
 enum class Shape { Whole, Ellipse, HalfEllipse };
 
@@ -74,6 +75,36 @@ cBitFilter& halfEllipseFilter(int32_t w, int32_t h) {
     return load(gHalf, w, h, Shape::HalfEllipse);
 }
 
+cBitFilter& inPlaceFilter(int32_t w, int32_t h, bool halfEllipse) {
+    return halfEllipse ? load(gHalfInPlace, w, h, Shape::HalfEllipse)
+                       : load(gWholeInPlace, w, h, Shape::Whole);
+}
+
+namespace {
+int64_t selectedPixels(const cBitFilter& f) {
+    int64_t selected = 0;
+    for (const Rect& r : f.region()->rects())
+        selected += int64_t(r.right - r.left) * (r.bottom - r.top);
+    return selected;
+}
+} // namespace
+
+void runFilterInPlace(benchmark::State& state, cBitFilter& f,
+                      const std::function<Bits(cBitFilter&)>& op, bool selectedOnly) {
+    const cBitFilter::ReuseScope reuse(f);
+    for (auto _ : state) {
+        Bits out = op(f);
+        benchmark::DoNotOptimize(out.data());
+        f.SetBits(std::move(out));
+        benchmark::ClobberMemory();
+    }
+    const int64_t all = int64_t(f.BitsWidth()) * f.BitsHeight();
+    const int64_t counted = selectedOnly ? selectedPixels(f) : all;
+    state.SetItemsProcessed(state.iterations() * counted);
+    if (selectedOnly)
+        state.counters["selected %"] = benchmark::Counter(100.0 * double(counted) / double(all));
+}
+
 void runFilter(benchmark::State& state, cBitFilter& f,
                const std::function<Bits(cBitFilter&)>& op) {
     for (auto _ : state) {
@@ -91,9 +122,7 @@ void runFilterSelected(benchmark::State& state, cBitFilter& f,
         benchmark::DoNotOptimize(out.data());
         benchmark::ClobberMemory();
     }
-    int64_t selected = 0;
-    for (const Rect& r : f.region()->rects())
-        selected += int64_t(r.right - r.left) * (r.bottom - r.top);
+    const int64_t selected = selectedPixels(f);
     state.SetItemsProcessed(state.iterations() * selected);
     state.counters["selected %"] =
         benchmark::Counter(100.0 * double(selected) / (double(f.BitsWidth()) * f.BitsHeight()));

@@ -315,6 +315,7 @@ void fMain::RunFilterEnvelope(const std::function<Bits(cBitFilter&)>& operation,
                               const QString& label) {
     if (!GetActiveDocument(ActiveDocument)) return;
     cBitFilter& filter = Filter();          // 1.
+    const cBitFilter::ReuseScope reuse(filter); // 3. replaces the buffer: build it in place
     Bits result = operation(filter);        // 2.
     filter.SetBits(std::move(result));      // 3.
     ActiveDocument->SetBits(filter.bits()); // 4.

@@ -4,6 +4,16 @@
 // filter, which returns a new Bits and leaves the object's own buffer as it was, then
 // `SetBits` with the result so the next filter chains from it.
 //
+// A caller that does exactly that (give the result straight back with `SetBits`) may turn
+// on `SetReuseBuffer`: the point filters and the neighbourhood filters then rewrite only
+// the region's pixels inside the object's own buffer and hand that buffer back as the
+// result, so the pixels outside the selection cost nothing. The bytes of the result are
+// the same either way. After such a filter the object holds an empty buffer (its sizes and
+// the region stay) until the next `SetBits`; filters whose pixels read far-away source
+// pixels (deformations, artistic filters, MaskFilter, EMBOSS, NOISE, DIFFUSE, the
+// transforms) ignore the flag and leave the buffer alone. Should a Progress listener throw
+// part-way through such a filter, the buffer is left half rewritten.
+//
 // The frame of a filter: copy the buffer (the output), build tables, `RegionBounds`, then
 // walk the box row by row, writing channels 0..2 of the pixels inside the region, with the
 // progress step after every row, and finally raise Progress(100). Rows are walked by the
@@ -21,6 +31,7 @@
 #include <cstring>
 #include <functional>
 #include <string>
+#include <vector>
 
 namespace ostrivex {
 
@@ -51,6 +62,24 @@ public:
     // whole image.
     void BitsRegion(const Region* region) { region_ = region; }
     const Region* region() const { return region_; }
+
+    // Whether filters may build their result in the object's own buffer (see the top of
+    // this file). Off by default.
+    void SetReuseBuffer(bool on) { reuseBuffer_ = on; }
+    bool ReuseBuffer() const { return reuseBuffer_; }
+    // Turns the reuse on for its lifetime and restores the earlier setting after it, also
+    // when the filter throws.
+    class ReuseScope {
+    public:
+        explicit ReuseScope(cBitFilter& f) : f_(f), was_(f.reuseBuffer_) { f.reuseBuffer_ = true; }
+        ~ReuseScope() { f_.reuseBuffer_ = was_; }
+        ReuseScope(const ReuseScope&) = delete;
+        ReuseScope& operator=(const ReuseScope&) = delete;
+
+    private:
+        cBitFilter& f_;
+        bool was_;
+    };
 
     // In place: every pixel of the box inside the region becomes 0 in all four channels.
     void BitsBlack();
@@ -260,32 +289,94 @@ protected:
     }
     // The frame in one pass for filters that write every byte of each span they are given:
     // after RegionBounds, the new buffer is made row by row, each run of region pixels in
-    // the box through run(y, x0, x1, out) and everything else copied from the buffer, with
-    // the progress step after every row of the box. The bytes are those of a whole copy
-    // followed by a rewrite of the runs; each pixel is written once instead of twice.
-    template <class RunFn> Bits spanFrame(RunFn&& run) {
+    // the box through run(y, x0, x1, target), target being where pixel x0 of the run goes,
+    // and everything else copied from the buffer, with the progress step after every row
+    // of the box. The bytes are those of a whole copy followed by a rewrite of the runs;
+    // each pixel is written once instead of twice. run reads the source from buffer_, at
+    // most `reach` rows above or below its own.
+    //
+    // With the reuse flag the buffer itself becomes the result: a run's pixels are made in
+    // a ring of reach + 1 row slots and copied into the buffer only once no later row reads
+    // the original row any more (after row y + reach is made), so every read still sees
+    // the source. Nothing outside the runs is read or written.
+    template <class RunFn> Bits spanFrame(RunFn&& run, int32_t reach = 1) {
         const Bits& src = buffer_;
         const int32_t w = src.width(), h = src.height();
-        Bits out = Bits::forOverwrite(w, h); // every byte is written below
         // Rows of the box outside the array have nothing to write (a region is meant to lie
         // inside the image) but keep their progress steps.
         for (int32_t y = boxTop_; y <= boxBottom_ && y < -2; ++y) progressStep(y);
-        for (int32_t y = -2; y < h + 2; ++y) {
-            const bool inBox = y >= boxTop_ && y <= boxBottom_;
-            int32_t done = -2; // the next column still to be made
-            if (inBox)
-                forEachSpanInRow(y, [&](int32_t, int32_t x0, int32_t x1) {
-                    x0 = std::max(x0, done);
-                    x1 = std::min(x1, w + 2);
-                    if (x0 >= x1) return;
-                    std::memcpy(out.pixel(done, y), src.pixel(done, y), size_t(x0 - done) * 4u);
-                    run(y, x0, x1, out);
-                    done = x1;
-                });
-            std::memcpy(out.pixel(done, y), src.pixel(done, y), size_t(w + 2 - done) * 4u);
-            if (inBox) progressStep(y);
+        if (reuseBuffer_) {
+            spanFrameInPlace(run, std::max(reach, 0));
+        } else {
+            Bits out = Bits::forOverwrite(w, h); // every byte is written below
+            for (int32_t y = -2; y < h + 2; ++y) {
+                const bool inBox = y >= boxTop_ && y <= boxBottom_;
+                int32_t done = -2; // the next column still to be made
+                if (inBox)
+                    forEachSpanInRow(y, [&](int32_t, int32_t x0, int32_t x1) {
+                        x0 = std::max(x0, done);
+                        x1 = std::min(x1, w + 2);
+                        if (x0 >= x1) return;
+                        std::memcpy(out.pixel(done, y), src.pixel(done, y),
+                                    size_t(x0 - done) * 4u);
+                        run(y, x0, x1, out.pixel(x0, y));
+                        done = x1;
+                    });
+                std::memcpy(out.pixel(done, y), src.pixel(done, y), size_t(w + 2 - done) * 4u);
+                if (inBox) progressStep(y);
+            }
+            for (int32_t y = std::max(boxTop_, h + 2); y <= boxBottom_; ++y) progressStep(y);
+            return out;
         }
         for (int32_t y = std::max(boxTop_, h + 2); y <= boxBottom_; ++y) progressStep(y);
+        return takeBuffer();
+    }
+
+    // The in-place body of spanFrame (rows -2 .. H + 1 of the box).
+    template <class RunFn> void spanFrameInPlace(RunFn& run, int32_t reach) {
+        const int32_t w = buffer_.width(), h = buffer_.height();
+        const int32_t first = std::max(boxTop_, -2), last = std::min(boxBottom_, h + 1);
+        if (first > last) return;
+        const size_t slotBytes = size_t(w + 4) * 4u;
+        const int32_t slotCount = reach + 1;
+        struct Piece { int32_t x0, x1; };
+        std::vector<uint8_t> ring(slotBytes * static_cast<size_t>(slotCount));
+        std::vector<std::vector<Piece>> runs(static_cast<size_t>(slotCount));
+        // Row y lives in slot (y - first) % slotCount; column x at byte 4 * (x + 2) of it.
+        auto slotOf = [&](int32_t y) { return size_t(y - first) % size_t(slotCount); };
+        auto commit = [&](int32_t y) {
+            const size_t k = slotOf(y);
+            const uint8_t* slot = ring.data() + k * slotBytes;
+            for (const Piece& r : runs[k])
+                std::memcpy(buffer_.pixel(r.x0, y), slot + size_t(r.x0 + 2) * 4u,
+                            size_t(r.x1 - r.x0) * 4u);
+            runs[k].clear();
+        };
+        for (int32_t y = first; y <= last; ++y) {
+            const size_t k = slotOf(y);
+            uint8_t* slot = ring.data() + k * slotBytes;
+            int32_t done = -2;
+            forEachSpanInRow(y, [&](int32_t, int32_t x0, int32_t x1) {
+                x0 = std::max(x0, done);
+                x1 = std::min(x1, w + 2);
+                if (x0 >= x1) return;
+                run(y, x0, x1, slot + size_t(x0 + 2) * 4u);
+                runs[k].push_back({x0, x1});
+                done = x1;
+            });
+            if (y - reach >= first) commit(y - reach);
+            progressStep(y);
+        }
+        for (int32_t y = std::max(first, last - reach + 1); y <= last; ++y) commit(y);
+    }
+
+    // The result of a filter that leaves every pixel as it is: a copy of the buffer, or
+    // with the reuse flag the buffer itself.
+    Bits unchangedResult() { return reuseBuffer_ ? takeBuffer() : buffer_; }
+    // Hands the buffer over as the result and leaves the object an empty one.
+    Bits takeBuffer() {
+        Bits out = std::move(buffer_);
+        buffer_ = Bits();
         return out;
     }
 
@@ -316,6 +407,7 @@ protected:
     // The inclusive loop limits set by RegionBounds.
     int32_t boxLeft_ = 0, boxRight_ = -1, boxTop_ = 0, boxBottom_ = -1;
     uint32_t lastTick_ = 0;
+    bool reuseBuffer_ = false;
 };
 
 // Milliseconds of the steady clock, wrapping like a 32-bit tick counter.

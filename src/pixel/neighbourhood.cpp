@@ -172,20 +172,22 @@ inline bool fits32(int64_t v) { return v >= INT32_MIN && v <= INT32_MAX; }
 // --- The filters ------------------------------------------------------------------------
 
 // The new buffer from the frame of spanFrame: row(srcSpan, outSpan, bytes) over every span
-// of the box, channel 3 put back. The KEEP form copies the span first, for row kernels
-// that leave a byte alone when its statement fails.
-#define OSTRIVEX_NB_FRAME(ROWCALL)                                                         \
-    spanFrame([&](int32_t y, int32_t x0, int32_t x1, Bits& out) {                          \
-        const uint8_t* sp = buffer_.pixel(x0, y);                                          \
-        uint8_t* op = out.pixel(x0, y);                                                    \
-        const int32_t nbytes = 4 * (x1 - x0);                                              \
-        ROWCALL;                                                                           \
-        nb::restoreAlpha(sp, op, x1 - x0);                                                 \
-    })
+// of the box, channel 3 put back; the reads reach one row up and down (REACH rows for
+// Blurs). The KEEP form copies the span first, for row kernels that leave a byte alone
+// when its statement fails.
+#define OSTRIVEX_NB_FRAME_REACH(ROWCALL, REACH)                                            \
+    spanFrame(                                                                             \
+        [&](int32_t y, int32_t x0, int32_t x1, uint8_t* op) {                              \
+            const uint8_t* sp = buffer_.pixel(x0, y);                                      \
+            const int32_t nbytes = 4 * (x1 - x0);                                          \
+            ROWCALL;                                                                       \
+            nb::restoreAlpha(sp, op, x1 - x0);                                             \
+        },                                                                                 \
+        REACH)
+#define OSTRIVEX_NB_FRAME(ROWCALL) OSTRIVEX_NB_FRAME_REACH(ROWCALL, 1)
 #define OSTRIVEX_NB_FRAME_KEEP(ROWCALL)                                                    \
-    spanFrame([&](int32_t y, int32_t x0, int32_t x1, Bits& out) {                          \
+    spanFrame([&](int32_t y, int32_t x0, int32_t x1, uint8_t* op) {                        \
         const uint8_t* sp = buffer_.pixel(x0, y);                                          \
-        uint8_t* op = out.pixel(x0, y);                                                    \
         const int32_t nbytes = 4 * (x1 - x0);                                              \
         std::memcpy(op, sp, size_t(nbytes));                                               \
         ROWCALL;                                                                           \
@@ -201,7 +203,7 @@ Bits cBitFilter::Blurs(int32_t level) {
          boxBottom_ + l > lastRow_ + 2))
         throw std::out_of_range("Blurs: level reaches past the guard band");
     const ptrdiff_t dx = 4 * ptrdiff_t(l), dy = ptrdiff_t(l) * ptrdiff_t(buffer_.stride());
-    Bits out = OSTRIVEX_NB_FRAME(blurRow(sp, op, nbytes, dx, dy));
+    Bits out = OSTRIVEX_NB_FRAME_REACH(blurRow(sp, op, nbytes, dx, dy), l);
     finishProgress();
     return out;
 }
@@ -213,7 +215,7 @@ Bits cBitFilter::SOFTEN(int32_t level) {
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
     nb::Recip16 r;
     if (d == 0) {
-        out = buffer_; // every division fails and every byte keeps its value
+        out = unchangedResult(); // every division fails and every byte keeps its value
     } else if (k >= 0 && k * 255 + 1020 < 32768 &&
                nb::findRecip16(uint32_t(d), uint32_t(k * 255 + 1020), r)) {
         const uint16_t k16 = uint16_t(k), m = uint16_t(r.m);
@@ -253,7 +255,7 @@ Bits cBitFilter::SHARPEN(int32_t level) {
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
     nb::Recip16 r;
     if (d == 0) {
-        out = buffer_; // every division fails and every byte keeps its value
+        out = unchangedResult(); // every division fails and every byte keeps its value
     } else if (a >= 0 && d > 0 && (a + 2) * 255 < 32768 &&
                nb::findRecip16(uint32_t(d), uint32_t(a * 255), r)) {
         const int16_t a16 = int16_t(a);
@@ -280,7 +282,7 @@ Bits cBitFilter::EDGEENHANCE(int32_t level) {
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
     nb::Recip16 r;
     if (d == 0) {
-        out = buffer_; // every division fails and every byte keeps its value
+        out = unchangedResult(); // every division fails and every byte keeps its value
     } else if (a >= 0 && d > 0 && (a + 1) * 255 < 32768 &&
                nb::findRecip16(uint32_t(d), uint32_t(a * 255), r)) {
         const int16_t a16 = int16_t(a);
@@ -327,9 +329,9 @@ Bits cBitFilter::ERODE() {
     } else if (mode == 1) {                                                                \
         out = OSTRIVEX_NB_FRAME(rankMaxRow(sp, op, nbytes, e1, e2));                       \
     } else {                                                                               \
-        out = spanFrame([&](int32_t y, int32_t x0, int32_t x1, Bits& o) {                  \
+        out = spanFrame([&](int32_t y, int32_t x0, int32_t x1, uint8_t* o) {               \
             for (int32_t x = x0; x < x1; ++x)                                              \
-                store32(o.pixel(x, y), load32(buffer_.pixel(x, y)) & 0xFF000000u);         \
+                store32(o + 4 * (x - x0), load32(buffer_.pixel(x, y)) & 0xFF000000u);      \
         });                                                                                \
     }                                                                                      \
     finishProgress();                                                                      \
@@ -352,9 +354,8 @@ Bits cBitFilter::CONTOUR(int32_t weight, int32_t colour) {
     const uint32_t packed = static_cast<uint32_t>(colour);
     const uint8_t cb = colourB(packed), cg = colourG(packed), cr = colourR(packed);
     const ptrdiff_t dy = ptrdiff_t(buffer_.stride());
-    Bits out = spanFrame([&](int32_t y, int32_t x0, int32_t x1, Bits& target) {
+    Bits out = spanFrame([&](int32_t y, int32_t x0, int32_t x1, uint8_t* o) {
         const uint8_t* s = buffer_.pixel(x0, y);
-        uint8_t* o = target.pixel(x0, y);
         for (int32_t x = x0; x < x1; ++x, s += 4, o += 4) {
             o[3] = s[3];
             int32_t e[3];

@@ -62,12 +62,42 @@ namespace ostrivex {
 // buffer is made from the source, the spans of the region (clipped to the box) through
 // run, the rest (guard band, pixels outside the region, rows outside the box) copied.
 // The result is the one of the frame: copy, then rewrite the region's pixels.
+//
+// With the reuse flag only the spans are touched, in the object's own buffer, which is
+// then handed back. run is given distinct source and target (some kernels read a source
+// pixel again after writing targets), so each piece of a span goes through a small
+// scratch block that stays in the first-level cache and is copied back at once.
 template <class RunFn> Bits cBitFilter::pointFilter(RunFn&& run) {
     const Bits& src = buffer_;
     const int32_t w = src.width(), h = src.height();
+    RegionBounds(0);
+    if (reuseBuffer_) {
+        constexpr int32_t kPiece = 512;
+        alignas(64) uint8_t scratch[4 * kPiece];
+        const int32_t first = std::max(boxTop_, -2), last = std::min(boxBottom_, h + 1);
+        for (int32_t y = first; y <= last; ++y) {
+            if (y >= 0 && y < h) {
+                int32_t done = -2;
+                forEachSpanInRow(y, [&](int32_t, int32_t x0, int32_t x1) {
+                    x0 = std::max(x0, done);
+                    x1 = std::min(x1, w + 2);
+                    if (x0 >= x1) return;
+                    uint8_t* p = buffer_.pixel(x0, y);
+                    for (int32_t i = 0, n = x1 - x0; i < n; i += kPiece) {
+                        const int32_t m = std::min(kPiece, n - i);
+                        run(p + 4 * i, scratch, m);
+                        std::memcpy(p + 4 * i, scratch, size_t(m) * 4u);
+                    }
+                    done = x1;
+                });
+            }
+            progressStep(y);
+        }
+        finishProgress();
+        return takeBuffer();
+    }
     // Every byte of every row, guard band included, is written below.
     Bits out = Bits::forOverwrite(w, h);
-    RegionBounds(0);
     for (int32_t y = -2; y < h + 2; ++y) {
         const bool inBox = y >= boxTop_ && y <= boxBottom_;
         if (!inBox || y < 0 || y >= h) {

@@ -171,7 +171,11 @@ std::optional<Step> parseStep(const std::string& text, std::string& error) {
     const std::string name = text.substr(0, colon);
     if (colon == std::string::npos) {
         if (const FixedCommand* fc = FindFixedCommand(name)) {
-            return Step{text, [fc](StepContext& ctx) { ctx.setImage(fc->run(ctx.filter)); }};
+            return Step{text, [fc](StepContext& ctx) {
+                            // The result replaces the buffer at once.
+                            const cBitFilter::ReuseScope reuse(ctx.filter);
+                            ctx.setImage(fc->run(ctx.filter));
+                        }};
         }
     }
     const StepDef* def = findOperation(name);

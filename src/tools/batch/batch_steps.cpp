@@ -41,6 +41,7 @@ using V = const std::vector<ArgValue>&;
         name, args, note, [](StepContext& ctx, V a) {                                    \
             cBitFilter& f = ctx.filter;                                                  \
             (void)a;                                                                     \
+            const cBitFilter::ReuseScope reuse(f); /* the result replaces the buffer */   \
             ctx.setImage(expr);                                                          \
         }                                                                                \
     }

@@ -2,6 +2,7 @@
 // the values the dialog opens with (sliders at their defaults less their offsets, options
 // at their defaults, the centre in the middle, Lens and Light at their scaled extension).
 #include "app/filters/filter_table.h"
+#include "../bench_pattern.h"
 
 #include <benchmark/benchmark.h>
 
@@ -13,18 +14,7 @@ using namespace ostrivex;
 
 constexpr int32_t kW = 160, kH = 110;
 
-Bits thumbnail() {
-    Bits b(kW, kH);
-    uint32_t s = 12345;
-    for (int32_t y = 0; y < kH; ++y) {
-        uint8_t* p = b.row(y);
-        for (int32_t i = 0; i < kW * 4; ++i) {
-            s = s * 1103515245u + 12345u;
-            p[i] = uint8_t(s >> 16);
-        }
-    }
-    return b;
-}
+Bits thumbnail() { return bench::PatternImage(kW, kH); }
 
 FilterValues startValues(const FilterRow& row) {
     FilterValues v;

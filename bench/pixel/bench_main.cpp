@@ -1,6 +1,7 @@
 // Entry point of bench_pixel, with a reporter that shows megapixels per second and the
 // ratio of each benchmark to BM_Memcpy at the same image size.
 #include "bench_common.h"
+#include "../bench_pattern.h"
 
 #include "pixel/allocator.h"
 
@@ -17,18 +18,7 @@
 
 namespace ostrivex::bench {
 
-Bits patternImage(int32_t w, int32_t h) {
-    Bits b(w, h);
-    uint32_t s = 12345;
-    for (int32_t y = 0; y < h; ++y) {
-        uint8_t* p = b.row(y);
-        for (int32_t i = 0; i < w * 4; ++i) {
-            s = s * 1103515245u + 12345u;
-            p[i] = uint8_t(s >> 16);
-        }
-    }
-    return b;
-}
+Bits patternImage(int32_t w, int32_t h) { return PatternImage(w, h); }
 
 namespace {
 struct Loaded {

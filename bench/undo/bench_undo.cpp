@@ -3,6 +3,7 @@
 // plain copy of a 96 MB file on the same file system, the floor of what a save can cost.
 //
 // Run: QT_QPA_PLATFORM=offscreen build/bin/bench_undo (it sets the platform itself).
+#include "../bench_pattern.h"
 #include "document/fimage.h"
 #include "document/host.h"
 #include "pixel/bitfilter.h"
@@ -51,16 +52,6 @@ BenchHost& host() {
     return h;
 }
 
-Bits patternImage() {
-    Bits b(kWidth, kHeight);
-    uint32_t s = 12345u;
-    uint8_t* p = b.data();
-    for (size_t i = 0; i < b.size(); ++i) {
-        s = s * 1103515245u + 12345u;
-        p[i] = uint8_t(s >> 16);
-    }
-    return b;
-}
 
 // One document of the bench image in a 400 x 300 window.
 fImage* benchDocument = nullptr; // deleted by main before the application
@@ -70,7 +61,7 @@ fImage& document() {
         benchDocument = new fImage;
         benchDocument->BeginDocument(QString());
         benchDocument->resize(400, 300);
-        benchDocument->PBits(patternImage());
+        benchDocument->PBits(bench::PatternImage(kWidth, kHeight));
         benchDocument->SaveUndoBits("Original");
     }
     return *benchDocument;

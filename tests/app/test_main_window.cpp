@@ -153,6 +153,8 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     ostrivex::testing::answerNextModal([](QWidget*) {});
     main_->MenuExec("CUSTOMBLUR");
     EXPECT_EQ(main_->LastRoute(), "FilterDialog");
+    EXPECT_TRUE(test::sameBits(before, doc->bits()));
+    DocumentChanged = false; // a cancelled dialog updates the window without an undo step
     // The properties dialog opens on the document.
     QString dialogTitle;
     ostrivex::testing::answerNextModal([&](QWidget* w) { dialogTitle = w->windowTitle(); });

@@ -544,10 +544,10 @@ void fFilter::CmdCancel_Click() {
     if (committed_ || cancelled_) return;
     cancelled_ = true;
     release();
-    // The document goes back to cFilter's Bits, which a preview never touches; without a
-    // full preview no pixel of the document changed and nothing is written.
+    // The document goes back to cFilter's Bits, which a preview never touches, and the
+    // window is brought up to date without an undo step, whether or not a preview ran.
     fImage* doc = host_.document;
-    if (documentWritten_) {
+    if (doc) {
         doc->SetAutoRedraw(false);
         doc->SetBits(host_.filter->bits());
         doc->SetAutoRedraw(true);

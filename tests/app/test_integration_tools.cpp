@@ -72,6 +72,21 @@ class IntegrationTools : public FreshHome {
         main_->action(*FindMenuEntry("mnuEdit", caption))->trigger();
     }
 
+    // With the select tool a new rectangle dragged from (1, 1) to `to` (QTest takes the
+    // point 0, 0 for the widget's middle, so the drag starts at 1, 1), copied, and pasted
+    // back from the clip history at full pressure. Gives the picture before the paste.
+    Bits copyAndPaste(fImage* doc, QPoint to) {
+        clickTool("Select");
+        Settings.SelectMode = 2;
+        Settings.SelectShape = 0;
+        drag(doc->Canvas(), {QPoint(1, 1), to});
+        menu("Copy");
+        const Bits before = doc->bits();
+        Settings.SelectPressure = 100;
+        EXPECT_TRUE(main_->HistoryBox()->Clips()->PasteFromSlot(0));
+        return before;
+    }
+
     // A move of the mouse over the canvas, with the buttons held.
     static void move(QWidget* canvas, QPoint to, Qt::MouseButtons held) {
         QMouseEvent e(QEvent::MouseMove, QPointF(to), canvas->mapToGlobal(QPointF(to)),
@@ -216,15 +231,8 @@ TEST_F(IntegrationTools, CutThenPasteFromTheClipHistoryFollowsTheMouseAndUndoes)
 TEST_F(IntegrationTools, ARightClickTakesThePasteAway) {
     fImage* doc = open(6, 6, [](int x, int y) { return (x + y) % 2 ? White : 0x102030u; });
     QWidget* canvas = doc->Canvas();
-    clickTool("Select");
-    Settings.SelectMode = 2;
-    Settings.SelectShape = 0;
-    // (QTest takes the point 0, 0 for the widget's middle, so the drag starts at 1, 1.)
-    drag(canvas, {QPoint(1, 1), QPoint(3, 3)});
-    menu("Copy");
-    const Bits before = doc->bits();
-    Settings.SelectPressure = 100;
-    ASSERT_TRUE(main_->HistoryBox()->Clips()->PasteFromSlot(0));
+    const Bits before = copyAndPaste(doc, QPoint(3, 3));
+    ASSERT_TRUE(main_->PendingPaste);
     move(canvas, QPoint(4, 3), Qt::NoButton);
     EXPECT_FALSE(doc->bits() == before);
     QTest::mouseClick(canvas, Qt::RightButton, {}, QPoint(4, 3));
@@ -236,14 +244,8 @@ TEST_F(IntegrationTools, ARightClickTakesThePasteAway) {
 TEST_F(IntegrationTools, AToolButtonWhileThePasteFollowsTakesItAway) {
     fImage* doc = open(6, 6, [](int x, int y) { return x < 3 ? 0x204060u : uint32_t(y) * 20; });
     QWidget* canvas = doc->Canvas();
-    clickTool("Select");
-    Settings.SelectMode = 2;
-    Settings.SelectShape = 0;
-    drag(canvas, {QPoint(1, 1), QPoint(4, 4)});
-    menu("Copy");
-    const Bits before = doc->bits();
-    Settings.SelectPressure = 100;
-    ASSERT_TRUE(main_->HistoryBox()->Clips()->PasteFromSlot(0));
+    const Bits before = copyAndPaste(doc, QPoint(4, 4));
+    ASSERT_TRUE(main_->PendingPaste);
     // (A move into the cell where the drag ended would do no tool work.)
     move(canvas, QPoint(5, 4), Qt::NoButton);
     // The 3 x 3 clip hangs at (3, 2): the pixel there shows the copied (1, 1), the one at

@@ -24,6 +24,9 @@
 #include <QSpinBox>
 #include <QToolBar>
 
+#include <array>
+#include <utility>
+
 using namespace ostrivex;
 using ostrivex::testing::FreshHome;
 using ostrivex::testing::OpenDocument;
@@ -78,6 +81,12 @@ class ToolPanelsTest : public FreshHome {
         return main_->currentToolPicture()->pixmap().toImage().convertToFormat(
             QImage::Format_ARGB32_Premultiplied);
     }
+    static QStringList itemsOf(const QComboBox* combo) {
+        QStringList items;
+        for (int i = 0; i < combo->count(); ++i)
+            items << combo->itemText(i);
+        return items;
+    }
     static QImage picture(const char* key) {
         return ToolPixmap(key, 32).toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
     }
@@ -117,18 +126,13 @@ TEST_F(ToolPanelsTest, SliderGroupsHaveTheirNamesCaptionsRangesAndDefaults) {
         auto* ud = find<QScrollBar>((QString(r.name) + "UD").toUtf8().constData());
         auto* text = find<QLineEdit>((QString(r.name) + "UDT").toUtf8().constData());
         ASSERT_TRUE(slider && ud && text);
-        EXPECT_TRUE(inPanel(r.panel, slider));
-        EXPECT_TRUE(inPanel(r.panel, ud));
-        EXPECT_TRUE(inPanel(r.panel, text));
+        EXPECT_TRUE(inPanel(r.panel, slider) && inPanel(r.panel, ud) && inPanel(r.panel, text));
         EXPECT_EQ(labelOf(r.name), r.caption);
-        EXPECT_EQ(slider->minimum(), 1);
-        EXPECT_EQ(slider->maximum(), 100);
-        EXPECT_EQ(ud->minimum(), 1);
-        EXPECT_EQ(ud->maximum(), 100);
-        EXPECT_EQ(ud->pageStep(), 10);
-        EXPECT_EQ(ud->singleStep(), 1);
-        EXPECT_EQ(slider->value(), r.byDefault);
-        EXPECT_EQ(ud->value(), r.byDefault);
+        // Slider 1..100; up-down 1..100 by steps of 1 and pages of 10.
+        EXPECT_EQ((std::array{slider->minimum(), slider->maximum(), ud->minimum(), ud->maximum(),
+                              ud->singleStep(), ud->pageStep()}),
+                  (std::array{1, 100, 1, 100, 1, 10}));
+        EXPECT_EQ((std::array{slider->value(), ud->value()}), (std::array{r.byDefault, r.byDefault}));
         EXPECT_EQ(text->text(), QString::number(r.byDefault));
     }
 }
@@ -169,10 +173,7 @@ TEST_F(ToolPanelsTest, ListsChecksAndWellsHaveTheirCaptionsItemsTipsAndDefaults)
         ASSERT_NE(combo, nullptr);
         EXPECT_TRUE(inPanel(r.panel, combo));
         EXPECT_EQ(labelOf(r.name), r.caption);
-        QStringList items;
-        for (int i = 0; i < combo->count(); ++i)
-            items << combo->itemText(i);
-        EXPECT_EQ(items, r.items);
+        EXPECT_EQ(itemsOf(combo), r.items);
         EXPECT_EQ(combo->currentIndex(), r.byDefault);
     }
 
@@ -370,15 +371,10 @@ TEST_F(ToolPanelsTest, InitRoutinesShowTheSettingsAndWriteNothing) {
 }
 
 TEST_F(ToolPanelsTest, TheStampListTakesBmpFilesAndTheSecondPatternAsWritten) {
-    EXPECT_TRUE(MatchesFilePattern("leaf.bmp", kStampPattern));
-    EXPECT_TRUE(MatchesFilePattern("LEAF.BMP", kStampPattern));
-    EXPECT_FALSE(MatchesFilePattern("leaf.gif", kStampPattern));
-    EXPECT_FALSE(MatchesFilePattern("leaf.ico", kStampPattern));
-    EXPECT_FALSE(MatchesFilePattern("leaf.bmpx", kStampPattern));
-    EXPECT_FALSE(MatchesFilePattern("leaf.png", kStampPattern));
-    EXPECT_TRUE(MatchesFilePattern("a.gif,b.ico", kStampPattern));
-    EXPECT_TRUE(MatchesFilePattern(".gif,.ico", kStampPattern));
-    EXPECT_FALSE(MatchesFilePattern("a.gif;b.ico", kStampPattern));
+    for (const char* name : {"leaf.bmp", "LEAF.BMP", "a.gif,b.ico", ".gif,.ico"})
+        EXPECT_TRUE(MatchesFilePattern(name, kStampPattern)) << name;
+    for (const char* name : {"leaf.gif", "leaf.ico", "leaf.bmpx", "leaf.png", "a.gif;b.ico"})
+        EXPECT_FALSE(MatchesFilePattern(name, kStampPattern)) << name;
     EXPECT_TRUE(MatchesFilePattern("ab", "a?;x"));
     EXPECT_FALSE(MatchesFilePattern("abc", "a?;x"));
 
@@ -390,10 +386,7 @@ TEST_F(ToolPanelsTest, TheStampListTakesBmpFilesAndTheSecondPatternAsWritten) {
         ASSERT_TRUE(ostrivex::testing::writeBmp24(stamps + "/" + name, 1, 1, one)) << name;
     start();
     QComboBox* list = main_->toolPanels()->stampList();
-    QStringList captions;
-    for (int i = 0; i < list->count(); ++i)
-        captions << list->itemText(i);
-    EXPECT_EQ(captions, (QStringList{"A", "b", "x.gif,y"}));
+    EXPECT_EQ(itemsOf(list), (QStringList{"A", "b", "x.gif,y"}));
     EXPECT_EQ(list->currentIndex(), 0);
     EXPECT_EQ(main_->toolPanels()->CurrentStampFile(), stamps + "/A.BMP");
 }
@@ -463,27 +456,20 @@ TEST_F(ToolPanelsTest, ToolButtonsWithoutADocument) {
     EXPECT_EQ(main_->PasteMode, 0);
     EXPECT_FALSE(button("Brush")->isChecked());
     EXPECT_EQ(shownPicture(), picture("Select"));
-    button("Airbrush")->trigger();
-    EXPECT_EQ(main_->toolPanels()->VisiblePanel(), "AirBrush");
-    EXPECT_FALSE(button("Select")->isChecked());
-    button("Layers")->trigger();
-    EXPECT_EQ(main_->toolPanels()->VisiblePanel(), "Layer");
-    button("SelectionMove")->trigger();
-    EXPECT_EQ(main_->toolPanels()->VisiblePanel(), "SelectionMove");
-    // GetColor and the scroll keys keep the panel that shows.
-    button("GetColor")->trigger();
-    EXPECT_EQ(activeTool(), "GetColor");
-    EXPECT_EQ(main_->toolPanels()->VisiblePanel(), "SelectionMove");
-    button("MM")->trigger();
-    EXPECT_EQ(activeTool(), "MM");
-    EXPECT_EQ(main_->toolPanels()->VisiblePanel(), "SelectionMove");
-    // The pencil has no panel.
-    button("Pencil")->trigger();
-    EXPECT_EQ(activeTool(), "Pencil");
-    EXPECT_EQ(main_->toolPanels()->VisiblePanel(), "");
+    // Each button down in turn: its key, the panel then showing, the one before up.
+    // GetColor and the scroll keys keep the panel that shows; the pencil has none.
+    const char* previous = "Select";
+    for (auto [key, panel] : {std::pair{"Airbrush", "AirBrush"}, {"Layers", "Layer"},
+                              {"SelectionMove", "SelectionMove"}, {"GetColor", "SelectionMove"},
+                              {"MM", "SelectionMove"}, {"Pencil", ""}, {"Fill", "Fill"}}) {
+        SCOPED_TRACE(key);
+        button(key)->trigger();
+        EXPECT_EQ(activeTool(), key);
+        EXPECT_EQ(main_->toolPanels()->VisiblePanel(), panel);
+        EXPECT_FALSE(button(previous)->isChecked());
+        previous = key;
+    }
     // Released: no tool, no panel; the field is all blanks.
-    button("Fill")->trigger();
-    EXPECT_EQ(main_->toolPanels()->VisiblePanel(), "Fill");
     button("Fill")->trigger();
     EXPECT_FALSE(button("Fill")->isChecked());
     EXPECT_EQ(activeTool(), "");

@@ -31,6 +31,19 @@ public:
     void ColorPicked(int32_t colour) override { picked.push_back(colour); }
 };
 
+// Each test's host; it records the colours the picker reports as well.
+class ToolTest : public ::testing::Test {
+protected:
+    PickHost host;
+};
+using ToolCells = ToolTest;
+using PaintTools = ToolTest;
+using SelectTool = ToolTest;
+using SelectionMoveTool = ToolTest;
+using PasteTool = ToolTest;
+using ToolKeys = ToolTest;
+using ToolScroll = ToolTest;
+
 // Row strings of one channel: '#' for 255, '.' for 0, '+' for anything between.
 std::vector<std::string> shape(const Bits& b, int channel = 0) {
     std::vector<std::string> out;
@@ -90,11 +103,15 @@ void drag(fImage* doc, QPoint pos) {
 void release(fImage* doc, QPoint pos, Qt::MouseButton b = Qt::LeftButton) {
     mouse(doc, QEvent::MouseButtonRelease, pos, b, Qt::NoButton);
 }
+// The mouse comes to the point and the left button goes down there.
+void pressAt(fImage* doc, QPoint pos) {
+    hover(doc, pos);
+    press(doc, pos);
+}
 // A stroke of the left button: the mouse comes to the first point and is pressed there,
 // is dragged through the others in turn, and is released at the last.
 void stroke(fImage* doc, std::initializer_list<QPoint> points) {
-    hover(doc, *points.begin());
-    press(doc, *points.begin());
+    pressAt(doc, *points.begin());
     for (auto p = points.begin() + 1; p != points.end(); ++p)
         drag(doc, *p);
     release(doc, *(points.end() - 1));
@@ -112,8 +129,7 @@ void key(fImage* doc, int k) {
 
 // --- Cells ------------------------------------------------------------------------------
 
-TEST(ToolCells, CanvasPositionsBecomeImageCellsByTheZoom) {
-    FakeHost host;
+TEST_F(ToolCells, CanvasPositionsBecomeImageCellsByTheZoom) {
     useTool("GetColor");
     fImage* doc = makeDocument(host, numbered(6, 6), 3);
     EXPECT_EQ(doc->CellAt(QPointF(0, 0)), (fImage::ToolPoint{0, 0}));
@@ -132,8 +148,7 @@ TEST(ToolCells, CanvasPositionsBecomeImageCellsByTheZoom) {
     EXPECT_EQ(host.panels["Position"], "3, 1");
 }
 
-TEST(ToolCells, MovesInsideOneZoomedCellPaintNothing) {
-    FakeHost host;
+TEST_F(ToolCells, MovesInsideOneZoomedCellPaintNothing) {
     useTool("Airbrush");
     // Size 3 (radius 2), pressure 50, every pixel hit, no falloff at the centre: each pass
     // takes the centre half way to white.
@@ -160,8 +175,7 @@ TEST(ToolCells, MovesInsideOneZoomedCellPaintNothing) {
 
 // --- Painting tools ---------------------------------------------------------------------
 
-TEST(PaintTools, PencilClickIsOnePixelAndAStrokeJoinsItsPoints) {
-    FakeHost host;
+TEST_F(PaintTools, PencilClickIsOnePixelAndAStrokeJoinsItsPoints) {
     useTool("Pencil");
     fImage* doc = makeDocument(host, solidBits(6, 4, 0, 0, 0));
     // A click: a line from the point to itself, two samples at (2.001, 2.001) whose
@@ -187,8 +201,7 @@ TEST(PaintTools, PencilClickIsOnePixelAndAStrokeJoinsItsPoints) {
     EXPECT_EQ(other->bits()(0, 2, 2), 0);   // off both
 }
 
-TEST(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
-    FakeHost host;
+TEST_F(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
     useTool("Brush");
     Settings.BrushMode = 0;
     Settings.BrushSize = 1; // radius Round(0.5) = 0: one pixel
@@ -213,8 +226,7 @@ TEST(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
     EXPECT_EQ(doc->bits(), solidBits(6, 3, 0, 0, 0));
 }
 
-TEST(PaintTools, BrushKindSixPaintsTheTextureFixedToTheImage) {
-    FakeHost host;
+TEST_F(PaintTools, BrushKindSixPaintsTheTextureFixedToTheImage) {
     useTool("Brush");
     Settings.BrushMode = 6;
     Settings.BrushSize = 1;
@@ -237,14 +249,12 @@ TEST(PaintTools, BrushKindSixPaintsTheTextureFixedToTheImage) {
     EXPECT_EQ(px(doc->bits(), 1, 0), (std::vector<int>{50, 50, 50}));
 }
 
-TEST(PaintTools, ShapeLineRestoresAtEachMoveButFreeHandKeepsAll) {
-    FakeHost host;
+TEST_F(PaintTools, ShapeLineRestoresAtEachMoveButFreeHandKeepsAll) {
     useTool("Shape");
     Settings.ShapeKind = 0;
     Settings.ShapePressure = 100;
     fImage* line = makeDocument(host, solidBits(5, 5, 0, 0, 0));
-    hover(line, QPoint(0, 0));
-    press(line, QPoint(0, 0));
+    pressAt(line, QPoint(0, 0));
     drag(line, QPoint(4, 0));
     EXPECT_NE(line->bits()(0, 2, 0), 0);
     drag(line, QPoint(0, 4));
@@ -269,8 +279,7 @@ TEST(PaintTools, ShapeLineRestoresAtEachMoveButFreeHandKeepsAll) {
     EXPECT_EQ(free->bits()(0, 0, 2), 0);
 }
 
-TEST(PaintTools, ShapeRectangleGoesFromThePressToTheMouse) {
-    FakeHost host;
+TEST_F(PaintTools, ShapeRectangleGoesFromThePressToTheMouse) {
     useTool("Shape");
     Settings.ShapeKind = 3;
     Settings.ShapePressure = 100;
@@ -282,8 +291,7 @@ TEST(PaintTools, ShapeRectangleGoesFromThePressToTheMouse) {
               (std::vector<std::string>{"......", ".###..", ".#.#..", ".###..", "......"}));
 }
 
-TEST(PaintTools, FillWorksAtTheRelease) {
-    FakeHost host;
+TEST_F(PaintTools, FillWorksAtTheRelease) {
     useTool("Fill");
     Settings.FillMode = 0;
     Settings.FillTolerance = 25;
@@ -292,8 +300,7 @@ TEST(PaintTools, FillWorksAtTheRelease) {
     Bits wall = solidBits(4, 3, 0, 0, 0);
     for (int y = 0; y < 3; ++y) wall(0, 2, y) = wall(1, 2, y) = wall(2, 2, y) = 255;
     fImage* doc = makeDocument(host, wall);
-    hover(doc, QPoint(0, 1));
-    press(doc, QPoint(0, 1));
+    pressAt(doc, QPoint(0, 1));
     EXPECT_EQ(doc->bits(), wall); // nothing before the release
     release(doc, QPoint(0, 1));
     // The black left of the white column turns red; the column and the right stay.
@@ -308,8 +315,7 @@ TEST(PaintTools, FillWorksAtTheRelease) {
     EXPECT_EQ(host.filter.bits(), doc->bits());
 }
 
-TEST(PaintTools, FillOnlyInsideTheSelection) {
-    FakeHost host;
+TEST_F(PaintTools, FillOnlyInsideTheSelection) {
     useTool("Fill");
     Settings.FillPressure = 100;
     Settings.ColorPrimary = 0xFFFFFF;
@@ -320,8 +326,7 @@ TEST(PaintTools, FillOnlyInsideTheSelection) {
     EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{".##.", ".##."}));
 }
 
-TEST(PaintTools, GetColorReportsThePixelUnderTheMouse) {
-    PickHost host;
+TEST_F(PaintTools, GetColorReportsThePixelUnderTheMouse) {
     useTool("GetColor");
     fImage* doc = makeDocument(host, numbered(5, 4));
     hover(doc, QPoint(2, 1));
@@ -340,8 +345,7 @@ TEST(PaintTools, GetColorReportsThePixelUnderTheMouse) {
     EXPECT_EQ(doc->bits(), numbered(5, 4));
 }
 
-TEST(PaintTools, GradientDragLaysTheGradientAtTheRelease) {
-    FakeHost host;
+TEST_F(PaintTools, GradientDragLaysTheGradientAtTheRelease) {
     useTool("Gradient");
     Settings.ColorPrimary = 0x000000;
     Settings.GradientMode = 0;
@@ -350,8 +354,7 @@ TEST(PaintTools, GradientDragLaysTheGradientAtTheRelease) {
     Settings.GradientPressure = 100;
     Settings.GradientFrequency = 1;
     fImage* doc = makeDocument(host, solidBits(5, 2, 100, 100, 100), 2);
-    hover(doc, QPoint(0, 0));
-    press(doc, QPoint(0, 0));
+    pressAt(doc, QPoint(0, 0));
     drag(doc, QPoint(8, 1)); // cell (4, 0)
     // The rubber line from the press to the mouse at zoom 2.
     ASSERT_EQ(doc->Rubber().lines.size(), 1u);
@@ -371,8 +374,7 @@ TEST(PaintTools, GradientDragLaysTheGradientAtTheRelease) {
     EXPECT_EQ(host.filter.bits(), doc->bits());
 }
 
-TEST(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
-    FakeHost host;
+TEST_F(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
     useTool("Stamp");
     Settings.StampMask = kFalse16;
     Settings.StampUseMaskColor = kTrue16;
@@ -399,8 +401,7 @@ TEST(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
     const Bits base = solidBits(6, 4, 20, 20, 20);
     fImage* doc = makeDocument(host, base);
     // Hot spot: half the size plus one, (2, 2): the stamp's top left is at (1, 1).
-    hover(doc, QPoint(3, 3));
-    press(doc, QPoint(3, 3));
+    pressAt(doc, QPoint(3, 3));
     EXPECT_EQ(doc->HotSpot, (fImage::ToolPoint{2, 2}));
     EXPECT_EQ(rows(doc->bits()), (std::vector<std::string>{"......", ".##...", ".o....", "......"}));
     drag(doc, QPoint(5, 3)); // stamps again at (3, 1); the first stays
@@ -416,8 +417,7 @@ TEST(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
     EXPECT_EQ(rows(live->bits()), (std::vector<std::string>{"......", "...##.", "...o..", "......"}));
 }
 
-TEST(PaintTools, RadialGradientShowsACircleAndPaintsRings) {
-    FakeHost host;
+TEST_F(PaintTools, RadialGradientShowsACircleAndPaintsRings) {
     useTool("Gradient");
     Settings.GradientMode = 1;
     Settings.GradientColor1 = 0x000000;
@@ -425,8 +425,7 @@ TEST(PaintTools, RadialGradientShowsACircleAndPaintsRings) {
     Settings.GradientPressure = 100;
     Settings.GradientFrequency = 1;
     fImage* doc = makeDocument(host, solidBits(5, 5, 100, 100, 100));
-    hover(doc, QPoint(2, 2));
-    press(doc, QPoint(2, 2));
+    pressAt(doc, QPoint(2, 2));
     drag(doc, QPoint(4, 3)); // radius Round(sqrt 5) = 2 for the rubber circle
     EXPECT_TRUE(doc->Rubber().ellipseVisible);
     EXPECT_EQ(doc->Rubber().ellipse, QRect(QPoint(0, 0), QPoint(3, 3)));
@@ -442,15 +441,13 @@ TEST(PaintTools, RadialGradientShowsACircleAndPaintsRings) {
 
 // --- Selection ----------------------------------------------------------------------------
 
-TEST(SelectTool, NewRectangleByDragReplacesTheSelection) {
-    FakeHost host;
+TEST_F(SelectTool, NewRectangleByDragReplacesTheSelection) {
     useTool("Select");
     Settings.SelectMode = 2;
     Settings.SelectShape = 0;
     fImage* doc = makeDocument(host, solidBits(8, 6, 0, 0, 0));
     doc->Region().CreateRect(5, 4, 7, 6, cBitRegion::ModeUnion, true);
-    hover(doc, QPoint(4, 3));
-    press(doc, QPoint(4, 3));
+    pressAt(doc, QPoint(4, 3));
     // The press of a new selection clears the old one.
     EXPECT_TRUE(doc->Region().IsEmptyRegion());
     drag(doc, QPoint(1, 1));
@@ -467,8 +464,7 @@ TEST(SelectTool, NewRectangleByDragReplacesTheSelection) {
 
     // Add unites, subtract takes away, both cut to the image.
     Settings.SelectMode = 0;
-    hover(doc, QPoint(6, 4));
-    press(doc, QPoint(6, 4));
+    pressAt(doc, QPoint(6, 4));
     release(doc, QPoint(9, 8));
     EXPECT_EQ(doc->Region().Region()->rects(),
               (std::vector<Rect>{{1, 1, 4, 3}, {6, 4, 8, 6}}));
@@ -479,14 +475,12 @@ TEST(SelectTool, NewRectangleByDragReplacesTheSelection) {
               (std::vector<Rect>{{1, 1, 2, 3}, {3, 1, 4, 3}, {6, 4, 8, 6}}));
 }
 
-TEST(SelectTool, EllipseBoxTakesTheGreaterEdgePlusOne) {
-    FakeHost host;
+TEST_F(SelectTool, EllipseBoxTakesTheGreaterEdgePlusOne) {
     useTool("Select");
     Settings.SelectMode = 2;
     Settings.SelectShape = 1;
     fImage* doc = makeDocument(host, solidBits(8, 8, 0, 0, 0));
-    hover(doc, QPoint(3, 3));
-    press(doc, QPoint(3, 3));
+    pressAt(doc, QPoint(3, 3));
     drag(doc, QPoint(1, 1));
     EXPECT_TRUE(doc->Rubber().ellipseVisible);
     release(doc, QPoint(1, 1));
@@ -499,15 +493,13 @@ TEST(SelectTool, EllipseBoxTakesTheGreaterEdgePlusOne) {
     EXPECT_FALSE(doc->Region().IsEmptyRegion());
 }
 
-TEST(SelectTool, PolygonTakesPointsBySpaceAndEndsAtTheRelease) {
-    FakeHost host;
+TEST_F(SelectTool, PolygonTakesPointsBySpaceAndEndsAtTheRelease) {
     useTool("Select");
     Settings.SelectMode = 2;
     Settings.SelectShape = 2;
     fImage* doc = makeDocument(host, solidBits(8, 6, 0, 0, 0));
     doc->Region().CreateRect(6, 0, 8, 2, cBitRegion::ModeUnion, true);
-    hover(doc, QPoint(1, 1));
-    press(doc, QPoint(1, 1));
+    pressAt(doc, QPoint(1, 1));
     EXPECT_TRUE(doc->Region().IsEmptyRegion()); // new: cleared at the first point
     EXPECT_EQ(doc->PolygonPoints, (std::vector<int32_t>{1, 1}));
     drag(doc, QPoint(5, 1));
@@ -529,8 +521,7 @@ TEST(SelectTool, PolygonTakesPointsBySpaceAndEndsAtTheRelease) {
     EXPECT_FALSE(doc->Rubber().lineVisible[0]);
 }
 
-TEST(SelectTool, FreeHandAddsThePixelsPassedOver) {
-    FakeHost host;
+TEST_F(SelectTool, FreeHandAddsThePixelsPassedOver) {
     useTool("Select");
     Settings.SelectMode = 2;
     Settings.SelectShape = 3;
@@ -540,8 +531,7 @@ TEST(SelectTool, FreeHandAddsThePixelsPassedOver) {
     EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{1, 1, 3, 2}, {2, 2, 3, 3}}));
 }
 
-TEST(SelectionMoveTool, SelectionOnlyMovesTheRegionAndCropsAtTheRelease) {
-    FakeHost host;
+TEST_F(SelectionMoveTool, SelectionOnlyMovesTheRegionAndCropsAtTheRelease) {
     useTool("SelectionMove");
     Settings.SelectMove = kTrue16;
     fImage* doc = makeDocument(host, numbered(6, 6));
@@ -549,8 +539,7 @@ TEST(SelectionMoveTool, SelectionOnlyMovesTheRegionAndCropsAtTheRelease) {
     stroke(doc, {QPoint(0, 0), QPoint(1, 0)}); // pressed outside the selection: nothing moves
     EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{1, 1, 3, 3}}));
 
-    hover(doc, QPoint(1, 1));
-    press(doc, QPoint(1, 1));
+    pressAt(doc, QPoint(1, 1));
     EXPECT_TRUE(doc->MovingSelection);
     drag(doc, QPoint(3, 2));
     EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{3, 2, 5, 4}}));
@@ -562,14 +551,12 @@ TEST(SelectionMoveTool, SelectionOnlyMovesTheRegionAndCropsAtTheRelease) {
     EXPECT_EQ(doc->bits(), numbered(6, 6)); // the pixels stay
 }
 
-TEST(SelectionMoveTool, AKeyReleasedWhileMovingCropsTheSelection) {
-    FakeHost host;
+TEST_F(SelectionMoveTool, AKeyReleasedWhileMovingCropsTheSelection) {
     useTool("SelectionMove");
     Settings.SelectMove = kTrue16;
     fImage* doc = makeDocument(host, numbered(4, 4));
     doc->Region().CreateRect(0, 0, 2, 2, cBitRegion::ModeUnion, true);
-    hover(doc, QPoint(1, 1));
-    press(doc, QPoint(1, 1));
+    pressAt(doc, QPoint(1, 1));
     drag(doc, QPoint(3, 3));
     EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{2, 2, 4, 4}}));
     drag(doc, QPoint(4, 4)); // past the image, still held
@@ -579,15 +566,13 @@ TEST(SelectionMoveTool, AKeyReleasedWhileMovingCropsTheSelection) {
     release(doc, QPoint(4, 4));
 }
 
-TEST(SelectionMoveTool, ContentMovePaintsTheLiftedPixelsAtTheMouse) {
-    FakeHost host;
+TEST_F(SelectionMoveTool, ContentMovePaintsTheLiftedPixelsAtTheMouse) {
     useTool("SelectionMove");
     Settings.SelectMove = kFalse16;
     Settings.SelectPressure = 100;
     fImage* doc = makeDocument(host, numbered(6, 5));
     doc->Region().CreateRect(1, 1, 3, 3, cBitRegion::ModeUnion, true);
-    hover(doc, QPoint(2, 2));
-    press(doc, QPoint(2, 2));
+    pressAt(doc, QPoint(2, 2));
     EXPECT_TRUE(doc->MovingSelection);
     EXPECT_EQ(doc->HotSpot, (fImage::ToolPoint{1, 1}));
     EXPECT_EQ(doc->MovedBits.width(), 2);
@@ -610,8 +595,7 @@ TEST(SelectionMoveTool, ContentMovePaintsTheLiftedPixelsAtTheMouse) {
     EXPECT_EQ(doc->HistoryPosition(), 2);
 }
 
-TEST(SelectionMoveTool, ContentMoveBlendsWithThePressureAndSkipsOutsideTheSelection) {
-    FakeHost host;
+TEST_F(SelectionMoveTool, ContentMoveBlendsWithThePressureAndSkipsOutsideTheSelection) {
     useTool("SelectionMove");
     Settings.SelectMove = kFalse16;
     Settings.SelectPressure = 50;
@@ -621,8 +605,7 @@ TEST(SelectionMoveTool, ContentMoveBlendsWithThePressureAndSkipsOutsideTheSelect
     // An L of three pixels: (0, 0), (0, 1), (1, 1); (1, 0) is in the box but not selected.
     doc->Region().CreateRect(0, 0, 1, 2, cBitRegion::ModeUnion, true);
     doc->Region().CreateRect(1, 1, 2, 2, cBitRegion::ModeUnion, true);
-    hover(doc, QPoint(0, 0));
-    press(doc, QPoint(0, 0));
+    pressAt(doc, QPoint(0, 0));
     drag(doc, QPoint(2, 1));
     // (2, 1) takes half of 200 over 0: 100. (3, 1) is the unselected pixel: untouched.
     EXPECT_EQ(doc->bits()(0, 2, 1), 100);
@@ -641,8 +624,7 @@ Bits clip() {
     return c;
 }
 
-TEST(PasteTool, PasteFollowsTheMouseAndALeftClickFixesItAsOneStep) {
-    FakeHost host;
+TEST_F(PasteTool, PasteFollowsTheMouseAndALeftClickFixesItAsOneStep) {
     useTool("Brush"); // the brush stays out of it while the paste is pending
     Settings.SelectPressure = 100;
     Settings.PasteMode = 0;
@@ -676,8 +658,7 @@ TEST(PasteTool, PasteFollowsTheMouseAndALeftClickFixesItAsOneStep) {
     EXPECT_EQ(doc->bits()(0, 0, 0), 0);
 }
 
-TEST(PasteTool, RightClickCancelsThePaste) {
-    FakeHost host;
+TEST_F(PasteTool, RightClickCancelsThePaste) {
     useTool("Select");
     Settings.PasteMode = -1; // the paste panel's own pressure
     Settings.PastePressure = 50;
@@ -694,8 +675,7 @@ TEST(PasteTool, RightClickCancelsThePaste) {
     EXPECT_TRUE(doc->Region().IsEmptyRegion()); // the select tool did nothing
 }
 
-TEST(PasteTool, SpaceFixesThePasteAndItGoesOnFollowing) {
-    FakeHost host;
+TEST_F(PasteTool, SpaceFixesThePasteAndItGoesOnFollowing) {
     useTool("GetColor");
     Settings.SelectPressure = 100;
     fImage* doc = makeDocument(host, solidBits(6, 6, 0, 0, 0));
@@ -715,8 +695,7 @@ TEST(PasteTool, SpaceFixesThePasteAndItGoesOnFollowing) {
 
 // --- Keys ---------------------------------------------------------------------------------
 
-TEST(ToolKeys, ArrowsMoveTheLastPointOnePixel) {
-    FakeHost host;
+TEST_F(ToolKeys, ArrowsMoveTheLastPointOnePixel) {
     useTool("GetColor");
     fImage* doc = makeDocument(host, numbered(6, 6), 2);
     hover(doc, QPoint(5, 5)); // cell (2, 2)
@@ -733,8 +712,7 @@ TEST(ToolKeys, ArrowsMoveTheLastPointOnePixel) {
     EXPECT_EQ(host.panels["Color"], "R 3  G 2  B 34  #030222");
 }
 
-TEST(ToolKeys, SpaceWithTheTextToolStampsAgain) {
-    FakeHost host;
+TEST_F(ToolKeys, SpaceWithTheTextToolStampsAgain) {
     useTool("Text");
     Settings.TextPressure = 100;
     Settings.ColorPrimary = 0xFFFFFF;
@@ -743,8 +721,7 @@ TEST(ToolKeys, SpaceWithTheTextToolStampsAgain) {
     host.ActionLabel = "Text";
     fImage* doc = makeDocument(host, solidBits(4, 4, 0, 0, 0));
     // Hot spot: half the size plus one, (1, 1): the mask lands up and left of the mouse.
-    hover(doc, QPoint(2, 2));
-    press(doc, QPoint(2, 2));
+    pressAt(doc, QPoint(2, 2));
     EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{"....", ".#..", "....", "...."}));
     drag(doc, QPoint(3, 3));
     EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{"....", "....", "..#.", "...."}));
@@ -758,8 +735,7 @@ TEST(ToolKeys, SpaceWithTheTextToolStampsAgain) {
 
 // --- Hand scrolling -----------------------------------------------------------------------
 
-TEST(ToolScroll, HandScrollingMovesTheBarsAndPaintsOn) {
-    FakeHost host;
+TEST_F(ToolScroll, HandScrollingMovesTheBarsAndPaintsOn) {
     useTool("Pencil");
     fImage* doc = test::makeDocument(host, solidBits(200, 200, 0, 0, 0), 60, 60);
     doc->Form_Activate();
@@ -768,8 +744,7 @@ TEST(ToolScroll, HandScrollingMovesTheBarsAndPaintsOn) {
     int32_t h = 0, v = 0;
     doc->GetSBV(h, v);
     ASSERT_EQ(h, 50);
-    hover(doc, QPoint(10, 10));
-    press(doc, QPoint(10, 10));
+    pressAt(doc, QPoint(10, 10));
     // The hand moves 5 right and 3 down: the bars go back by as much.
     drag(doc, QPoint(15, 13));
     doc->GetSBV(h, v);

@@ -6,6 +6,7 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
 #include <cstdint>
 #include <initializer_list>
 #include <sstream>
@@ -61,6 +62,12 @@ inline ::testing::AssertionResult sameBits(const Bits& expected, const Bits& act
                 }
     if (shown) return ::testing::AssertionFailure() << "bytes differ:" << diff.str();
     return ::testing::AssertionSuccess();
+}
+
+// Blue, green and red of the pixel at x, y.
+inline std::array<int, 3> bgr(const Bits& bits, int x, int y) {
+    const uint8_t* p = bits.pixel(x, y);
+    return {p[0], p[1], p[2]};
 }
 
 } // namespace ostrivex::test

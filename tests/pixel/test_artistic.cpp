@@ -2,6 +2,7 @@
 #include "pixel/bitfilter.h"
 #include "pixel/random.h"
 #include "pixel/region.h"
+#include "filter_test_util.h"
 #include "pixel_test_util.h"
 
 #include <gtest/gtest.h>
@@ -15,16 +16,6 @@ using namespace ostrivex;
 using namespace ostrivex::test;
 
 namespace {
-
-struct Loaded {
-    cBitFilter f;
-    Region region;
-    Loaded(const Bits& b, Region r) : region(std::move(r)) {
-        f.SetBits(b);
-        f.BitsRegion(&region);
-    }
-    explicit Loaded(const Bits& b) : Loaded(b, Region::rect(0, 0, b.width(), b.height())) {}
-};
 
 // A w x h image of one grey with alpha 9.
 Bits greyImage(int w, int h, uint8_t v) {

@@ -4,6 +4,7 @@
 #include "pixel/bitfilter.h"
 #include "pixel/polar.h"
 #include "pixel/region.h"
+#include "filter_test_util.h"
 #include "pixel_test_util.h"
 
 #include <gtest/gtest.h>
@@ -53,16 +54,6 @@ Bits expectFrom(const Bits& src, const std::vector<std::pair<int, int>>& from) {
     }
     return out;
 }
-
-struct Loaded {
-    cBitFilter f;
-    Region region;
-    Loaded(const Bits& b, Region r) : region(std::move(r)) {
-        f.SetBits(b);
-        f.BitsRegion(&region);
-    }
-    explicit Loaded(const Bits& b) : Loaded(b, Region::rect(0, 0, b.width(), b.height())) {}
-};
 
 } // namespace
 

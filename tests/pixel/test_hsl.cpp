@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include <array>
+
 using namespace ostrivex;
 
 namespace {
@@ -13,12 +15,11 @@ HslValue hsl(int r, int g, int b) {
     RGBToHSL(r, g, b, v.h, v.s, v.l);
     return v;
 }
-struct RgbValue {
-    int32_t r, g, b;
-};
-RgbValue rgb(float h, float s, float l) {
-    RgbValue v{};
-    HSLToRGB(h, s, l, v.r, v.g, v.b);
+// Red, green, blue.
+using Rgb = std::array<int32_t, 3>;
+Rgb rgb(float h, float s, float l) {
+    Rgb v{};
+    HSLToRGB(h, s, l, v[0], v[1], v[2]);
     return v;
 }
 } // namespace
@@ -65,41 +66,21 @@ TEST(Hsl, RgbToHslDarkAndLightSaturation) {
 
 TEST(Hsl, HslToRgbSectorsRoundingAndNoClamp) {
     // Grey at 0.5: 127.5 rounds to the even 128.
-    RgbValue c = rgb(3.0f, 0.0f, 0.5f);
-    EXPECT_EQ(c.r, 128);
-    EXPECT_EQ(c.g, 128);
-    EXPECT_EQ(c.b, 128);
+    EXPECT_EQ(rgb(3.0f, 0.0f, 0.5f), (Rgb{128, 128, 128}));
     // Blue at hue 4: not below 4, so green is the minimum and red min + 0 * d.
-    c = rgb(4.0f, 1.0f, 0.5f);
-    EXPECT_EQ(c.r, 0);
-    EXPECT_EQ(c.g, 0);
-    EXPECT_EQ(c.b, 255);
+    EXPECT_EQ(rgb(4.0f, 1.0f, 0.5f), (Rgb{0, 0, 255}));
     // Hue -0.5: red max, green min, blue = 0 - (-0.5) * 1 = 0.5 -> 127.5 -> 128.
-    c = rgb(-0.5f, 1.0f, 0.5f);
-    EXPECT_EQ(c.r, 255);
-    EXPECT_EQ(c.g, 0);
-    EXPECT_EQ(c.b, 128);
+    EXPECT_EQ(rgb(-0.5f, 1.0f, 0.5f), (Rgb{255, 0, 128}));
     // Light: min = 0.75 - 0.5 * 0.25 = 0.625, max = 0.875, d = 0.25; hue 2.5: green max,
     // red min, blue = 0.625 + 0.5 * 0.25 = 0.75 -> 159.375, 223.125, 191.25.
-    c = rgb(2.5f, 0.5f, 0.75f);
-    EXPECT_EQ(c.r, 159);
-    EXPECT_EQ(c.g, 223);
-    EXPECT_EQ(c.b, 191);
-    // Hue 1.5 (green max, blue min, red = min - (1.5 - 2) * d), dark: min = 0.4 * 0.5.
-    c = rgb(1.5f, 0.5f, 0.4f);
-    EXPECT_EQ(c.g, 153); // 0.6 * 255
-    EXPECT_EQ(c.b, 51);  // 0.2 * 255
-    EXPECT_EQ(c.r, 102); // (0.2 + 0.5 * 0.4) * 255
-    // Hue 3.25 (blue max, red min, green = min - (3.25 - 4) * d).
-    c = rgb(3.25f, 1.0f, 0.5f);
-    EXPECT_EQ(c.b, 255);
-    EXPECT_EQ(c.r, 0);
-    EXPECT_EQ(c.g, 191); // 0.75 * 255 = 191.25
+    EXPECT_EQ(rgb(2.5f, 0.5f, 0.75f), (Rgb{159, 223, 191}));
+    // Hue 1.5 (green max, blue min, red = min - (1.5 - 2) * d), dark: min = 0.4 * 0.5:
+    // red (0.2 + 0.5 * 0.4) * 255, green 0.6 * 255, blue 0.2 * 255.
+    EXPECT_EQ(rgb(1.5f, 0.5f, 0.4f), (Rgb{102, 153, 51}));
+    // Hue 3.25 (blue max, red min, green = min - (3.25 - 4) * d): green 0.75 * 255 = 191.25.
+    EXPECT_EQ(rgb(3.25f, 1.0f, 0.5f), (Rgb{0, 191, 255}));
     // Out of range hue: red = 0 + 1.5 * 1 -> 382.5 -> 382, not clamped.
-    c = rgb(5.5f, 1.0f, 0.5f);
-    EXPECT_EQ(c.r, 382);
-    EXPECT_EQ(c.g, 0);
-    EXPECT_EQ(c.b, 255);
+    EXPECT_EQ(rgb(5.5f, 1.0f, 0.5f), (Rgb{382, 0, 255}));
 }
 
 TEST(Hsl, RoundTripOfPrimariesAndGreys) {
@@ -108,9 +89,6 @@ TEST(Hsl, RoundTripOfPrimariesAndGreys) {
                               {17, 17, 17},  {51, 102, 204}};
     for (const auto& c : colours) {
         const HslValue v = hsl(c[0], c[1], c[2]);
-        const RgbValue back = rgb(v.h, v.s, v.l);
-        EXPECT_EQ(back.r, c[0]);
-        EXPECT_EQ(back.g, c[1]);
-        EXPECT_EQ(back.b, c[2]);
+        EXPECT_EQ(rgb(v.h, v.s, v.l), (Rgb{c[0], c[1], c[2]}));
     }
 }

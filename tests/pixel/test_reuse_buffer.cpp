@@ -4,6 +4,7 @@
 // is handed over (empty afterwards) only when the flag is on.
 #include "pixel/bitfilter.h"
 #include "pixel/region.h"
+#include "filter_test_util.h"
 #include "pixel_test_util.h"
 
 #include <gtest/gtest.h>
@@ -17,41 +18,27 @@ using namespace ostrivex::test;
 
 namespace {
 
-struct Case {
-    std::string name;
-    std::function<Bits(cBitFilter&)> op;
-};
+using Case = FilterCase;
 
+// Every tone filter, and more settings of some of them.
 std::vector<Case> pointFilters() {
-    std::vector<Case> cases = {
+    std::vector<Case> cases = toneFilters();
+    const std::vector<Case> more = {
         {"BRIGHTNESS+", [](cBitFilter& f) { return f.BRIGHTNESS(30); }},
-        {"BRIGHTNESS-", [](cBitFilter& f) { return f.BRIGHTNESS(-40); }},
-        {"ShiftRGB", [](cBitFilter& f) { return f.ShiftRGB(30, -60, 200); }},
-        {"Invert", [](cBitFilter& f) { return f.Invert(); }},
-        {"GreyScale", [](cBitFilter& f) { return f.GreyScale(); }},
-        {"Threshold", [](cBitFilter& f) { return f.Threshold(120); }},
         {"SATURATION50", [](cBitFilter& f) { return f.SATURATION(50); }},
         {"SATURATION37", [](cBitFilter& f) { return f.SATURATION(37); }},
-        {"Reduction", [](cBitFilter& f) { return f.Reduction(40); }},
-        {"GammaCorrection", [](cBitFilter& f) { return f.GammaCorrection(-30); }},
-        {"KillChannel", [](cBitFilter& f) { return f.KillChannel(false, true, true); }},
-        {"SpecialColors", [](cBitFilter& f) { return f.SpecialColors(-1, -1, 0); }},
-        {"COLORIZE", [](cBitFilter& f) { return f.COLORIZE(0.5f, 0.25f, 1.0f); }},
         {"Contrast60", [](cBitFilter& f) { return f.Contrast(60); }},
         {"Contrast-30", [](cBitFilter& f) { return f.Contrast(-30); }},
-        {"Equalize", [](cBitFilter& f) { return f.Equalize(); }},
-        {"ISOLATE", [](cBitFilter& f) { return f.ISOLATE(0x406080u, 0x123456u, 90); }},
-        {"REPLACE", [](cBitFilter& f) { return f.REPLACE(0x406080u, 0xFFFFFFu, 150); }},
-        {"Shift", [](cBitFilter& f) { return f.Shift(0x406080u, -90, 150); }},
-        {"ReplaceHS", [](cBitFilter& f) { return f.ReplaceHS(0x406080u, 0x20F010u, 60, 80, 50); }},
-        {"ReplaceL", [](cBitFilter& f) { return f.ReplaceL(0x406080u, 0x20F010u, 70, 40); }},
-        {"RotateH", [](cBitFilter& f) { return f.RotateH(90, 30); }},
-        {"RotateL", [](cBitFilter& f) { return f.RotateL(40, 3); }},
-        {"StretchH", [](cBitFilter& f) { return f.StretchH(30, 20, 50); }},
-        {"SwapRGB", [](cBitFilter& f) {
+        {"ReplaceHS2", [](cBitFilter& f) { return f.ReplaceHS(0x406080u, 0x20F010u, 60, 80, 50); }},
+        {"ReplaceL2", [](cBitFilter& f) { return f.ReplaceL(0x406080u, 0x20F010u, 70, 40); }},
+        {"RotateH2", [](cBitFilter& f) { return f.RotateH(90, 30); }},
+        {"RotateL2", [](cBitFilter& f) { return f.RotateL(40, 3); }},
+        {"StretchH2", [](cBitFilter& f) { return f.StretchH(30, 20, 50); }},
+        {"SwapRGB2", [](cBitFilter& f) {
              return f.SwapRGB(2, 0, 1, true, false, true, false, true, false);
          }},
     };
+    cases.insert(cases.end(), more.begin(), more.end());
     for (int32_t mode = 1; mode <= 5; ++mode)
         cases.push_back({"SwapBanks" + std::to_string(mode),
                          [mode](cBitFilter& f) { return f.SwapBanks(mode); }});

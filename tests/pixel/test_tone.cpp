@@ -2,6 +2,7 @@
 // filter's formula by hand.
 #include "pixel/bitfilter.h"
 #include "pixel/region.h"
+#include "filter_test_util.h"
 #include "pixel_test_util.h"
 
 #include <gtest/gtest.h>
@@ -13,18 +14,6 @@
 
 using namespace ostrivex;
 using namespace ostrivex::test;
-
-namespace {
-// Runs op on src with a region of the whole image (or the given region).
-Bits run(const Bits& src, const std::function<Bits(cBitFilter&)>& op,
-         const Region* region = nullptr) {
-    cBitFilter f;
-    f.SetBits(src);
-    const Region whole = Region::rect(0, 0, src.width(), src.height());
-    f.BitsRegion(region ? region : &whole);
-    return op(f);
-}
-} // namespace
 
 TEST(Tone, BrightnessAndShiftRgbClampPerChannel) {
     const Bits src = makeBits(2, 1, {{0, 100, 250, 7}, {30, 100, 255, 9}});
@@ -308,14 +297,7 @@ TEST(Tone, ContrastOnSpansOfAnEllipseEqualsThePlainSpillLoop) {
 }
 
 TEST(Tone, GreyScaleEqualsTheDoubleSumOnEveryColour) {
-    Bits src(4096, 4096);
-    for (int y = 0; y < 4096; ++y)
-        for (int x = 0; x < 4096; ++x) {
-            const uint32_t c = uint32_t(y) * 4096u + uint32_t(x);
-            src(0, x, y) = uint8_t(c & 255u);
-            src(1, x, y) = uint8_t((c >> 8) & 255u);
-            src(2, x, y) = uint8_t(c >> 16);
-        }
+    const Bits& src = everyColour();
     const Bits grey = run(src, [](cBitFilter& f) { return f.GreyScale(); });
     int64_t wrong = 0;
     for (int y = 0; y < 4096; ++y)

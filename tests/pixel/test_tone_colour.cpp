@@ -1,6 +1,7 @@
 // Colour-distance filters, channel kills and channel shuffles on hand-made pixels.
 #include "pixel/bitfilter.h"
 #include "pixel/region.h"
+#include "filter_test_util.h"
 #include "pixel_test_util.h"
 
 #include <gtest/gtest.h>
@@ -14,13 +15,6 @@ using namespace ostrivex;
 using namespace ostrivex::test;
 
 namespace {
-Bits run(const Bits& src, const std::function<Bits(cBitFilter&)>& op) {
-    cBitFilter f;
-    f.SetBits(src);
-    const Region whole = Region::rect(0, 0, src.width(), src.height());
-    f.BitsRegion(&whole);
-    return op(f);
-}
 constexpr uint32_t kRed = 0x0000FFu; // 0x00BBGGRR
 constexpr uint32_t kBlue = 0xFF0000u;
 } // namespace

@@ -3,6 +3,7 @@
 // source, and Progress ends at 100.
 #include "pixel/bitfilter.h"
 #include "pixel/region.h"
+#include "filter_test_util.h"
 #include "pixel_test_util.h"
 
 #include <gtest/gtest.h>
@@ -15,40 +16,7 @@ using namespace ostrivex;
 using namespace ostrivex::test;
 
 namespace {
-struct Case {
-    std::string name;
-    std::function<Bits(cBitFilter&)> op;
-};
-
-std::vector<Case> allFilters() {
-    return {
-        {"BRIGHTNESS", [](cBitFilter& f) { return f.BRIGHTNESS(-40); }},
-        {"ShiftRGB", [](cBitFilter& f) { return f.ShiftRGB(30, -60, 200); }},
-        {"Invert", [](cBitFilter& f) { return f.Invert(); }},
-        {"GreyScale", [](cBitFilter& f) { return f.GreyScale(); }},
-        {"Threshold", [](cBitFilter& f) { return f.Threshold(120); }},
-        {"SATURATION", [](cBitFilter& f) { return f.SATURATION(150); }},
-        {"Reduction", [](cBitFilter& f) { return f.Reduction(40); }},
-        {"GammaCorrection", [](cBitFilter& f) { return f.GammaCorrection(-30); }},
-        {"KillChannel", [](cBitFilter& f) { return f.KillChannel(false, true, true); }},
-        {"SpecialColors", [](cBitFilter& f) { return f.SpecialColors(-1, -1, 0); }},
-        {"COLORIZE", [](cBitFilter& f) { return f.COLORIZE(0.5f, 0.25f, 1.0f); }},
-        {"Contrast", [](cBitFilter& f) { return f.Contrast(120); }},
-        {"Equalize", [](cBitFilter& f) { return f.Equalize(); }},
-        {"ISOLATE", [](cBitFilter& f) { return f.ISOLATE(0x406080u, 0x123456u, 90); }},
-        {"REPLACE", [](cBitFilter& f) { return f.REPLACE(0x406080u, 0xFFFFFFu, 150); }},
-        {"Shift", [](cBitFilter& f) { return f.Shift(0x406080u, -90, 150); }},
-        {"ReplaceHS", [](cBitFilter& f) { return f.ReplaceHS(0x406080u, 0u, 100, 100, 200); }},
-        {"ReplaceL", [](cBitFilter& f) { return f.ReplaceL(0x406080u, 0u, 60, 200); }},
-        {"RotateH", [](cBitFilter& f) { return f.RotateH(45, 90); }},
-        {"RotateL", [](cBitFilter& f) { return f.RotateL(20, 40); }},
-        {"StretchH", [](cBitFilter& f) { return f.StretchH(10, 80, 40); }},
-        {"SwapBanks", [](cBitFilter& f) { return f.SwapBanks(2); }},
-        {"SwapRGB",
-         [](cBitFilter& f) { return f.SwapRGB(1, 0, 2, true, false, true, false, false, false); }},
-        {"ClassyColors", [](cBitFilter& f) { return f.ClassyColors(7); }},
-    };
-}
+using Case = FilterCase;
 
 // A source whose guard band is not zero, so a write there would show.
 Bits markedSource() {
@@ -67,7 +35,7 @@ TEST(ToneFrame, OnlyRegionPixelsChangeAndTheMarkerByteStays) {
     const Region whole = Region::rect(0, 0, 11, 9);
     const Region ellipse = Region::ellipse(1, 0, 10, 8);
     ASSERT_FALSE(ellipse.isEmpty());
-    for (const Case& c : allFilters()) {
+    for (const Case& c : toneFilters()) {
         cBitFilter f;
         f.SetBits(src);
         f.BitsRegion(&whole);
@@ -111,7 +79,7 @@ TEST(ToneFrame, OnlyRegionPixelsChangeAndTheMarkerByteStays) {
 TEST(ToneFrame, EmptyRegionChangesNothingAndStillReportsDone) {
     const Bits src = markedSource();
     const Region empty;
-    for (const Case& c : allFilters()) {
+    for (const Case& c : toneFilters()) {
         cBitFilter f;
         f.SetBits(src);
         f.BitsRegion(&empty);

@@ -4,6 +4,7 @@
 #include "pixel/bitfilter.h"
 #include "pixel/hsl.h"
 #include "pixel/region.h"
+#include "filter_test_util.h"
 #include "pixel_test_util.h"
 
 #include <gtest/gtest.h>
@@ -16,13 +17,6 @@ using namespace ostrivex;
 using namespace ostrivex::test;
 
 namespace {
-Bits run(const Bits& src, const std::function<Bits(cBitFilter&)>& op) {
-    cBitFilter f;
-    f.SetBits(src);
-    const Region whole = Region::rect(0, 0, src.width(), src.height());
-    f.BitsRegion(&whole);
-    return op(f);
-}
 
 uint8_t limit(int32_t v) {
     return uint8_t(std::clamp(v, 0, 255));

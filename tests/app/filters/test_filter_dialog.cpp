@@ -21,6 +21,9 @@
 #include <QTest>
 #include <QTimer>
 
+#include <array>
+#include <utility>
+
 using namespace ostrivex;
 
 namespace {
@@ -82,6 +85,10 @@ class FilterDialogTest : public ostrivex::testing::WithMainWindow {
 bool shown(const QWidget* w) {
     return !w->isHidden();
 }
+// A slider's minimum, maximum and value.
+std::array<int, 3> range(const QSlider* s) {
+    return {s->minimum(), s->maximum(), s->value()};
+}
 
 TEST_F(FilterDialogTest, EachRowBuildsItsControls) {
     openDocument(test::makeBits(2, 1, {{10, 20, 30}, {200, 100, 0}}));
@@ -91,9 +98,7 @@ TEST_F(FilterDialogTest, EachRowBuildsItsControls) {
         fFilter d(4, host());
         EXPECT_EQ(d.windowTitle(), "Gamma correction");
         EXPECT_EQ(d.lblName[0]->text(), "Gamma");
-        EXPECT_EQ(d.sld[0]->minimum(), 0);
-        EXPECT_EQ(d.sld[0]->maximum(), 200);
-        EXPECT_EQ(d.sld[0]->value(), 100);
+        EXPECT_EQ(range(d.sld[0]), (std::array{0, 200, 100}));
         EXPECT_EQ(d.offset(0), 100);
         EXPECT_EQ(d.values().s[0], 0);
         EXPECT_EQ(d.lblValue[0]->text(), "100");
@@ -102,13 +107,11 @@ TEST_F(FilterDialogTest, EachRowBuildsItsControls) {
         EXPECT_EQ(d.lblValue[0]->text(), "130");
         EXPECT_TRUE(shown(d.frSliders));
         EXPECT_EQ(d.frSliders->height(), fFilter::kSliderRowHeight);
-        EXPECT_FALSE(shown(d.sld[1]));
-        EXPECT_FALSE(shown(d.chkOption));
-        EXPECT_FALSE(shown(d.picColour[0]));
-        EXPECT_FALSE(shown(d.picColour[1]));
+        for (QWidget* w : std::initializer_list<QWidget*>{d.sld[1], d.chkOption, d.picColour[0],
+                                                          d.picColour[1], d.frBanks})
+            EXPECT_FALSE(shown(w)) << w->objectName().toStdString();
         EXPECT_FALSE(d.centreFlag());
         EXPECT_FALSE(d.tmrSelect->isActive());
-        EXPECT_FALSE(shown(d.frBanks));
     }
     {
         // Halftone: three rows, no offsets.
@@ -116,8 +119,7 @@ TEST_F(FilterDialogTest, EachRowBuildsItsControls) {
         EXPECT_EQ(d.windowTitle(), "Halftone");
         EXPECT_EQ(d.frSliders->height(), 3 * fFilter::kSliderRowHeight);
         EXPECT_EQ(d.lblName[2]->text(), "Intensity");
-        EXPECT_EQ(d.sld[0]->minimum(), 1);
-        EXPECT_EQ(d.sld[0]->maximum(), 25);
+        EXPECT_EQ(range(d.sld[0]), (std::array{1, 25, 1}));
         EXPECT_EQ(d.sld[1]->value(), 50);
         EXPECT_EQ(d.offset(1), 0);
         EXPECT_EQ(d.values().s, (std::array<int32_t, 3>{1, 50, 0}));
@@ -129,8 +131,7 @@ TEST_F(FilterDialogTest, EachRowBuildsItsControls) {
         EXPECT_EQ(p.windowTitle(), "Pixelaze");
         EXPECT_EQ(p.lblName[0]->text(), "Pixel size");
         fFilter b(1, host());
-        EXPECT_EQ(b.sld[0]->minimum(), -100);
-        EXPECT_EQ(b.sld[0]->maximum(), 250);
+        EXPECT_EQ(range(b.sld[0]), (std::array{-100, 250, 0}));
         EXPECT_EQ(b.lblValue[0]->text(), "0");
     }
     {
@@ -216,12 +217,8 @@ TEST_F(FilterDialogTest, ThumbnailRunsOnTheResizedSourceInsideTheScaledSelection
     ASSERT_EQ(d.sourceThumb().width(), 160);
     ASSERT_EQ(d.sourceThumb().height(), 11);
     for (int x : {0, 1, 79, 80, 159})
-        for (int y : {0, 5, 10}) {
-            const uint8_t* p = d.sourceThumb().pixel(x, y);
-            EXPECT_EQ(p[0], 10);
-            EXPECT_EQ(p[1], 20 * y);
-            EXPECT_EQ(p[2], 100);
-        }
+        for (int y : {0, 5, 10})
+            EXPECT_EQ(test::bgr(d.sourceThumb(), x, y), (std::array{10, 20 * y, 100}));
     EXPECT_EQ(d.thumbnailRegion().bounds(), (Rect{0, 0, 80, 11}));
     EXPECT_EQ(d.thumbnailRuns(), 1);
 
@@ -230,12 +227,9 @@ TEST_F(FilterDialogTest, ThumbnailRunsOnTheResizedSourceInsideTheScaledSelection
     EXPECT_EQ(d.thumbnailRuns(), 2);
     EXPECT_EQ(d.fullRuns(), 0);
     const Bits& r = d.resultThumb();
-    EXPECT_EQ(r.pixel(0, 0)[0], 40);
-    EXPECT_EQ(r.pixel(0, 0)[1], 30);
-    EXPECT_EQ(r.pixel(0, 0)[2], 130);
+    EXPECT_EQ(test::bgr(r, 0, 0), (std::array{40, 30, 130}));
     EXPECT_EQ(r.pixel(79, 10)[1], 230);
-    EXPECT_EQ(r.pixel(80, 10)[1], 200);
-    EXPECT_EQ(r.pixel(80, 10)[0], 10);
+    EXPECT_EQ(test::bgr(r, 80, 10), (std::array{10, 200, 100}));
     EXPECT_EQ(r.pixel(159, 3)[2], 100);
     // The result record holds the same pixels behind its header, top-down with the band.
     EXPECT_EQ(d.resultRecord().header.biWidth, 164);
@@ -255,11 +249,8 @@ TEST_F(FilterDialogTest, BanksThumbnailReadsTheFrame) {
     d.chkInvt[1]->setChecked(true);
     const Bits& r = d.resultThumb();
     for (int x : {0, 80, 159})
-        for (int y : {0, 4, 10}) {
-            EXPECT_EQ(r.pixel(x, y)[2], 10);
-            EXPECT_EQ(r.pixel(x, y)[1], 255 - 20 * y);
-            EXPECT_EQ(r.pixel(x, y)[0], 10);
-        }
+        for (int y : {0, 4, 10})
+            EXPECT_EQ(test::bgr(r, x, y), (std::array{10, 255 - 20 * y, 10}));
     // Killing blue wins.
     d.chkKill[2]->setChecked(true);
     EXPECT_EQ(d.resultThumb().pixel(7, 7)[0], 0);
@@ -410,10 +401,8 @@ TEST_F(FilterDialogTest, PickerSetsTheCentreAndColourZero) {
     EXPECT_EQ(d.values().colours[0], 0x0A6464);
     // The cross, 5 pixels each way, in the marker colour; it blinks to black.
     QImage shown = d.picSource->rendered();
-    EXPECT_EQ(shown.pixel(30, 5), qRgb(255, 255, 255));
-    EXPECT_EQ(shown.pixel(35, 5), qRgb(255, 255, 255));
-    EXPECT_EQ(shown.pixel(25, 5), qRgb(255, 255, 255));
-    EXPECT_EQ(shown.pixel(30, 0), qRgb(255, 255, 255));
+    for (QPoint p : {QPoint(30, 5), QPoint(35, 5), QPoint(25, 5), QPoint(30, 0)})
+        EXPECT_EQ(shown.pixel(p), qRgb(255, 255, 255)) << p.x() << ", " << p.y();
     EXPECT_EQ(shown.pixel(36, 5), qRgb(100, 100, 10));
     EXPECT_EQ(shown.pixel(31, 4), qRgb(100, 80, 10));
     d.SelectTick();
@@ -524,12 +513,11 @@ TEST_F(FilterDialogTest, EveryDialogWordOpensTheDialogWithItsNumber) {
         EXPECT_EQ(main_->LastRoute(), "FilterDialog") << word;
     }
     // The titles of a few of them.
-    main_->MenuExec("HAFTONE");
-    EXPECT_EQ(title, "Halftone");
-    main_->MenuExec("ADDGRID");
-    EXPECT_EQ(title, "Grid");
-    main_->MenuExec("CUSTOMCURTAIN");
-    EXPECT_EQ(title, "Behind Curtain");
+    for (auto [word, caption] : {std::pair{"HAFTONE", "Halftone"}, {"ADDGRID", "Grid"},
+                                 {"CUSTOMCURTAIN", "Behind Curtain"}}) {
+        main_->MenuExec(word);
+        EXPECT_EQ(title, caption);
+    }
     // TALCOMPOWDER does nothing.
     opened = -1;
     DocumentChanged = false;

@@ -8,6 +8,7 @@
 #include "app_test_util.h"
 #include "document/dialogs.h"
 #include "document/fimage.h"
+#include "picture_files.h"
 #include "pixel/pixel_test_util.h"
 
 #include <QCheckBox>
@@ -19,6 +20,8 @@
 #include <QScrollBar>
 #include <QTemporaryDir>
 #include <QTest>
+
+#include <array>
 
 using namespace ostrivex;
 using ostrivex::test::makeBits;
@@ -108,7 +111,6 @@ class UserFilterTest : public ostrivex::testing::FreshHome {
 TEST_F(UserFilterTest, PresetsFillTheGridWeightAndBiases) {
     fUserFilter d(home());
     EXPECT_EQ(d.windowTitle(), "User Defined Filters");
-    EXPECT_STREQ(fUserFilter::kUndoCaption, "User's Filter");
     // The first opening: the kernel that changes nothing.
     EXPECT_EQ(gridTexts(d), grid({{12, 1}}));
     EXPECT_EQ(d.txtWeight->text(), "1");
@@ -120,15 +122,8 @@ TEST_F(UserFilterTest, PresetsFillTheGridWeightAndBiases) {
 
     // "Sharpen" (preset 4, list entry 5): the 3 x 3 kernel in the centre cells.
     d.cbBased->setCurrentIndex(5);
-    EXPECT_EQ(gridTexts(d), grid({{6, -1},
-                                  {7, -1},
-                                  {8, -1},
-                                  {11, -1},
-                                  {12, 15},
-                                  {13, -1},
-                                  {16, -1},
-                                  {17, -1},
-                                  {18, -1}}));
+    EXPECT_EQ(gridTexts(d), grid({{6, -1}, {7, -1}, {8, -1}, {11, -1}, {12, 15}, {13, -1},
+                                  {16, -1}, {17, -1}, {18, -1}}));
     EXPECT_EQ(d.txtWeight->text(), "7");
     for (int c = 0; c < 3; ++c)
         EXPECT_EQ(d.txtAdd[c]->text(), "0");
@@ -206,18 +201,13 @@ TEST_F(UserFilterTest, TheGridMakesA3x3OrA5x5Kernel) {
     FilterMask r;
     ASSERT_TRUE(d.BuildRecord(r));
     EXPECT_EQ(r.Mask, MaskArray({{1, 0, -4}, {0, 2, 0}, {0, 0, 3}}));
-    EXPECT_EQ(r.Div, -3);
-    EXPECT_EQ(r.BiasR, 1);
-    EXPECT_EQ(r.BiasG, 2);
-    EXPECT_EQ(r.BiasB, 3);
+    EXPECT_EQ((std::array{r.Div, r.BiasR, r.BiasG, r.BiasB}), (std::array{-3, 1, 2, 3}));
 
     // One cell of the outer ring, on any of its four sides, makes all 25 the kernel.
     setGrid(d, grid({{6, 1}, {12, 2}, {4, 5}}));
     ASSERT_TRUE(d.BuildRecord(r));
-    EXPECT_EQ(
-        r.Mask,
-        MaskArray(
-            {{0, 0, 0, 0, 5}, {0, 1, 0, 0, 0}, {0, 0, 2, 0, 0}, {0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}}));
+    EXPECT_EQ(r.Mask, MaskArray({{0, 0, 0, 0, 5}, {0, 1, 0, 0, 0}, {0, 0, 2, 0, 0},
+                                 {0, 0, 0, 0, 0}, {0, 0, 0, 0, 0}}));
     for (int cell : {2, 10, 14, 22}) {
         setGrid(d, grid({{cell, 7}}));
         ASSERT_TRUE(d.BuildRecord(r));
@@ -243,11 +233,8 @@ TEST_F(UserFilterTest, TheGridMakesA3x3OrA5x5Kernel) {
     d.txtAdd[1]->setText("-");
     EXPECT_FALSE(d.BuildRecord(r));
     EXPECT_EQ(r, before);
-    EXPECT_EQ(messages, QStringList({"Invalid/blank mask. Verify coeficients.",
-                                     "Every field must hold a whole number.",
-                                     "Every field must hold a whole number.",
-                                     "Every field must hold a whole number.",
-                                     "Every field must hold a whole number."}));
+    EXPECT_EQ(messages, QStringList{"Invalid/blank mask. Verify coeficients."} +
+                            QStringList(4, "Every field must hold a whole number."));
     EXPECT_EQ(titles.first(), "User Defined Filters");
 }
 
@@ -297,8 +284,9 @@ TEST_F(UserFilterTest, FilesSaveAndLoadThroughTheButtons) {
     fUserFilter d(folder);
 
     // A 3 x 3 kernel: rows 1 2 3 / 4 5 6 / 7 8 -1 in the centre cells.
-    setGrid(d,
-            grid({{6, 1}, {7, 2}, {8, 3}, {11, 4}, {12, 5}, {13, 6}, {16, 7}, {17, 8}, {18, -1}}));
+    const QStringList small =
+        grid({{6, 1}, {7, 2}, {8, 3}, {11, 4}, {12, 5}, {13, 6}, {16, 7}, {17, 8}, {18, -1}});
+    setGrid(d, small);
     d.txtWeight->setText("300");
     d.txtAdd[0]->setText("255");
     d.txtAdd[1]->setText("0");
@@ -359,9 +347,7 @@ TEST_F(UserFilterTest, FilesSaveAndLoadThroughTheButtons) {
     EXPECT_EQ(e.cbBased->currentIndex(), 0);
     answer = folder + "/small.oif";
     e.cmdLoad->click();
-    EXPECT_EQ(
-        gridTexts(e),
-        grid({{6, 1}, {7, 2}, {8, 3}, {11, 4}, {12, 5}, {13, 6}, {16, 7}, {17, 8}, {18, -1}}));
+    EXPECT_EQ(gridTexts(e), small);
     EXPECT_EQ(e.txtWeight->text(), "300");
     EXPECT_EQ(e.txtAdd[0]->text(), "255");
     EXPECT_TRUE(messages.isEmpty());
@@ -389,17 +375,9 @@ TEST_F(UserFilterTest, ADamagedFileChangesNothing) {
         put32(four, v);
     for (int i = 0; i < 16 + 4; ++i)
         put32(four, 1);
-    const QByteArray damaged[] = {good.left(69), four};
-    int k = 0;
-    QStringList paths;
-    for (const QByteArray& bytes : damaged) {
-        const QString path = folder + QString("/bad%1.oif").arg(k++);
-        QFile f(path);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(bytes);
-        paths << path;
-    }
-    paths << folder + "/none.oif";
+    const QStringList paths{folder + "/short.oif", folder + "/four.oif", folder + "/none.oif"};
+    ASSERT_TRUE(ostrivex::testing::writeText(paths[0], good.left(69)));
+    ASSERT_TRUE(ostrivex::testing::writeText(paths[1], four));
 
     fUserFilter d(folder);
     d.cbBased->setCurrentIndex(11); // "Contour [soft]"
@@ -414,11 +392,8 @@ TEST_F(UserFilterTest, ADamagedFileChangesNothing) {
     EXPECT_EQ(d.txtAdd[1]->text(), "255");
     EXPECT_EQ(d.cbBased->currentIndex(), 11);
     // The good file itself loads.
-    QFile f(folder + "/good.oif");
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write(good);
-    f.close();
-    EXPECT_TRUE(d.LoadFilterFrom(f.fileName()));
+    ASSERT_TRUE(ostrivex::testing::writeText(folder + "/good.oif", good));
+    EXPECT_TRUE(d.LoadFilterFrom(folder + "/good.oif"));
     EXPECT_EQ(d.txtWeight->text(), "9");
 }
 

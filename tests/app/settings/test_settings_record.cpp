@@ -15,6 +15,13 @@ struct Image {
         b[at] = std::uint8_t(v & 0xFF);
         b[at + 1] = std::uint8_t((v >> 8) & 0xFF);
     }
+    // Consecutive i16 fields from `at` on.
+    void i16s(std::size_t at, std::initializer_list<int> vs) {
+        for (int v : vs) {
+            i16(at, v);
+            at += 2;
+        }
+    }
     void i32(std::size_t at, long v) {
         for (int i = 0; i < 4; ++i)
             b[at + i] = std::uint8_t((v >> (8 * i)) & 0xFF);
@@ -66,13 +73,9 @@ TEST(SettingsRecordLayout, SizeAndFieldOffsets) {
         {[](SettingsRecord& s) { s.LayerBoxVisible = 1; }, 2588, {1, 0}, "LayerBoxVisible"},
         {[](SettingsRecord& s) { s.ResetPending = 1; }, 2592, {1, 0}, "ResetPending"},
         {[](SettingsRecord& s) { s.ColorReserved = 0x01020304; },
-         2594,
-         {4, 3, 2, 1},
-         "ColorReserved"},
+         2594, {4, 3, 2, 1}, "ColorReserved"},
         {[](SettingsRecord& s) { s.ColorPrimary = 0x00AABBCC; },
-         2598,
-         {0xCC, 0xBB, 0xAA, 0},
-         "ColorPrimary"},
+         2598, {0xCC, 0xBB, 0xAA, 0}, "ColorPrimary"},
         {[](SettingsRecord& s) { s.CustomColors[15] = 9; }, 2666, {9, 0, 0, 0}, "CustomColors(15)"},
         {[](SettingsRecord& s) { s.ColorFlag = 3; }, 2670, {3, 0}, "ColorFlag"},
         {[](SettingsRecord& s) { s.ActiveTool[0] = 'k'; }, 2674, {'k'}, "ActiveTool"},
@@ -80,9 +83,7 @@ TEST(SettingsRecordLayout, SizeAndFieldOffsets) {
         {[](SettingsRecord& s) { s.SelectMode = 5; }, 2699, {5, 0}, "SelectMode"},
         {[](SettingsRecord& s) { s.ShapeSides = 6; }, 2733, {6, 0}, "ShapeSides"},
         {[](SettingsRecord& s) { s.StampMaskColor = 0x0A0B0C0D; },
-         2735,
-         {0x0D, 0x0C, 0x0B, 0x0A},
-         "StampMaskColor"},
+         2735, {0x0D, 0x0C, 0x0B, 0x0A}, "StampMaskColor"},
         {[](SettingsRecord& s) { s.StampPressure = 8; }, 2745, {8, 0}, "StampPressure"},
         {[](SettingsRecord& s) { s.TextVersion[0] = '1'; }, 2747, {'1'}, "TextVersion"},
         {[](SettingsRecord& s) { s.TextFont[0] = 'F'; }, 3003, {'F'}, "TextFont"},
@@ -90,9 +91,7 @@ TEST(SettingsRecordLayout, SizeAndFieldOffsets) {
         {[](SettingsRecord& s) { s.TextReserved4 = 4; }, 3277, {4, 0}, "TextReserved4"},
         {[](SettingsRecord& s) { s.GradientMode = 2; }, 3279, {2, 0, 0, 0}, "GradientMode"},
         {[](SettingsRecord& s) { s.GradientTransparent = -1; },
-         3291,
-         {0xFF, 0xFF},
-         "GradientTransparent"},
+         3291, {0xFF, 0xFF}, "GradientTransparent"},
         {[](SettingsRecord& s) { s.GradientPressure = 50; }, 3295, {50, 0}, "GradientPressure"},
         {[](SettingsRecord& s) { s.GradientFrequency = 1; }, 3297, {1, 0}, "GradientFrequency"},
         {[](SettingsRecord& s) { s.HistoryFlags[0] = 1; }, 3299, {1, 0}, "HistoryFlags(0)"},
@@ -113,9 +112,7 @@ TEST(SettingsRecordLayout, SizeAndFieldOffsets) {
         {[](SettingsRecord& s) { s.ThumbShowResolution = 1; }, 3413, {1}, "ThumbShowResolution"},
         {[](SettingsRecord& s) { s.ThumbShowFilename = 1; }, 3414, {1}, "ThumbShowFilename"},
         {[](SettingsRecord& s) { s.ThumbWorkspaceColor = 0x123456; },
-         3415,
-         {0x56, 0x34, 0x12, 0},
-         "ThumbWorkspaceColor"},
+         3415, {0x56, 0x34, 0x12, 0}, "ThumbWorkspaceColor"},
         {[](SettingsRecord& s) { s.BrowserFolder[0] = '/'; }, 3419, {'/'}, "BrowserFolder"},
         {[](SettingsRecord& s) { s.OptimizeBoxLeft = 1; }, 3675, {1, 0}, "OptimizeBoxLeft"},
         {[](SettingsRecord& s) { s.LayerBoxLeft = 1; }, 3681, {1, 0}, "LayerBoxLeft"},
@@ -143,20 +140,15 @@ TEST(SettingsRecordLayout, DefaultBytes) {
     const std::string images = "/opt/ox/Images/";
     w.i16(0, 9600); // 640 pixels at 15 twips
     w.i16(2, 7200); // 480 pixels
-    w.i16(4, -1);
-    w.i16(6, 0);
+    w.i16s(4, {-1, 0});
     w.text(8, 256, images);
     w.text(264, 256, images);
-    w.i16(520, -1);
-    w.i16(522, -1);
-    w.i16(524, -1);
-    w.i16(526, 1);
+    w.i16s(520, {-1, -1, -1, 1});
     // Recent files and the active tool are not defaulted: what was there stays.
     w.text(528 + 2 * 256, 256, "/keep/me.png");
     for (int i = 0; i < 7; ++i)
         w.i16(2576 + 2 * i, -1); // seven boxes visible
-    w.i16(2590, 0);
-    w.i16(2592, 0);
+    w.i16s(2590, {0, 0});
     w.i32(2594, 0);
     w.i32(2598, 0xFFFFFF);
     w.i32(2602, 0);
@@ -164,69 +156,40 @@ TEST(SettingsRecordLayout, DefaultBytes) {
         w.i32(2606 + 4 * i, 17 * i * 0x010101L);
     w.i16(2670, -1);
     w.text(2674, 25, "Brush");
-    const int tools[] = {2, 0, 50, -1, 0, 25, 25, -1, 75, 25, 100, 1, 0, 25, 100, 0, 100, 3};
-    for (int i = 0; i < 18; ++i)
-        w.i16(2699 + 2 * i, tools[i]);
+    w.i16s(2699, {2, 0, 50, -1, 0, 25, 25, -1, 75, 25, 100, 1, 0, 25, 100, 0, 100, 3});
     w.i32(2735, 0);
-    w.i16(2739, 0);
-    w.i16(2741, -1);
-    w.i16(2743, 0);
-    w.i16(2745, 50);
+    w.i16s(2739, {0, -1, 0, 50});
     w.text(2747, 256, "1.0");
     w.text(3003, 256, "Arial");
-    const int text[] = {20, -1, -1, 0, 2, 100, 0, 0, 0, 0};
-    for (int i = 0; i < 10; ++i)
-        w.i16(3259 + 2 * i, text[i]);
+    w.i16s(3259, {20, -1, -1, 0, 2, 100, 0, 0, 0, 0});
     w.i32(3279, 0);
     w.i32(3283, 0xFFFFFF);
     w.i32(3287, 0);
     w.i16(3291, 0);
-    w.i16(3295, 50);
-    w.i16(3297, 1);
+    w.i16s(3295, {50, 1});
     for (int i = 0; i < 8; ++i)
         w.i16(3299 + 2 * i, -1);
-    w.i16(3323, 10);
-    w.i16(3325, 80);
-    w.i16(3327, 0);
-    w.i16(3329, 0);
-    w.i16(3331, 15);
+    w.i16s(3323, {10, 80, 0, 0, 15});
     w.i32(3333, 0);
     w.i16(3337, 100);
-    w.i16(3341, 90);
-    w.i16(3343, 65);
+    w.i16s(3341, {90, 65});
     w.text(3345, 9, "255255255");
     w.text(3354, 9, "255255255");
-    const int history[] = {3600, 4650, 3950, 3180, 0};
-    for (int i = 0; i < 5; ++i)
-        w.i16(3363 + 2 * i, history[i]);
-    w.i16(3373, 420);
-    w.i16(3375, 8640);
-    w.i16(3377, 0);
-    w.i16(3379, 420);
-    w.i16(3381, 1110);
-    w.i16(3383, 0);
-    const int pan[] = {420, 6045, 2600, 3180, 0};
-    for (int i = 0; i < 5; ++i)
-        w.i16(3385 + 2 * i, pan[i]);
-    const int browser[] = {6780, 1100, 4800, 7000, 0, 70, 60, 0, 4};
-    for (int i = 0; i < 9; ++i)
-        w.i16(3395 + 2 * i, browser[i]);
+    w.i16s(3363, {3600, 4650, 3950, 3180, 0});                 // history box
+    w.i16s(3373, {420, 8640, 0});                              // textures box
+    w.i16s(3379, {420, 1110, 0});                              // colour box
+    w.i16s(3385, {420, 6045, 2600, 3180, 0});                  // panoramic box
+    w.i16s(3395, {6780, 1100, 4800, 7000, 0, 70, 60, 0, 4});   // browser box
     w.b[3413] = 1;
     w.b[3414] = 1;
     w.i32(3415, 0xFFFFFF);
     w.text(3419, 256, images);
-    w.i16(3675, 420);
-    w.i16(3677, 3615);
-    w.i16(3679, 0);
-    const int layer[] = {3600, 1110, 3540, 3180, 0, 3600, 8610, 0};
-    for (int i = 0; i < 8; ++i)
-        w.i16(3681 + 2 * i, layer[i]);
+    w.i16s(3675, {420, 3615, 0});                            // optimize box
+    w.i16s(3681, {3600, 1110, 3540, 3180, 0, 3600, 8610, 0}); // layer box
     w.i32(3697, 600);
     w.i32(3701, 450);
     w.text(3705, 256, images);
-    w.i16(3961, 3);
-    w.i16(3963, 5);
-    w.i16(3965, 80);
+    w.i16s(3961, {3, 5, 80});
 
     const std::vector<std::uint8_t> got = SettingsBytes(s);
     const std::size_t at = firstDifference(got, w.b);

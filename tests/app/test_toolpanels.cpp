@@ -132,7 +132,8 @@ TEST_F(ToolPanelsTest, SliderGroupsHaveTheirNamesCaptionsRangesAndDefaults) {
         EXPECT_EQ((std::array{slider->minimum(), slider->maximum(), ud->minimum(), ud->maximum(),
                               ud->singleStep(), ud->pageStep()}),
                   (std::array{1, 100, 1, 100, 1, 10}));
-        EXPECT_EQ((std::array{slider->value(), ud->value()}), (std::array{r.byDefault, r.byDefault}));
+        EXPECT_EQ((std::array{slider->value(), ud->value()}),
+                  (std::array{r.byDefault, r.byDefault}));
         EXPECT_EQ(text->text(), QString::number(r.byDefault));
     }
 }

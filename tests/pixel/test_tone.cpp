@@ -236,22 +236,6 @@ TEST(Tone, ContrastEqualsThePlainSpillLoopOnRandomImages) {
 }
 
 namespace {
-// Every colour once: 4096 x 4096 pixels, blue from the low bits of the pixel number.
-const Bits& everyColour() {
-    static const Bits all = [] {
-        Bits src(4096, 4096);
-        for (int y = 0; y < 4096; ++y)
-            for (int x = 0; x < 4096; ++x) {
-                const uint32_t c = uint32_t(y) * 4096u + uint32_t(x);
-                src(0, x, y) = uint8_t(c & 255u);
-                src(1, x, y) = uint8_t((c >> 8) & 255u);
-                src(2, x, y) = uint8_t(c >> 16);
-                src(3, x, y) = uint8_t(x * 7 + y);
-            }
-        return src;
-    }();
-    return all;
-}
 // The pixels of the region taken from changed, the rest from src.
 Bits insideFrom(const Bits& src, const Bits& changed, const Region& region) {
     Bits out = src;

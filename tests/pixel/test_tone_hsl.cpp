@@ -114,19 +114,6 @@ Bits referenceRotateL(const Bits& src, int32_t offset, int32_t steps) {
     return out;
 }
 
-// Every colour once: 4096 x 4096, blue and green from x, red from y.
-Bits allColours() {
-    Bits out(4096, 4096);
-    for (int y = 0; y < 4096; ++y)
-        for (int x = 0; x < 4096; ++x) {
-            const uint32_t c = uint32_t(y) * 4096u + uint32_t(x);
-            out(0, x, y) = uint8_t(c & 255u);
-            out(1, x, y) = uint8_t((c >> 8) & 255u);
-            out(2, x, y) = uint8_t(c >> 16);
-            out(3, x, y) = uint8_t(x ^ y);
-        }
-    return out;
-}
 } // namespace
 
 TEST(ToneHsl, ColorizeFromTheMeanLuminosity) {
@@ -242,7 +229,7 @@ TEST(ToneHsl, FastPathsEqualThePlainFormulasOnRandomImages) {
 }
 
 TEST(ToneHsl, FastPathsEqualThePlainFormulasOnEveryColour) {
-    const Bits src = allColours();
+    const Bits& src = everyColour();
     EXPECT_TRUE(sameBits(referenceRotateH(src, 40, 80),
                          run(src, [](cBitFilter& f) { return f.RotateH(40, 80); })));
     EXPECT_TRUE(sameBits(

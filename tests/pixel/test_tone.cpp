@@ -347,15 +347,8 @@ TEST(Tone, EqualizeMovesTheMedianTo128) {
         run(src, [](cBitFilter& f) { return f.Equalize(); })));
     // 10, four times 100, three times 200: half = 4, the sum reaches 5 at 100, and
     // 4 \ 2 = 2 > 5 - 4, so m = 100: low = 127 / 99, high = 127 / 155.
-    const Bits second = makeBits(4, 2,
-                                 {{10, 10, 10, 0},
-                                  {100, 100, 100, 0},
-                                  {100, 100, 100, 0},
-                                  {100, 100, 100, 0},
-                                  {100, 100, 100, 0},
-                                  {200, 200, 200, 0},
-                                  {200, 200, 200, 0},
-                                  {200, 200, 200, 0}});
+    const Px g10{10, 10, 10}, g100{100, 100, 100}, g200{200, 200, 200};
+    const Bits second = makeBits(4, 2, {g10, g100, g100, g100, g100, g200, g200, g200});
     const Bits eq = run(second, [](cBitFilter& f) { return f.Equalize(); });
     EXPECT_EQ(eq(0, 0, 0), 13);  // 12.83
     EXPECT_EQ(eq(1, 1, 0), 128); // the median itself

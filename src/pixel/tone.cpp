@@ -8,6 +8,7 @@
 // conversion in a filter that skips failures leaves the table entry equal to its index,
 // which keeps the source byte.
 #include "pixel/bitfilter.h"
+#include "pixel/contrast_spill.h"
 #include "pixel/tone_kernels.h"
 #include "pixel/tone_wide.h"
 #include "pixel/vbmath.h"
@@ -129,18 +130,6 @@ void weightedRound(const uint8_t* s, int32_t n, uint32_t* out) {
     }
 }
 
-// One round of Contrast's spill: the overflow of each channel in turn is spread half and
-// half over the other two. A pixel already inside 0..255 comes out unchanged, so a round
-// may be applied to every pixel of a group until all of them are inside; written without
-// branches, a group runs as vector code.
-inline int32_t spillOf(int32_t c) {
-    const int32_t under = c / 2, over = (c - 255) / 2;
-    return c < 0 ? under : (c > 255 ? over : 0);
-}
-inline int32_t limitByte(int32_t c) {
-    const int32_t lo = c < 0 ? 0 : c;
-    return lo > 255 ? 255 : lo;
-}
 // One round over a group of pixels (plain selects, so that it runs as vector code).
 template <int32_t N>
 inline __attribute__((always_inline)) void
@@ -156,20 +145,7 @@ spillRounds(int32_t* __restrict bs, int32_t* __restrict gs, int32_t* __restrict 
         b = high ? 255 : b;
         g = high ? 255 : g;
         r = high ? 255 : r;
-        // Blue spills into green and red, then green into blue and red, then red into
-        // green and blue, each with the values as they stand by then.
-        const int32_t sb = spillOf(b);
-        g += sb;
-        r += sb;
-        b = limitByte(b);
-        const int32_t sg = spillOf(g);
-        b += sg;
-        r += sg;
-        g = limitByte(g);
-        const int32_t sr = spillOf(r);
-        g += sr;
-        b += sr;
-        r = limitByte(r);
+        contrast::spillChannels(b, g, r);
         bs[i] = b;
         gs[i] = g;
         rs[i] = r;

@@ -3,6 +3,7 @@
 // after the processor has been asked.
 #include "pixel/tone_wide.h"
 
+#include "pixel/contrast_spill.h"
 #include "pixel/pixelword.h"
 #include "pixel/vbmath.h"
 
@@ -126,31 +127,13 @@ OSTRIVEX_AVX2 inline __m256i pack8(__m256i v, __m256i b, __m256i g, __m256i r) {
         _mm256_or_si256(_mm256_slli_epi32(g, 8), _mm256_slli_epi32(r, 16)));
 }
 
-inline int32_t spillOf(int32_t c) {
-    return c < 0 ? c / 2 : (c > 255 ? (c - 255) / 2 : 0);
-}
-inline int32_t limitByte(int32_t c) {
-    return c < 0 ? 0 : (c > 255 ? 255 : c);
-}
-
 // The spill loop of one pixel, for the tail of a run.
 uint32_t contrastPixel(uint32_t v, const int32_t* m) {
     int32_t b = m[v & 255u], g = m[(v >> 8) & 255u], r = m[(v >> 16) & 255u];
     while (uint32_t(b | g | r) > 255u) {
         if (b <= 0 && g <= 0 && r <= 0) b = g = r = 0;
         if (b >= 255 && g >= 255 && r >= 255) b = g = r = 255;
-        const int32_t sb = spillOf(b);
-        g += sb;
-        r += sb;
-        b = limitByte(b);
-        const int32_t sg = spillOf(g);
-        b += sg;
-        r += sg;
-        g = limitByte(g);
-        const int32_t sr = spillOf(r);
-        g += sr;
-        b += sr;
-        r = limitByte(r);
+        contrast::spillChannels(b, g, r);
     }
     return (v & kMarker) | uint32_t(b) | uint32_t(g) << 8 | uint32_t(r) << 16;
 }

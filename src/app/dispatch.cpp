@@ -9,7 +9,6 @@
 
 #include "app/globals.h"
 #include "app/filters/ffilter.h"
-#include "app/colour/pickcolour.h"
 #include "app/filters/fhistogram.h"
 #include "app/filters/filter_table.h"
 #include "app/filters/fpaletteapply.h"
@@ -140,9 +139,6 @@ void fMain::MenuStatic(const QString& word) {
     // Commands that need no document.
     if (word == "NEW") {
         route("fNew");
-        fNew::ChooseColour = [](QWidget* parent, int32_t& colour) {
-            return PickColour(parent, colour);
-        };
         fNew dialog(this);
         if (dialog.exec() == QDialog::Accepted) {
             const NewImageRequest r = dialog.request();

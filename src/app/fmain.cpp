@@ -1,6 +1,7 @@
 #include "app/fmain.h"
 
 #include "app/colour/ftoolcolor.h"
+#include "app/colour/pickcolour.h"
 #include "app/globals.h"
 #include "app/panels/toolicons.h"
 #include "app/settings/settings.h"
@@ -11,6 +12,7 @@
 #include "document/fileops.h"
 #include "document/fimage.h"
 #include "document/fpaste.h"
+#include "imagefile/fNew.h"
 #include "pixel/random.h"
 
 #include <QAction>
@@ -136,6 +138,9 @@ fMain::fMain(QWidget* parent) : QMainWindow(parent) {
     cbZoom_->setCurrentIndex(0);
     Randomize(static_cast<uint32_t>(QDateTime::currentMSecsSinceEpoch()));
     DocumentCounter = 0;
+    // The new-image dialog lives below the application; its colour well opens the
+    // program's own chooser.
+    fNew::ChooseColour = [](QWidget* parent, int32_t& colour) { return PickColour(parent, colour); };
 }
 
 fMain::~fMain() {

@@ -1,5 +1,6 @@
-// Contrast's spill, shared by the plain and the wide kernels: the overflow of each channel
-// in turn is spread half and half over the other two, so that the hue is held.
+// Contrast's spill of the plain kernel: the overflow of each channel in turn is spread half
+// and half over the other two, so that the hue is held. (The wide kernel, tone_wide.cpp,
+// has the same round on sixteen 16-bit lanes.)
 #pragma once
 
 #include <cstdint>

@@ -3,7 +3,6 @@
 // after the processor has been asked.
 #include "pixel/tone_wide.h"
 
-#include "pixel/contrast_spill.h"
 #include "pixel/pixelword.h"
 #include "pixel/vbmath.h"
 
@@ -72,52 +71,68 @@ OSTRIVEX_AVX2 inline __m256i limit8(__m256i c) {
     return _mm256_min_epi32(_mm256_max_epi32(c, _mm256_setzero_si256()), _mm256_set1_epi32(255));
 }
 
-// Contrast's spill of one channel limited to lim: the excess e = c - lim is c below 0 and
-// c - 255 above 255, and the spill is e \ 2 (truncating: the sign bit is added first).
-OSTRIVEX_AVX2 inline __m256i spill8(__m256i c, __m256i lim) {
-    const __m256i e = _mm256_sub_epi32(c, lim);
-    return _mm256_srai_epi32(_mm256_add_epi32(e, _mm256_srli_epi32(e, 31)), 1);
+// Contrast's spill works on sixteen pixels at a time, each channel a 16-bit lane: the
+// table's values lie within -637..892 and a round moves them by at most a few hundred.
+OSTRIVEX_AVX2 inline __m256i limit16(__m256i c) {
+    return _mm256_min_epi16(_mm256_max_epi16(c, _mm256_setzero_si256()), _mm256_set1_epi16(255));
 }
 
-// One spill round on eight pixels; a pixel already inside 0..255 comes out unchanged.
-OSTRIVEX_AVX2 inline void spillRound8(__m256i& b, __m256i& g, __m256i& r) {
+// The spill of one channel limited to lim: the excess e = c - lim is c below 0 and c - 255
+// above 255, and the spill is e \ 2 (truncating: the sign bit is added first).
+OSTRIVEX_AVX2 inline __m256i spill16(__m256i c, __m256i lim) {
+    const __m256i e = _mm256_sub_epi16(c, lim);
+    return _mm256_srai_epi16(_mm256_add_epi16(e, _mm256_srli_epi16(e, 15)), 1);
+}
+
+// One spill round on sixteen pixels; a pixel already inside 0..255 comes out unchanged.
+OSTRIVEX_AVX2 inline void spillRound16(__m256i& b, __m256i& g, __m256i& r) {
     // None above 0 (the largest at most 0): all turn 0.
-    const __m256i low = _mm256_cmpgt_epi32(
-        _mm256_set1_epi32(1), _mm256_max_epi32(_mm256_max_epi32(b, g), r));
+    const __m256i low = _mm256_cmpgt_epi16(
+        _mm256_set1_epi16(1), _mm256_max_epi16(_mm256_max_epi16(b, g), r));
     b = _mm256_andnot_si256(low, b);
     g = _mm256_andnot_si256(low, g);
     r = _mm256_andnot_si256(low, r);
     // None below 255 (the smallest at least 255): all turn 255.
-    const __m256i white = _mm256_set1_epi32(255);
-    const __m256i high = _mm256_cmpgt_epi32(
-        _mm256_min_epi32(_mm256_min_epi32(b, g), r), _mm256_set1_epi32(254));
+    const __m256i white = _mm256_set1_epi16(255);
+    const __m256i high = _mm256_cmpgt_epi16(
+        _mm256_min_epi16(_mm256_min_epi16(b, g), r), _mm256_set1_epi16(254));
     b = _mm256_blendv_epi8(b, white, high);
     g = _mm256_blendv_epi8(g, white, high);
     r = _mm256_blendv_epi8(r, white, high);
     // Blue, then green, then red spill into the other two.
-    __m256i lim = limit8(b);
-    __m256i s = spill8(b, lim);
+    __m256i lim = limit16(b);
+    __m256i s = spill16(b, lim);
     b = lim;
-    g = _mm256_add_epi32(g, s);
-    r = _mm256_add_epi32(r, s);
-    lim = limit8(g);
-    s = spill8(g, lim);
+    g = _mm256_add_epi16(g, s);
+    r = _mm256_add_epi16(r, s);
+    lim = limit16(g);
+    s = spill16(g, lim);
     g = lim;
-    b = _mm256_add_epi32(b, s);
-    r = _mm256_add_epi32(r, s);
-    lim = limit8(r);
-    s = spill8(r, lim);
+    b = _mm256_add_epi16(b, s);
+    r = _mm256_add_epi16(r, s);
+    lim = limit16(r);
+    s = spill16(r, lim);
     r = lim;
-    g = _mm256_add_epi32(g, s);
-    b = _mm256_add_epi32(b, s);
+    g = _mm256_add_epi16(g, s);
+    b = _mm256_add_epi16(b, s);
 }
 
-// Lanes with a channel outside 0..255 (such a value has a bit above the low byte).
-OSTRIVEX_AVX2 inline int outside8(__m256i b, __m256i g, __m256i r) {
-    const __m256i any = _mm256_or_si256(_mm256_or_si256(b, g), r);
-    const __m256i fine =
-        _mm256_cmpeq_epi32(_mm256_and_si256(any, _mm256_set1_epi32(~255)), _mm256_setzero_si256());
-    return ~_mm256_movemask_ps(_mm256_castsi256_ps(fine)) & 0xFF;
+// The lanes with a channel outside 0..255 (such a value has a bit above the low byte) are
+// the nonzero lanes of the result.
+OSTRIVEX_AVX2 inline __m256i outside16(__m256i b, __m256i g, __m256i r) {
+    return _mm256_and_si256(_mm256_or_si256(_mm256_or_si256(b, g), r),
+                            _mm256_set1_epi16(int16_t(0xFF00)));
+}
+
+// Sixteen pixels of inside channels as the pixel words of two eight-pixel vectors, the
+// lanes in the order _mm256_packs_epi32 gave them (see contrastRun), channel 3 from v0
+// and v1.
+OSTRIVEX_AVX2 inline void unpack16(__m256i b, __m256i g, __m256i r, __m256i v0, __m256i v1,
+                                   __m256i& p0, __m256i& p1) {
+    const __m256i bg = _mm256_or_si256(b, _mm256_slli_epi16(g, 8));
+    const __m256i marker = _mm256_set1_epi32(int(kMarker));
+    p0 = _mm256_or_si256(_mm256_unpacklo_epi16(bg, r), _mm256_and_si256(v0, marker));
+    p1 = _mm256_or_si256(_mm256_unpackhi_epi16(bg, r), _mm256_and_si256(v1, marker));
 }
 
 OSTRIVEX_AVX2 inline __m256i pack8(__m256i v, __m256i b, __m256i g, __m256i r) {
@@ -127,30 +142,24 @@ OSTRIVEX_AVX2 inline __m256i pack8(__m256i v, __m256i b, __m256i g, __m256i r) {
         _mm256_or_si256(_mm256_slli_epi32(g, 8), _mm256_slli_epi32(r, 16)));
 }
 
-// The spill loop of one pixel, for the tail of a run.
-uint32_t contrastPixel(uint32_t v, const int32_t* m) {
-    int32_t b = m[v & 255u], g = m[(v >> 8) & 255u], r = m[(v >> 16) & 255u];
-    while (uint32_t(b | g | r) > 255u) {
-        if (b <= 0 && g <= 0 && r <= 0) b = g = r = 0;
-        if (b >= 255 && g >= 255 && r >= 255) b = g = r = 255;
-        contrast::spillChannels(b, g, r);
-    }
-    return (v & kMarker) | uint32_t(b) | uint32_t(g) << 8 | uint32_t(r) << 16;
-}
-
-// For each 8-bit mask, the lanes of its set bits in order (the rest 0): the permutation
-// that packs a vector's chosen lanes to its front.
-struct PackOrder {
-    alignas(32) int32_t lanes[256][8] = {};
-    PackOrder() {
+// For each 8-bit mask, the byte shuffle that packs the chosen 16-bit words of a 128-bit
+// lane to its front (the rest zero).
+struct WordOrder {
+    alignas(16) uint8_t bytes[256][16] = {};
+    WordOrder() {
         for (int mask = 0; mask < 256; ++mask) {
             int k = 0;
-            for (int lane = 0; lane < 8; ++lane)
-                if (mask >> lane & 1) lanes[mask][k++] = lane;
+            for (int word = 0; word < 8; ++word)
+                if (mask >> word & 1) {
+                    bytes[mask][2 * k] = uint8_t(2 * word);
+                    bytes[mask][2 * k + 1] = uint8_t(2 * word + 1);
+                    ++k;
+                }
+            for (; k < 8; ++k) bytes[mask][2 * k] = bytes[mask][2 * k + 1] = 0x80;
         }
     }
 };
-const PackOrder kPackOrder;
+const WordOrder kWordOrder;
 
 } // namespace
 
@@ -314,33 +323,60 @@ OSTRIVEX_AVX2 void saturationWideSingle(const uint8_t* s, uint8_t* p, int32_t n,
     if (i < n) saturationWide(s + 4 * i, p + 4 * i, n - i, f);
 }
 
-// M of eight channel values as (i * a + b) >> shift.
-OSTRIVEX_AVX2 inline __m256i linear8(__m256i c, __m256i a, __m256i b, __m128i shift) {
-    return _mm256_sra_epi32(_mm256_add_epi32(_mm256_mullo_epi32(c, a), b), shift);
+// M of the blue, green and red of eight pixels as (i * a + b) >> shift, the products by
+// pairs of 16-bit words (a fits 15 bits, see fitContrastMap): v & 0x00FF00FF holds blue
+// and red, (v >> 8) & 0x00FF00FF green and channel 3.
+OSTRIVEX_AVX2 inline void linear8(__m256i v, __m256i aLow, __m256i aHigh, __m256i add,
+                                  __m128i shift, __m256i& b, __m256i& g, __m256i& r) {
+    const __m256i two = _mm256_set1_epi32(0x00FF00FF);
+    const __m256i br = _mm256_and_si256(v, two);
+    const __m256i ga = _mm256_and_si256(_mm256_srli_epi32(v, 8), two);
+    b = _mm256_sra_epi32(_mm256_add_epi32(_mm256_madd_epi16(br, aLow), add), shift);
+    r = _mm256_sra_epi32(_mm256_add_epi32(_mm256_madd_epi16(br, aHigh), add), shift);
+    g = _mm256_sra_epi32(_mm256_add_epi32(_mm256_madd_epi16(ga, aLow), add), shift);
 }
 
-// The slow pixels of a chunk wait in these lists, in order, for their remaining rounds.
+// The slow pixels of a chunk wait in these lists for their remaining rounds: the channels
+// as they stand after the first round, and the pixel's place in the chunk.
 constexpr int32_t kSpillChunk = 1024;
 struct SpillLists {
-    alignas(32) int32_t b[kSpillChunk + 8], g[kSpillChunk + 8], r[kSpillChunk + 8],
-        at[kSpillChunk + 8];
+    alignas(32) int16_t b[kSpillChunk + 16], g[kSpillChunk + 16], r[kSpillChunk + 16],
+        at[kSpillChunk + 16];
 };
 
-// Rounds the listed pixels eight at a time until they are inside and writes them.
+// Appends the lanes of mask (eight words of a 128-bit lane) to the lists.
+OSTRIVEX_AVX2 inline void appendLane(SpillLists& q, int32_t& count, __m128i b, __m128i g,
+                                     __m128i r, __m128i at, int mask) {
+    const __m128i order = _mm_load_si128(reinterpret_cast<const __m128i*>(kWordOrder.bytes[mask]));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(q.b + count), _mm_shuffle_epi8(b, order));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(q.g + count), _mm_shuffle_epi8(g, order));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(q.r + count), _mm_shuffle_epi8(r, order));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(q.at + count), _mm_shuffle_epi8(at, order));
+    count += __builtin_popcount(unsigned(mask));
+}
+
+// Rounds the listed pixels sixteen at a time until they are inside and writes them to the
+// chunk at s, p.
 OSTRIVEX_AVX2 void settleLists(SpillLists& q, int32_t count, const uint8_t* s, uint8_t* p) {
     // The lanes past the end hold black, which no round changes.
-    for (int32_t k = count; k < count + 8; ++k) q.b[k] = q.g[k] = q.r[k] = 0;
-    for (int32_t j = 0; j < count; j += 8) {
+    for (int32_t k = count; k < count + 16; ++k) q.b[k] = q.g[k] = q.r[k] = 0;
+    for (int32_t j = 0; j < count; j += 16) {
         __m256i b = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.b + j));
         __m256i g = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.g + j));
         __m256i r = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.r + j));
-        do spillRound8(b, g, r);
-        while (outside8(b, g, r));
-        alignas(32) uint32_t done[8];
-        _mm256_store_si256(
-            reinterpret_cast<__m256i*>(done),
-            _mm256_or_si256(b, _mm256_or_si256(_mm256_slli_epi32(g, 8), _mm256_slli_epi32(r, 16))));
-        const int32_t end = std::min(8, count - j);
+        __m256i out;
+        do {
+            spillRound16(b, g, r);
+            out = outside16(b, g, r);
+        } while (!_mm256_testz_si256(out, out));
+        const __m256i bg = _mm256_or_si256(b, _mm256_slli_epi16(g, 8));
+        const __m256i lo = _mm256_unpacklo_epi16(bg, r), hi = _mm256_unpackhi_epi16(bg, r);
+        // Entries 0..3 and 8..11 are in lo, 4..7 and 12..15 in hi: back in list order.
+        alignas(32) uint32_t done[16];
+        _mm256_store_si256(reinterpret_cast<__m256i*>(done), _mm256_permute2x128_si256(lo, hi, 0x20));
+        _mm256_store_si256(reinterpret_cast<__m256i*>(done + 8),
+                           _mm256_permute2x128_si256(lo, hi, 0x31));
+        const int32_t end = std::min(16, count - j);
         for (int32_t k = 0; k < end; ++k) {
             const int32_t x = q.at[j + k];
             store32(p + 4 * x, (load32(s + 4 * x) & kMarker) | done[k]);
@@ -348,65 +384,75 @@ OSTRIVEX_AVX2 void settleLists(SpillLists& q, int32_t count, const uint8_t* s, u
     }
 }
 
-// Two passes over each chunk of the run: all pixels through the table and one round, the
-// settled ones written at once and the others appended to the lists; then the lists,
-// eight at a time, until every pixel is inside. So the rounds a group of eight takes are
-// set by its slowest pixel among the few slow ones only, and the lists are read back
-// only after they have been written.
+// Two passes over each chunk of the run: all pixels through the table and one round,
+// sixteen at a time (the channels of two eight-pixel vectors packed into 16-bit lanes),
+// written at once, those still outside appended to the lists; then the lists, sixteen at
+// a time, until every pixel is inside (and written again). So the rounds a group takes
+// are set by its slowest pixel among the few slow ones only. A chunk's last pixels short
+// of sixteen go through a padded copy; the black padding never spills.
 template <bool Linear>
 OSTRIVEX_AVX2 void contrastRun(const uint8_t* s, uint8_t* p, int32_t n, const ContrastMap& map) {
-    const int32_t* m = map.m;
     const __m256i byte = _mm256_set1_epi32(255);
     const __m256i mean = _mm256_set1_epi32(map.mean);
     const __m256d factor = _mm256_set1_pd(double(map.f));
-    const __m256i la = _mm256_set1_epi32(map.a), lb = _mm256_set1_epi32(map.b);
-    const __m128i ls = _mm_cvtsi32_si128(map.shift);
-    const __m256i lanes = _mm256_setr_epi32(0, 1, 2, 3, 4, 5, 6, 7);
-    SpillLists lists;
-    const int32_t whole = n / 8 * 8;
-    int32_t i = 0;
-    while (i < whole) {
-        const int32_t stop = std::min(whole, i + kSpillChunk);
-        int32_t count = 0;
-        for (; i < stop; i += 8) {
-            const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
-            const __m256i cb = _mm256_and_si256(v, byte);
-            const __m256i cg = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
-            const __m256i cr = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
-            __m256i b, g, r;
-            if constexpr (Linear) {
-                b = linear8(cb, la, lb, ls);
-                g = linear8(cg, la, lb, ls);
-                r = linear8(cr, la, lb, ls);
-            } else {
-                b = stretch8(cb, mean, factor);
-                g = stretch8(cg, mean, factor);
-                r = stretch8(cr, mean, factor);
-            }
-            // A pixel inside 0..255 comes through a round unchanged: no test first.
-            spillRound8(b, g, r);
-            const int outside = outside8(b, g, r);
-            // Lanes still outside are written again when the lists are settled.
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), pack8(v, b, g, r));
-            if (!outside) continue;
-            // The outside lanes packed to the front, appended (the rest is overwritten by
-            // the next append or the padding).
-            const __m256i order =
-                _mm256_load_si256(reinterpret_cast<const __m256i*>(kPackOrder.lanes[outside]));
-            const __m256i at = _mm256_add_epi32(_mm256_set1_epi32(i), lanes);
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.b + count),
-                                _mm256_permutevar8x32_epi32(b, order));
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.g + count),
-                                _mm256_permutevar8x32_epi32(g, order));
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.r + count),
-                                _mm256_permutevar8x32_epi32(r, order));
-            _mm256_storeu_si256(reinterpret_cast<__m256i*>(lists.at + count),
-                                _mm256_permutevar8x32_epi32(at, order));
-            count += __builtin_popcount(unsigned(outside));
+    const __m256i aLow = _mm256_set1_epi32(map.a), aHigh = _mm256_set1_epi32(map.a << 16);
+    const __m256i add = _mm256_set1_epi32(map.b);
+    const __m128i shift = _mm_cvtsi32_si128(map.shift);
+    // The place in the chunk of each 16-bit lane after _mm256_packs_epi32 of pixels 0..7
+    // and 8..15: per 128-bit half four of the first vector, then four of the second.
+    const __m256i places = _mm256_setr_epi16(0, 1, 2, 3, 8, 9, 10, 11, 4, 5, 6, 7, 12, 13, 14, 15);
+    auto map8 = [&](__m256i v, __m256i& b, __m256i& g, __m256i& r) OSTRIVEX_AVX2 {
+        if constexpr (Linear) {
+            linear8(v, aLow, aHigh, add, shift, b, g, r);
+        } else {
+            b = stretch8(_mm256_and_si256(v, byte), mean, factor);
+            g = stretch8(_mm256_and_si256(_mm256_srli_epi32(v, 8), byte), mean, factor);
+            r = stretch8(_mm256_and_si256(_mm256_srli_epi32(v, 16), byte), mean, factor);
         }
-        if (count) settleLists(lists, count, s, p);
+    };
+    SpillLists lists;
+    // Sixteen pixels from in to out, their first place in the chunk being at.
+    auto group = [&](const uint8_t* in, uint8_t* out, int32_t at, int32_t& count) OSTRIVEX_AVX2 {
+        const __m256i v0 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(in));
+        const __m256i v1 = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(in + 32));
+        __m256i b0, g0, r0, b1, g1, r1;
+        map8(v0, b0, g0, r0);
+        map8(v1, b1, g1, r1);
+        __m256i b = _mm256_packs_epi32(b0, b1), g = _mm256_packs_epi32(g0, g1),
+                r = _mm256_packs_epi32(r0, r1);
+        // A pixel inside 0..255 comes through a round unchanged: no test first.
+        spillRound16(b, g, r);
+        __m256i p0, p1;
+        unpack16(b, g, r, v0, v1, p0, p1); // lanes still outside are written again later
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out), p0);
+        _mm256_storeu_si256(reinterpret_cast<__m256i*>(out + 32), p1);
+        const __m256i outside = outside16(b, g, r);
+        if (_mm256_testz_si256(outside, outside)) return;
+        // One bit a lane: bits 0..7 the low 128-bit half, 16..23 the high one.
+        const __m256i inside = _mm256_cmpeq_epi16(outside, _mm256_setzero_si256());
+        const unsigned bits = ~unsigned(_mm256_movemask_epi8(_mm256_packs_epi16(inside, inside)));
+        const __m256i where = _mm256_add_epi16(_mm256_set1_epi16(int16_t(at)), places);
+        appendLane(lists, count, _mm256_castsi256_si128(b), _mm256_castsi256_si128(g),
+                   _mm256_castsi256_si128(r), _mm256_castsi256_si128(where), int(bits & 0xFF));
+        appendLane(lists, count, _mm256_extracti128_si256(b, 1), _mm256_extracti128_si256(g, 1),
+                   _mm256_extracti128_si256(r, 1), _mm256_extracti128_si256(where, 1),
+                   int(bits >> 16 & 0xFF));
+    };
+    for (int32_t start = 0; start < n; start += kSpillChunk) {
+        const int32_t size = std::min(kSpillChunk, n - start), whole = size / 16 * 16;
+        const uint8_t* cs = s + 4 * start;
+        uint8_t* cp = p + 4 * start;
+        int32_t count = 0;
+        for (int32_t i = 0; i < whole; i += 16) group(cs + 4 * i, cp + 4 * i, i, count);
+        if (whole < size) {
+            alignas(32) uint8_t in[64] = {}, out[64];
+            const size_t bytes = size_t(size - whole) * 4u;
+            std::memcpy(in, cs + 4 * whole, bytes);
+            group(in, out, whole, count);
+            std::memcpy(cp + 4 * whole, out, bytes);
+        }
+        if (count) settleLists(lists, count, cs, cp);
     }
-    for (; i < n; ++i) store32(p + 4 * i, contrastPixel(load32(s + 4 * i), m));
 }
 
 void fitContrastMap(ContrastMap& map) {
@@ -424,7 +470,8 @@ void fitContrastMap(ContrastMap& map) {
             }
             // The sums must stay inside 32 bits for every i.
             const int64_t top = std::max(lo, lo + 255 * a), bottom = std::min(lo, lo + 255 * a);
-            if (lo < hi && top < INT32_MAX && bottom > INT32_MIN) {
+            // a must also fit a signed 16-bit word for the kernel's products.
+            if (lo < hi && top < INT32_MAX && bottom > INT32_MIN && a >= 0 && a <= INT16_MAX) {
                 map.linear = true;
                 map.a = int32_t(a);
                 map.b = int32_t(lo);

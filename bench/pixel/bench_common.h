@@ -25,6 +25,10 @@ cBitFilter& loadedFilter(int32_t w, int32_t h);
 // The same image with an ellipse selection inscribed in the image (about 78% of it).
 cBitFilter& ellipseFilter(int32_t w, int32_t h);
 
+// A filter object loaded with a w x h picture of broad colour gradients and a little grain,
+// closer to a photograph than the noise of the pattern (no region: the whole image).
+cBitFilter& photoFilter(int32_t w, int32_t h);
+
 // The same image with a centred ellipse selection of half its area.
 cBitFilter& halfEllipseFilter(int32_t w, int32_t h);
 

@@ -20,6 +20,40 @@ namespace ostrivex::bench {
 
 Bits patternImage(int32_t w, int32_t h) { return PatternImage(w, h); }
 
+Bits photoLikeImage(int32_t w, int32_t h) {
+    // Broad waves of colour, a different one in each channel, with a little grain.
+    Bits b(w, h);
+    uint32_t s = 777u;
+    const double pi = 3.14159265358979;
+    for (int32_t y = 0; y < h; ++y) {
+        uint8_t* p = b.row(y);
+        const double v = double(y) / h;
+        for (int32_t x = 0; x < w; ++x) {
+            const double u = double(x) / w;
+            const double c[3] = {110 + 70 * std::sin(2 * pi * (u + 0.3 * v)),
+                                 120 + 60 * std::cos(pi * (1.5 * v - u)),
+                                 130 + 80 * std::sin(pi * (u * v + 0.5 * v))};
+            for (int k = 0; k < 3; ++k) {
+                s = s * 1103515245u + 12345u;
+                const double grain = double((s >> 16) & 15u) - 7.5;
+                p[4 * x + k] = uint8_t(std::clamp(c[k] + grain, 0.0, 255.0));
+            }
+            p[4 * x + 3] = 0;
+        }
+    }
+    return b;
+}
+
+cBitFilter& photoFilter(int32_t w, int32_t h) {
+    static std::map<std::pair<int32_t, int32_t>, std::unique_ptr<cBitFilter>> cache;
+    auto& slot = cache[{w, h}];
+    if (!slot) {
+        slot = std::make_unique<cBitFilter>();
+        slot->SetBits(photoLikeImage(w, h));
+    }
+    return *slot;
+}
+
 namespace {
 struct Loaded {
     cBitFilter filter;

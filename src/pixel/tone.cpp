@@ -325,6 +325,15 @@ Bits cBitFilter::Contrast(int32_t level) {
 
     // Then each pixel's b, g, r = M[B], M[G], M[R], and while any of them lies outside
     // 0..255 the overflow is spread over the other two so that the hue holds (spillRound).
+    // When the table itself stays inside 0..255 (every level up to 0, where each entry
+    // lies between i and the mean) no round ever runs: a plain channel map.
+    if (std::all_of(m.begin(), m.end(), [](int32_t v) { return v >= 0 && v <= 255; })) {
+        ByteTable bytes{};
+        for (size_t i = 0; i < 256; ++i) bytes[i] = uint8_t(m[i]);
+        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+            mapSameTable(s, p, n, bytes.data());
+        });
+    }
     if (hasWideKernels()) {
         ContrastMap map;
         map.m = m.data();

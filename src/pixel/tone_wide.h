@@ -8,8 +8,16 @@
 
 namespace ostrivex::tone {
 
-// Whether the kernels below may be called.
+// The widest kernels the tone filters may use. By default the processor's best; tests
+// lower the ceiling to check that the narrower paths give the same bytes.
+enum class KernelWidth { Plain, Avx2, Avx512 };
+void SetKernelCeiling(KernelWidth width);
+KernelWidth KernelCeiling();
+
+// Whether the kernels below may be called (AVX2 with FMA, and the ceiling not below it).
 bool hasWideKernels();
+// Whether the AVX-512 kernels may be (F, BW, VL and VBMI2, and the ceiling at Avx512).
+bool hasWidestKernels();
 
 // GreyScale over n pixels: v = round(B * 0.071 + G * 0.707 + R * 0.222) on all three
 // channels, channel 3 carried over.
@@ -46,7 +54,8 @@ struct ContrastMap {
 void fitContrastMap(ContrastMap& map);
 
 // Contrast over n pixels: b, g, r = M[B], M[G], M[R], then the spill rounds until all
-// three lie inside 0..255.
+// three lie inside 0..255. Runs thirty-two pixels a step with AVX-512 where the table is a
+// line and hasWidestKernels(), else sixteen.
 void contrastWide(const uint8_t* s, uint8_t* p, int32_t n, const ContrastMap& map);
 
 // The tables of ClassyColors: formulas of two bytes x and y at x * 256 + y, each with 3

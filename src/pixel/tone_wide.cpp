@@ -352,28 +352,29 @@ OSTRIVEX_AVX2 inline void linear8(__m256i v, __m256i aLow, __m256i aHigh, __m256
 }
 
 // The slow pixels of a chunk wait in these lists for their remaining rounds: the channels
-// as they stand after the first round, and the pixel's place in the chunk.
+// as they stand after the first round, channel 3, and the pixel's place in the chunk.
 constexpr int32_t kSpillChunk = 1024;
 struct SpillLists {
     // Room past the end for a whole register of 32 words at the last place.
     alignas(64) int16_t b[kSpillChunk + 32], g[kSpillChunk + 32], r[kSpillChunk + 32],
-        at[kSpillChunk + 32];
+        a[kSpillChunk + 32], at[kSpillChunk + 32];
 };
 
 // Appends the lanes of mask (eight words of a 128-bit lane) to the lists.
 OSTRIVEX_AVX2 inline void appendLane(SpillLists& q, int32_t& count, __m128i b, __m128i g,
-                                     __m128i r, __m128i at, int mask) {
+                                     __m128i r, __m128i a, __m128i at, int mask) {
     const __m128i order = _mm_load_si128(reinterpret_cast<const __m128i*>(kWordOrder.bytes[mask]));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(q.b + count), _mm_shuffle_epi8(b, order));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(q.g + count), _mm_shuffle_epi8(g, order));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(q.r + count), _mm_shuffle_epi8(r, order));
+    _mm_storeu_si128(reinterpret_cast<__m128i*>(q.a + count), _mm_shuffle_epi8(a, order));
     _mm_storeu_si128(reinterpret_cast<__m128i*>(q.at + count), _mm_shuffle_epi8(at, order));
     count += __builtin_popcount(unsigned(mask));
 }
 
 // Rounds the listed pixels sixteen at a time until they are inside and writes them to the
-// chunk at s, p.
-OSTRIVEX_AVX2 void settleLists(SpillLists& q, int32_t count, const uint8_t* s, uint8_t* p) {
+// chunk at p.
+OSTRIVEX_AVX2 void settleLists(SpillLists& q, int32_t count, uint8_t* p) {
     // The lanes past the end hold black, which no round changes.
     for (int32_t k = count; k < count + 16; ++k) q.b[k] = q.g[k] = q.r[k] = 0;
     for (int32_t j = 0; j < count; j += 16) {
@@ -385,18 +386,17 @@ OSTRIVEX_AVX2 void settleLists(SpillLists& q, int32_t count, const uint8_t* s, u
             spillRound16(b, g, r);
             out = outside16(b, g, r);
         } while (!_mm256_testz_si256(out, out));
+        const __m256i a = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.a + j));
         const __m256i bg = _mm256_or_si256(b, _mm256_slli_epi16(g, 8));
-        const __m256i lo = _mm256_unpacklo_epi16(bg, r), hi = _mm256_unpackhi_epi16(bg, r);
+        const __m256i ra = _mm256_or_si256(r, _mm256_slli_epi16(a, 8));
+        const __m256i lo = _mm256_unpacklo_epi16(bg, ra), hi = _mm256_unpackhi_epi16(bg, ra);
         // Entries 0..3 and 8..11 are in lo, 4..7 and 12..15 in hi: back in list order.
         alignas(32) uint32_t done[16];
         _mm256_store_si256(reinterpret_cast<__m256i*>(done), _mm256_permute2x128_si256(lo, hi, 0x20));
         _mm256_store_si256(reinterpret_cast<__m256i*>(done + 8),
                            _mm256_permute2x128_si256(lo, hi, 0x31));
         const int32_t end = std::min(16, count - j);
-        for (int32_t k = 0; k < end; ++k) {
-            const int32_t x = q.at[j + k];
-            store32(p + 4 * x, (load32(s + 4 * x) & kMarker) | done[k]);
-        }
+        for (int32_t k = 0; k < end; ++k) store32(p + 4 * q.at[j + k], done[k]);
     }
 }
 
@@ -448,11 +448,13 @@ OSTRIVEX_AVX2 void contrastRun(const uint8_t* s, uint8_t* p, int32_t n, const Co
         const __m256i inside = _mm256_cmpeq_epi16(outside, _mm256_setzero_si256());
         const unsigned bits = ~unsigned(_mm256_movemask_epi8(_mm256_packs_epi16(inside, inside)));
         const __m256i where = _mm256_add_epi16(_mm256_set1_epi16(int16_t(at)), places);
+        const __m256i a = _mm256_packs_epi32(_mm256_srli_epi32(v0, 24), _mm256_srli_epi32(v1, 24));
         appendLane(lists, count, _mm256_castsi256_si128(b), _mm256_castsi256_si128(g),
-                   _mm256_castsi256_si128(r), _mm256_castsi256_si128(where), int(bits & 0xFF));
+                   _mm256_castsi256_si128(r), _mm256_castsi256_si128(a),
+                   _mm256_castsi256_si128(where), int(bits & 0xFF));
         appendLane(lists, count, _mm256_extracti128_si256(b, 1), _mm256_extracti128_si256(g, 1),
-                   _mm256_extracti128_si256(r, 1), _mm256_extracti128_si256(where, 1),
-                   int(bits >> 16 & 0xFF));
+                   _mm256_extracti128_si256(r, 1), _mm256_extracti128_si256(a, 1),
+                   _mm256_extracti128_si256(where, 1), int(bits >> 16 & 0xFF));
     };
     for (int32_t start = 0; start < n; start += kSpillChunk) {
         const int32_t size = std::min(kSpillChunk, n - start), whole = size / 16 * 16;
@@ -467,7 +469,7 @@ OSTRIVEX_AVX2 void contrastRun(const uint8_t* s, uint8_t* p, int32_t n, const Co
             group(in, out, whole, count);
             std::memcpy(cp + 4 * whole, out, bytes);
         }
-        if (count) settleLists(lists, count, cs, cp);
+        if (count) settleLists(lists, count, cp);
     }
 }
 
@@ -562,6 +564,8 @@ OSTRIVEX_AVX512 void contrastRunLinear512(const uint8_t* s, uint8_t* p, int32_t 
         _mm512_storeu_si512(lists.b + count, _mm512_maskz_compress_epi16(outside, b));
         _mm512_storeu_si512(lists.g + count, _mm512_maskz_compress_epi16(outside, g));
         _mm512_storeu_si512(lists.r + count, _mm512_maskz_compress_epi16(outside, r));
+        const __m512i a = _mm512_packs_epi32(_mm512_srli_epi32(v0, 24), _mm512_srli_epi32(v1, 24));
+        _mm512_storeu_si512(lists.a + count, _mm512_maskz_compress_epi16(outside, a));
         _mm512_storeu_si512(lists.at + count, _mm512_maskz_compress_epi16(outside, where));
         count += __builtin_popcount(outside);
     };
@@ -578,7 +582,7 @@ OSTRIVEX_AVX512 void contrastRunLinear512(const uint8_t* s, uint8_t* p, int32_t 
             group(in, out, whole, count);
             std::memcpy(cp + 4 * whole, out, bytes);
         }
-        if (count) settleLists(lists, count, cs, cp);
+        if (count) settleLists(lists, count, cp);
     }
 }
 

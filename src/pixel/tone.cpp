@@ -16,6 +16,7 @@
 #include <algorithm>
 #include <array>
 #include <cmath>
+#include <cstdint>
 #include <cstring>
 #include <vector>
 
@@ -353,12 +354,26 @@ Bits cBitFilter::Equalize() {
     const int32_t w = BitsWidth(), h = BitsHeight();
     // Pass 1: the histogram of v = round(B * 0.113 + G * 0.586 + R * 0.301) over the whole
     // image.
-    // Four partial histograms, so that neighbouring pixels of equal value do not wait on
-    // each other's increment.
-    std::array<std::array<int64_t, 256>, 4> parts{};
+    // Eight partial histograms, so that neighbouring pixels of equal value do not wait on
+    // each other's increment; 32-bit counts, added into the 64-bit totals before they
+    // could overflow and at the end.
+    std::array<std::array<uint32_t, 256>, 8> parts{};
+    std::array<int64_t, 256> hist{};
+    auto flush = [&] {
+        for (std::array<uint32_t, 256>& part : parts) {
+            for (size_t v = 0; v < 256; ++v) hist[v] += part[v];
+            part.fill(0);
+        }
+    };
+    uint64_t pending = 0; // pixels counted in parts
     uint32_t lum[kLumChunk];
     const bool wide = hasWideKernels();
     for (int32_t y = 0; y < h; ++y) {
+        if (pending + uint64_t(w) > UINT32_MAX) {
+            flush();
+            pending = 0;
+        }
+        pending += uint64_t(w);
         const uint8_t* p = buffer_.row(y);
         for (int32_t start = 0; start < w; start += kLumChunk) {
             const int32_t m = std::min(kLumChunk, w - start);
@@ -366,13 +381,13 @@ Bits cBitFilter::Equalize() {
                 equalizeLumWide(p + 4 * start, m, lum);
             else
                 weightedRound<113, 586, 301>(p + 4 * start, m, lum);
-            for (int32_t i = 0; i < m; ++i)
-                ++parts[size_t(i & 3)][lum[i]];
+            int32_t i = 0;
+            for (; i + 8 <= m; i += 8)
+                for (size_t k = 0; k < 8; ++k) ++parts[k][lum[size_t(i) + k]];
+            for (; i < m; ++i) ++parts[0][lum[i]];
         }
     }
-    std::array<int64_t, 256> hist{};
-    for (size_t v = 0; v < 256; ++v)
-        hist[v] = parts[0][v] + parts[1][v] + parts[2][v] + parts[3][v];
+    flush();
     if (int64_t(w) * h == 0) {
         // No pixel: the median walk would run off the histogram. Nothing to change.
         return pointFilter(

@@ -43,17 +43,20 @@ __attribute__((noinline)) uint32_t weightedExact(uint32_t v) {
 // where S ends in 500: there the double sum of the rule decides, not the exact quotient.
 template <int32_t KB, int32_t KG, int32_t KR>
 OSTRIVEX_AVX2 inline __m256i weighted8(__m256i v, int& ties) {
-    const __m256i byte = _mm256_set1_epi32(255);
-    const __m256i b = _mm256_and_si256(v, byte);
-    const __m256i g = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
-    const __m256i r = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
-    __m256i sum = _mm256_add_epi32(_mm256_mullo_epi32(b, _mm256_set1_epi32(KB)),
-                                   _mm256_mullo_epi32(g, _mm256_set1_epi32(KG)));
-    sum = _mm256_add_epi32(sum, _mm256_mullo_epi32(r, _mm256_set1_epi32(KR)));
-    sum = _mm256_add_epi32(sum, _mm256_set1_epi32(500));
+    // S by products of 16-bit word pairs: v & 0x00FF00FF holds blue and red, the next
+    // byte up green and channel 3 (times 0).
+    static_assert(KB < 32768 && KG < 32768 && KR < 32768, "weights fit 16-bit words");
+    const __m256i two = _mm256_set1_epi32(0x00FF00FF);
+    const __m256i blueRed = _mm256_madd_epi16(_mm256_and_si256(v, two),
+                                              _mm256_set1_epi32(KB | KR << 16));
+    const __m256i green =
+        _mm256_madd_epi16(_mm256_and_si256(_mm256_srli_epi32(v, 8), two), _mm256_set1_epi32(KG));
+    const __m256i sum =
+        _mm256_add_epi32(_mm256_add_epi32(blueRed, green), _mm256_set1_epi32(500));
     const __m256i q =
         _mm256_cvttps_epi32(_mm256_mul_ps(_mm256_cvtepi32_ps(sum), _mm256_set1_ps(0.001f)));
-    const __m256i back = _mm256_mullo_epi32(q, _mm256_set1_epi32(1000));
+    // q * 1000, q being at most 255.
+    const __m256i back = _mm256_madd_epi16(q, _mm256_set1_epi32(1000));
     ties = _mm256_movemask_ps(_mm256_castsi256_ps(_mm256_cmpeq_epi32(back, sum)));
     return q;
 }

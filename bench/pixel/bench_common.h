@@ -42,6 +42,12 @@ cBitFilter& inPlaceFilter(int32_t w, int32_t h, bool halfEllipse);
 void runFilterInPlace(benchmark::State& state, cBitFilter& f,
                       const std::function<Bits(cBitFilter&)>& op, bool selectedOnly);
 
+// The editor's path for a filter whose result changes what the next run would see: each
+// iteration runs op in place on a filter object holding source's pixels, and the pixels
+// are put back (untimed) before the next.
+void runFilterInPlaceRestored(benchmark::State& state, const Bits& source,
+                              const std::function<Bits(cBitFilter&)>& op);
+
 // Runs op(filter) once per iteration and reports w*h pixels an iteration.
 void runFilter(benchmark::State& state, cBitFilter& f,
                const std::function<Bits(cBitFilter&)>& op);

@@ -27,6 +27,13 @@ static void BM_ContrastPhotoLike(benchmark::State& state) {
 }
 BENCHMARK(BM_ContrastPhotoLike)->Args({6000, 4000})->Args({2000, 1500})->Unit(benchmark::kMillisecond);
 OSTRIVEX_PIXEL_BENCH(ContrastDown, f.Contrast(-40));
+// The editor's path (the result built in the object's own buffer) on the noise pattern.
+static void BM_ContrastInPlace(benchmark::State& state) {
+    const int32_t w = int32_t(state.range(0)), h = int32_t(state.range(1));
+    bench::runFilterInPlaceRestored(state, bench::patternImage(w, h),
+                                    [](cBitFilter& f) { return f.Contrast(60); });
+}
+BENCHMARK(BM_ContrastInPlace)->Args({6000, 4000})->Args({2000, 1500})->Unit(benchmark::kMillisecond);
 OSTRIVEX_PIXEL_BENCH(Equalize, f.Equalize());
 OSTRIVEX_PIXEL_BENCH(SwapRGB, f.SwapRGB(1, 2, 0, true, false, false, false, false, true));
 OSTRIVEX_PIXEL_BENCH(ClassyColorsRetro, f.ClassyColors(7));

@@ -3,6 +3,9 @@
 // the region's bounding box, pixels of the region are walked row by row, and channel 3
 // stays as it was.
 #include "pixel/bitfilter.h"
+#include "pixel/pixelword.h"
+#include "pixel/tone_kernels.h"
+#include "pixel/tone_wide.h"
 #include "pixel/vbmath.h"
 
 #include <algorithm>
@@ -185,20 +188,19 @@ Bits cBitFilter::HALFTONE(int32_t radius, int32_t definition, int32_t intensity)
 // The double sum is rounded ties-to-even by adding and taking away 1.5 * 2^52, which
 // gives the same integer as nearbyint and lets the loop run on whole words.
 Bits cBitFilter::OLDPHOTO() {
-    Bits out = buffer_;
-    RegionBounds(0);
-    forEachSpan([&](int32_t y, int32_t x0, int32_t x1) {
-        forWords(out, y, x0, x1, [](uint32_t w) {
+    // A point filter: L = round(0.071 B + 0.707 G + 0.222 R) into green and red.
+    if (tone::hasWideKernels()) return pointFilter(tone::oldPhotoWide);
+    return pointFilter([](const uint8_t* s, uint8_t* p, int32_t n) {
+        for (int32_t i = 0; i < n; ++i) {
+            const uint32_t w = load32(s + 4 * i);
             constexpr double kMagic = 6755399441055744.0;
             const double b = double(w & 0xFF), g = double((w >> 8) & 0xFF),
                          r = double((w >> 16) & 0xFF);
             const double sum = 0.071 * b + 0.707 * g + 0.222 * r;
             const uint32_t l = uint32_t(int64_t((sum + kMagic) - kMagic));
-            return (w & 0xFF0000FFu) | (l << 8) | (l << 16);
-        });
+            store32(p + 4 * i, (w & 0xFF0000FFu) | (l << 8) | (l << 16));
+        }
     });
-    finishProgress();
-    return out;
 }
 
 // Only the strictly largest channel is kept; a tie for the largest leaves the pixel.

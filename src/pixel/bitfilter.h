@@ -10,8 +10,9 @@
 // result, so the pixels outside the selection cost nothing. The bytes of the result are
 // the same either way. After such a filter the object holds an empty buffer (its sizes and
 // the region stay) until the next `SetBits`; filters whose pixels read far-away source
-// pixels (deformations, artistic filters, MaskFilter, EMBOSS, NOISE, DIFFUSE, the
-// transforms) ignore the flag and leave the buffer alone. Should a Progress listener throw
+// pixels (deformations, the artistic filters but OLDPHOTO, which is a point filter,
+// MaskFilter, EMBOSS, NOISE, DIFFUSE, the transforms) ignore the flag and leave the buffer
+// alone. Should a Progress listener throw
 // part-way through such a filter, the buffer is left half rewritten.
 //
 // The frame of a filter: copy the buffer (the output), build tables, `RegionBounds`, then

@@ -190,27 +190,37 @@ bool hasWidestKernels() {
            gCeiling.load(std::memory_order_relaxed) >= int(KernelWidth::Avx512);
 }
 
-OSTRIVEX_AVX2 void greyWide(const uint8_t* s, uint8_t* p, int32_t n) {
+// The luminance of GreyScale, q = round(B * 0.071 + G * 0.707 + R * 0.222), as
+// (v & Keep) | q * Spread: into all three channels, or (OLDPHOTO) green and red only.
+template <uint32_t Keep, uint32_t Spread>
+OSTRIVEX_AVX2 void greyRun(const uint8_t* s, uint8_t* p, int32_t n) {
     int32_t i = 0;
     for (; i + 8 <= n; i += 8) {
         const __m256i v = _mm256_loadu_si256(reinterpret_cast<const __m256i*>(s + 4 * i));
         int ties;
         const __m256i q = weighted8<71, 707, 222>(v, ties);
-        const __m256i grey = _mm256_mullo_epi32(q, _mm256_set1_epi32(0x010101));
-        const __m256i out =
-            _mm256_or_si256(_mm256_and_si256(v, _mm256_set1_epi32(int(kMarker))), grey);
+        const __m256i grey = _mm256_mullo_epi32(q, _mm256_set1_epi32(int(Spread)));
+        const __m256i out = _mm256_or_si256(_mm256_and_si256(v, _mm256_set1_epi32(int(Keep))), grey);
         _mm256_storeu_si256(reinterpret_cast<__m256i*>(p + 4 * i), out);
         while (ties) {
             const int k = i + __builtin_ctz(unsigned(ties));
             ties &= ties - 1;
             const uint32_t px = load32(s + 4 * k);
-            store32(p + 4 * k, (px & kMarker) | weightedExact<71, 707, 222>(px) * 0x010101u);
+            store32(p + 4 * k, (px & Keep) | weightedExact<71, 707, 222>(px) * Spread);
         }
     }
     for (; i < n; ++i) {
         const uint32_t px = load32(s + 4 * i);
-        store32(p + 4 * i, (px & kMarker) | weightedExact<71, 707, 222>(px) * 0x010101u);
+        store32(p + 4 * i, (px & Keep) | weightedExact<71, 707, 222>(px) * Spread);
     }
+}
+
+void greyWide(const uint8_t* s, uint8_t* p, int32_t n) {
+    greyRun<kMarker, 0x010101u>(s, p, n);
+}
+
+void oldPhotoWide(const uint8_t* s, uint8_t* p, int32_t n) {
+    greyRun<kMarker | 0xFFu, 0x010100u>(s, p, n);
 }
 
 OSTRIVEX_AVX2 uint64_t meanSumWide(const uint8_t* s, int32_t n) {
@@ -795,6 +805,7 @@ void classyWide(int32_t mode, const uint8_t* s, uint8_t* p, int32_t n, const Cla
 bool hasWideKernels() { return false; }
 bool hasWidestKernels() { return false; }
 void greyWide(const uint8_t*, uint8_t*, int32_t) {}
+void oldPhotoWide(const uint8_t*, uint8_t*, int32_t) {}
 uint64_t meanSumWide(const uint8_t*, int32_t) { return 0; }
 void equalizeLumWide(const uint8_t*, int32_t, uint32_t*) {}
 void saturationWide(const uint8_t*, uint8_t*, int32_t, float) {}

@@ -22,6 +22,8 @@ bool hasWidestKernels();
 // GreyScale over n pixels: v = round(B * 0.071 + G * 0.707 + R * 0.222) on all three
 // channels, channel 3 carried over.
 void greyWide(const uint8_t* s, uint8_t* p, int32_t n);
+// OLDPHOTO over n pixels: the same luminance into green and red; blue and channel 3 stay.
+void oldPhotoWide(const uint8_t* s, uint8_t* p, int32_t n);
 
 // The sum of (B + G + R) \ 3 over n pixels.
 uint64_t meanSumWide(const uint8_t* s, int32_t n);

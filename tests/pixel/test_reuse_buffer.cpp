@@ -29,6 +29,7 @@ std::vector<Case> pointFilters() {
         {"SATURATION37", [](cBitFilter& f) { return f.SATURATION(37); }},
         {"Contrast60", [](cBitFilter& f) { return f.Contrast(60); }},
         {"Contrast-30", [](cBitFilter& f) { return f.Contrast(-30); }},
+        {"OLDPHOTO", [](cBitFilter& f) { return f.OLDPHOTO(); }},
         {"ReplaceHS2", [](cBitFilter& f) { return f.ReplaceHS(0x406080u, 0x20F010u, 60, 80, 50); }},
         {"ReplaceL2", [](cBitFilter& f) { return f.ReplaceL(0x406080u, 0x20F010u, 70, 40); }},
         {"RotateH2", [](cBitFilter& f) { return f.RotateH(90, 30); }},

@@ -344,6 +344,29 @@ Bits referenceEqualize(const Bits& src) {
 }
 } // namespace
 
+// GreyScale and OLDPHOTO share the luminance kernel; their plain loops give the same bytes
+// on every colour, and OLDPHOTO keeps blue and channel 3 (of the every-colour picture).
+TEST(Tone, LuminanceFiltersPlainAndWideAgreeOnEveryColour) {
+    const Bits& src = everyColour();
+    for (auto op : {+[](cBitFilter& f) { return f.GreyScale(); },
+                    +[](cBitFilter& f) { return f.OLDPHOTO(); }}) {
+        Bits plain, wide;
+        {
+            const KernelCeilingScope ceiling(tone::KernelWidth::Plain);
+            plain = run(src, op);
+        }
+        wide = run(src, op);
+        EXPECT_TRUE(sameBits(plain, wide));
+    }
+    const Bits old = run(src, [](cBitFilter& f) { return f.OLDPHOTO(); });
+    int64_t moved = 0;
+    for (int y = 0; y < 4096; y += 7)
+        for (int x = 0; x < 4096; ++x)
+            moved += old(0, x, y) != src(0, x, y) || old(3, x, y) != src(3, x, y) ||
+                     old(1, x, y) != old(2, x, y);
+    EXPECT_EQ(moved, 0);
+}
+
 // The luminance of Equalize's histogram, by the wide kernel, against the double sum on
 // every colour (ties included: 16 777 216 pixels reach every sum ending in 500).
 TEST(Tone, EqualizeLuminanceOfEveryColour) {

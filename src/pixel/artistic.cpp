@@ -190,7 +190,7 @@ Bits cBitFilter::HALFTONE(int32_t radius, int32_t definition, int32_t intensity)
 Bits cBitFilter::OLDPHOTO() {
     // A point filter: L = round(0.071 B + 0.707 G + 0.222 R) into green and red.
     if (tone::hasWideKernels()) return pointFilter(tone::oldPhotoWide);
-    return pointFilter([](const uint8_t* s, uint8_t* p, int32_t n) {
+    return pointFilter([](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
             const uint32_t w = load32(s + 4 * i);
             constexpr double kMagic = 6755399441055744.0;

@@ -47,12 +47,14 @@ Bits cBitFilter::ISOLATE(uint32_t colour, uint32_t backColour, int32_t tolerance
     const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
     const uint32_t back = uint32_t(colourB(backColour)) | uint32_t(colourG(backColour)) << 8 |
                           uint32_t(colourR(backColour)) << 16;
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+    return pointFilter([=](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) {
         for (int32_t i = 0; i < n; ++i) {
             const uint32_t v = load32(s + 4 * i);
             const int32_t d = colourDistance(int32_t(v & 255u), int32_t((v >> 8) & 255u),
                                              int32_t((v >> 16) & 255u), b1, g1, r1);
-            store32(p + 4 * i, d >= t ? (v & kMarkerMask) | back : v);
+            // Without a branch (see Threshold): far pixels take the back colour.
+            const uint32_t far = 0u - uint32_t(d >= t);
+            store32(p + 4 * i, (v & ~(far & 0x00FFFFFFu)) | (back & far));
         }
     });
 }
@@ -159,14 +161,14 @@ BlendSpec blendSpec(uint32_t colour, uint32_t newColour, int32_t t) {
 // 0..255, so the byte conversion cannot fail.
 Bits cBitFilter::REPLACE(uint32_t colour, uint32_t newColour, int32_t tolerance) {
     const BlendSpec q = blendSpec(colour, newColour, distanceThreshold(tolerance));
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) { replaceRun(s, p, n, q); });
+    return pointFilter([&](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) { replaceRun(s, p, n, q); });
 }
 
 Bits cBitFilter::Shift(uint32_t colour, int32_t shift, int32_t tolerance) {
     // The target of each channel is the shift table M[c] = clamp(c + shift).
     BlendSpec q = blendSpec(colour, 0u, distanceThreshold(tolerance));
     q.shift = shift;
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) { shiftRun(s, p, n, q); });
+    return pointFilter([&](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) { shiftRun(s, p, n, q); });
 }
 
 Bits cBitFilter::ReplaceL(uint32_t colour, uint32_t newColour, int32_t lumTolerance,
@@ -174,7 +176,7 @@ Bits cBitFilter::ReplaceL(uint32_t colour, uint32_t newColour, int32_t lumTolera
     BlendSpec q = blendSpec(colour, newColour, distanceThreshold(applyTolerance));
     q.lT = vbRound(lumTolerance * 2.55);
     q.l1 = (q.r1 + q.g1 + q.b1) / 3;
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) { replaceLRun(s, p, n, q); });
+    return pointFilter([&](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) { replaceLRun(s, p, n, q); });
 }
 
 namespace {
@@ -211,7 +213,7 @@ Bits cBitFilter::SwapBanks(int32_t mode) {
     default:
         break; // any other mode leaves every pixel as it is
     }
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+    return pointFilter([&](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) {
         if (swap)
             swap(s, p, n);
         else
@@ -236,7 +238,7 @@ Bits cBitFilter::SwapRGB(int32_t redSource, int32_t greenSource, int32_t blueSou
         flip[c] = readable && inverts[c] ? 255u : 0u;
         keep[c] = readable && kills[c] ? 0u : 255u;
     }
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+    return pointFilter([&](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) {
         const uint32_t s0 = shift[0], s1 = shift[1], s2 = shift[2];
         const uint32_t f0 = flip[0], f1 = flip[1], f2 = flip[2];
         const uint32_t k0 = keep[0], k1 = keep[1], k2 = keep[2];
@@ -330,9 +332,7 @@ template <class Fn> std::vector<uint8_t> pairTable(Fn&& fn) {
 inline uint32_t channel(uint32_t v, int c) {
     return (v >> (8 * c)) & 255u;
 }
-inline uint32_t pairAt(const std::vector<uint8_t>& t, uint32_t x, uint32_t y) {
-    return t[x * 256u + y];
-}
+inline uint32_t pairAt(const uint8_t* t, uint32_t x, uint32_t y) { return t[x * 256u + y]; }
 } // namespace
 
 Bits cBitFilter::ClassyColors(int32_t mode) {
@@ -356,7 +356,7 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
             retro = pairTable(
                 [](int32_t b, int32_t r) { return vbRound((2 * b * 0.99 + r * 0.99) / 12.0); });
         const ClassyTables tables{avg.data(), soft.data(), spot.data(), retro.data()};
-        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        return pointFilter([&](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) {
             classyWide(mode, s, p, n, tables);
         });
     }
@@ -366,7 +366,8 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
         const auto avg = pairTable(average);
         const auto soft = pairTable(
             [&](int32_t b, int32_t g) { return roundedByte(b * atanTable[size_t(g)] / 1.9); });
-        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        return pointFilter([mode, avg = avg.data(), soft = soft.data()](
+                               const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) {
             for (int32_t i = 0; i < n; ++i) {
                 const uint32_t v = load32(s + 4 * i);
                 const uint32_t b = channel(v, 0), g = channel(v, 1), r = channel(v, 2);
@@ -378,7 +379,8 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
     case 2:
     case 3: {
         const auto avg = pairTable(average);
-        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        return pointFilter([mode, avg = avg.data()](const uint8_t* __restrict s,
+                                                    uint8_t* __restrict p, int32_t n) {
             for (int32_t i = 0; i < n; ++i) {
                 const uint32_t v = load32(s + 4 * i);
                 const uint32_t b = channel(v, 0), g = channel(v, 1), r = channel(v, 2);
@@ -391,7 +393,8 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
         // byte(x / 2 + y / 4): blue from (R, B), green from (G, R), red from (B, G).
         const auto spot =
             pairTable([](int32_t x, int32_t y) { return roundedByte(x / 2.0 + y / 4.0); });
-        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        return pointFilter([spot = spot.data()](const uint8_t* __restrict s,
+                                                uint8_t* __restrict p, int32_t n) {
             for (int32_t i = 0; i < n; ++i) {
                 const uint32_t v = load32(s + 4 * i);
                 const uint32_t b = channel(v, 0), g = channel(v, 1), r = channel(v, 2);
@@ -404,7 +407,8 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
         // k = round((2 * B * 0.99 + R * 0.99) / 12) by (B, R).
         const auto retroK = pairTable(
             [](int32_t b, int32_t r) { return vbRound((2 * b * 0.99 + r * 0.99) / 12.0); });
-        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        return pointFilter([retroK = retroK.data()](const uint8_t* __restrict s,
+                                                    uint8_t* __restrict p, int32_t n) {
             for (int32_t i = 0; i < n; ++i) {
                 const uint32_t v = load32(s + 4 * i);
                 const int32_t b = int32_t(channel(v, 0)), g = int32_t(channel(v, 1)),
@@ -416,7 +420,7 @@ Bits cBitFilter::ClassyColors(int32_t mode) {
         });
     }
     default:
-        return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t n) {
+        return pointFilter([&](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) {
             for (int32_t i = 0; i < n; ++i)
                 store32(p + 4 * i, classyPixel(mode, load32(s + 4 * i), atanTable.data()));
         });

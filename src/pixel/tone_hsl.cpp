@@ -205,7 +205,7 @@ Bits cBitFilter::ReplaceHS(uint32_t colour, uint32_t newColour, int32_t hueToler
     const int32_t t = distanceThreshold(applyTolerance);
     constexpr int32_t kChunk = 256;
     float hue[kChunk], sat[kChunk];
-    return pointFilter([&](const uint8_t* src, uint8_t* dst, int32_t count) {
+    return pointFilter([&](const uint8_t* __restrict src, uint8_t* __restrict dst, int32_t count) {
         std::memcpy(dst, src, size_t(count) * 4u);
         for (int32_t start = 0; start < count; start += kChunk) {
             const int32_t n = std::min(kChunk, count - start);
@@ -248,7 +248,7 @@ Bits cBitFilter::RotateL(int32_t offset, int32_t steps) {
         uint32_t grey;
     };
     std::vector<Entry> cache(255001, Entry{std::numeric_limits<double>::quiet_NaN(), 0});
-    return pointFilter([&](const uint8_t* s, uint8_t* p, int32_t count) {
+    return pointFilter([&](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t count) {
         for (int32_t i = 0; i < count; ++i) {
             const uint32_t v = load32(s + 4 * i);
             const uint32_t b = v & 255u, g = (v >> 8) & 255u, r = (v >> 16) & 255u;

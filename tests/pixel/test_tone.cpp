@@ -11,6 +11,7 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <string>
 #include <tuple>
 #include <vector>
 
@@ -344,19 +345,26 @@ Bits referenceEqualize(const Bits& src) {
 }
 } // namespace
 
-// GreyScale and OLDPHOTO share the luminance kernel; their plain loops give the same bytes
-// on every colour, and OLDPHOTO keeps blue and channel 3 (of the every-colour picture).
-TEST(Tone, LuminanceFiltersPlainAndWideAgreeOnEveryColour) {
+// The filters with wide kernels give the bytes of their plain loops on every colour; and
+// OLDPHOTO keeps blue and channel 3 (of the every-colour picture).
+TEST(Tone, PlainAndWideKernelsAgreeOnEveryColour) {
     const Bits& src = everyColour();
-    for (auto op : {+[](cBitFilter& f) { return f.GreyScale(); },
-                    +[](cBitFilter& f) { return f.OLDPHOTO(); }}) {
-        Bits plain, wide;
+    std::vector<FilterCase> cases = {
+        {"GreyScale", [](cBitFilter& f) { return f.GreyScale(); }},
+        {"OLDPHOTO", [](cBitFilter& f) { return f.OLDPHOTO(); }},
+        {"SATURATION50", [](cBitFilter& f) { return f.SATURATION(50); }},
+        {"SATURATION37", [](cBitFilter& f) { return f.SATURATION(37); }},
+    };
+    for (int32_t mode = 0; mode <= 11; ++mode)
+        cases.push_back({"ClassyColors" + std::to_string(mode),
+                         [mode](cBitFilter& f) { return f.ClassyColors(mode); }});
+    for (const FilterCase& c : cases) {
+        Bits plain;
         {
             const KernelCeilingScope ceiling(tone::KernelWidth::Plain);
-            plain = run(src, op);
+            plain = run(src, c.op);
         }
-        wide = run(src, op);
-        EXPECT_TRUE(sameBits(plain, wide));
+        EXPECT_TRUE(sameBits(plain, run(src, c.op))) << c.name;
     }
     const Bits old = run(src, [](cBitFilter& f) { return f.OLDPHOTO(); });
     int64_t moved = 0;

@@ -26,14 +26,14 @@ using test::solidBits;
 
 // Records the colours the picker reports.
 class PickHost : public FakeHost {
-public:
+  public:
     std::vector<int32_t> picked;
     void ColorPicked(int32_t colour) override { picked.push_back(colour); }
 };
 
 // Each test's host; it records the colours the picker reports as well.
 class ToolTest : public ::testing::Test {
-protected:
+  protected:
     PickHost host;
 };
 using ToolCells = ToolTest;
@@ -44,29 +44,31 @@ using PasteTool = ToolTest;
 using ToolKeys = ToolTest;
 using ToolScroll = ToolTest;
 
-// Row strings of one channel: '#' for 255, '.' for 0, '+' for anything between.
-std::vector<std::string> shape(const Bits& b, int channel = 0) {
-    std::vector<std::string> out;
+using Rows = std::vector<std::string>;
+using Rects = std::vector<Rect>;
+
+// Row strings of one channel, each pixel's value mapped to a character by `mark`.
+template <class Mark> Rows rows(const Bits& b, int channel, Mark mark) {
+    Rows out;
     for (int y = 0; y < b.height(); ++y) {
         std::string r;
-        for (int x = 0; x < b.width(); ++x) {
-            const int v = b(channel, x, y);
-            r += v == 255 ? '#' : v == 0 ? '.' : '+';
-        }
+        for (int x = 0; x < b.width(); ++x)
+            r += mark(int(b(channel, x, y)));
         out.push_back(r);
     }
     return out;
 }
-
-// Row strings of one channel: '#' for any ink, '.' for none.
-std::vector<std::string> ink(const Bits& b) {
-    std::vector<std::string> out;
-    for (int y = 0; y < b.height(); ++y) {
-        std::string r;
-        for (int x = 0; x < b.width(); ++x) r += b(0, x, y) ? '#' : '.';
-        out.push_back(r);
-    }
-    return out;
+// '#' for 255, '.' for 0, '+' for anything between.
+Rows shape(const Bits& b, int channel = 0) {
+    return rows(b, channel, [](int v) { return v == 255 ? '#' : v == 0 ? '.' : '+'; });
+}
+// '#' for any ink, '.' for none.
+Rows ink(const Bits& b) {
+    return rows(b, 0, [](int v) { return v ? '#' : '.'; });
+}
+// The rectangles of the document's selection.
+Rects selected(fImage* doc) {
+    return doc->Region().Region()->rects();
 }
 
 // A document of the pixels at the zoom, made active (so cFilter holds its pixels, the
@@ -93,7 +95,9 @@ void mouse(fImage* doc, QEvent::Type type, QPoint pos, Qt::MouseButton button,
                   Qt::NoModifier);
     QCoreApplication::sendEvent(canvas, &e);
 }
-void hover(fImage* doc, QPoint pos) { mouse(doc, QEvent::MouseMove, pos, Qt::NoButton, Qt::NoButton); }
+void hover(fImage* doc, QPoint pos) {
+    mouse(doc, QEvent::MouseMove, pos, Qt::NoButton, Qt::NoButton);
+}
 void press(fImage* doc, QPoint pos, Qt::MouseButton b = Qt::LeftButton) {
     mouse(doc, QEvent::MouseButtonPress, pos, b, b);
 }
@@ -182,7 +186,7 @@ TEST_F(PaintTools, PencilClickIsOnePixelAndAStrokeJoinsItsPoints) {
     // coverage of (2, 2) is 254 of 255: 254, then 254 + 0.996 -> 255. Its neighbours get
     // a coverage that rounds to 0.
     click(doc, QPoint(2, 2));
-    EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{"......", "......", "..#...", "......"}));
+    EXPECT_EQ(shape(doc->bits()), (Rows{"......", "......", "..#...", "......"}));
     EXPECT_EQ(px(doc->bits(), 2, 2), (std::vector<int>{255, 255, 255}));
     EXPECT_EQ(doc->HistoryPosition(), 2);
     EXPECT_EQ(doc->History().ActionNames[1], "Pencil");
@@ -198,7 +202,7 @@ TEST_F(PaintTools, PencilClickIsOnePixelAndAStrokeJoinsItsPoints) {
     BitsLine(expected, all, done, 4, 0, 4, 3, 0xFFFFFF, 100);
     EXPECT_EQ(other->bits(), expected);
     EXPECT_NE(other->bits()(0, 2, 0), 0); // on the first line
-    EXPECT_EQ(other->bits()(0, 2, 2), 0);   // off both
+    EXPECT_EQ(other->bits()(0, 2, 2), 0); // off both
 }
 
 TEST_F(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
@@ -211,7 +215,7 @@ TEST_F(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
     fImage* doc = makeDocument(host, solidBits(6, 3, 0, 0, 0));
     stroke(doc, {QPoint(1, 1), QPoint(3, 1), QPoint(4, 1)});
     // Stamps every 0.1 pixel from (1, 1) to (3, 1), then on to (4, 1).
-    EXPECT_EQ(shape(doc->bits(), 2), (std::vector<std::string>{"......", ".####.", "......"}));
+    EXPECT_EQ(shape(doc->bits(), 2), (Rows{"......", ".####.", "......"}));
     EXPECT_EQ(px(doc->bits(), 2, 1), (std::vector<int>{0, 0, 255}));
     EXPECT_EQ(doc->HistoryPosition(), 2);
     EXPECT_EQ(doc->HistoryTop(), 2);
@@ -287,8 +291,7 @@ TEST_F(PaintTools, ShapeRectangleGoesFromThePressToTheMouse) {
     stroke(doc, {QPoint(1, 1), QPoint(5, 4), QPoint(3, 3)});
     // A 3 x 3 outline (anti-aliased: some ink, not all full); the larger one of the first
     // move is gone.
-    EXPECT_EQ(ink(doc->bits()),
-              (std::vector<std::string>{"......", ".###..", ".#.#..", ".###..", "......"}));
+    EXPECT_EQ(ink(doc->bits()), (Rows{"......", ".###..", ".#.#..", ".###..", "......"}));
 }
 
 TEST_F(PaintTools, FillWorksAtTheRelease) {
@@ -298,18 +301,16 @@ TEST_F(PaintTools, FillWorksAtTheRelease) {
     Settings.FillPressure = 100;
     Settings.ColorPrimary = 0x0000FF; // red
     Bits wall = solidBits(4, 3, 0, 0, 0);
-    for (int y = 0; y < 3; ++y) wall(0, 2, y) = wall(1, 2, y) = wall(2, 2, y) = 255;
+    for (int y = 0; y < 3; ++y)
+        wall(0, 2, y) = wall(1, 2, y) = wall(2, 2, y) = 255;
     fImage* doc = makeDocument(host, wall);
     pressAt(doc, QPoint(0, 1));
     EXPECT_EQ(doc->bits(), wall); // nothing before the release
     release(doc, QPoint(0, 1));
     // The black left of the white column turns red; the column and the right stay.
-    for (int y = 0; y < 3; ++y) {
-        EXPECT_EQ(px(doc->bits(), 0, y), (std::vector<int>{0, 0, 255}));
-        EXPECT_EQ(px(doc->bits(), 1, y), (std::vector<int>{0, 0, 255}));
-        EXPECT_EQ(px(doc->bits(), 2, y), (std::vector<int>{255, 255, 255}));
-        EXPECT_EQ(px(doc->bits(), 3, y), (std::vector<int>{0, 0, 0}));
-    }
+    EXPECT_EQ(shape(doc->bits(), 0), (Rows{"..#.", "..#.", "..#."}));
+    EXPECT_EQ(shape(doc->bits(), 1), (Rows{"..#.", "..#.", "..#."}));
+    EXPECT_EQ(shape(doc->bits(), 2), (Rows{"###.", "###.", "###."}));
     EXPECT_EQ(doc->History().ActionNames[1], "Fill");
     EXPECT_EQ(doc->HistoryPosition(), 2);
     EXPECT_EQ(host.filter.bits(), doc->bits());
@@ -323,7 +324,7 @@ TEST_F(PaintTools, FillOnlyInsideTheSelection) {
     doc->Region().CreateRect(1, 0, 3, 2, cBitRegion::ModeUnion, true);
     doc->SelectionChanged();
     click(doc, QPoint(1, 0));
-    EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{".##.", ".##."}));
+    EXPECT_EQ(shape(doc->bits()), (Rows{".##.", ".##."}));
 }
 
 TEST_F(PaintTools, GetColorReportsThePixelUnderTheMouse) {
@@ -386,27 +387,20 @@ TEST_F(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
     host.StampBits(0, 0, 1) = host.StampBits(1, 0, 1) = host.StampBits(2, 0, 1) = 0;
     host.StampBits(0, 1, 1) = host.StampBits(1, 1, 1) = host.StampBits(2, 1, 1) = 100;
     // Rows of the picture: '#' white, 'o' black, '.' the grey 20 it started as.
-    auto rows = [](const Bits& b) {
-        std::vector<std::string> out;
-        for (int y = 0; y < b.height(); ++y) {
-            std::string r;
-            for (int x = 0; x < b.width(); ++x) {
-                const int v = b(0, x, y);
-                r += v == 255 ? '#' : v == 0 ? 'o' : v == 20 ? '.' : '?';
-            }
-            out.push_back(r);
-        }
-        return out;
+    auto stamped = [](const Bits& b) {
+        return rows(b, 0, [](int v) {
+            return v == 255 ? '#' : v == 0 ? 'o' : v == 20 ? '.' : '?';
+        });
     };
     const Bits base = solidBits(6, 4, 20, 20, 20);
     fImage* doc = makeDocument(host, base);
     // Hot spot: half the size plus one, (2, 2): the stamp's top left is at (1, 1).
     pressAt(doc, QPoint(3, 3));
     EXPECT_EQ(doc->HotSpot, (fImage::ToolPoint{2, 2}));
-    EXPECT_EQ(rows(doc->bits()), (std::vector<std::string>{"......", ".##...", ".o....", "......"}));
+    EXPECT_EQ(stamped(doc->bits()), (Rows{"......", ".##...", ".o....", "......"}));
     drag(doc, QPoint(5, 3)); // stamps again at (3, 1); the first stays
     release(doc, QPoint(5, 3));
-    EXPECT_EQ(rows(doc->bits()), (std::vector<std::string>{"......", ".####.", ".o.o..", "......"}));
+    EXPECT_EQ(stamped(doc->bits()), (Rows{"......", ".####.", ".o.o..", "......"}));
     EXPECT_EQ(doc->History().ActionNames[1], "Stamp");
     EXPECT_EQ(doc->HistoryPosition(), 2);
 
@@ -414,7 +408,7 @@ TEST_F(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
     Settings.StampClearBack = kTrue16;
     fImage* live = makeDocument(host, base);
     stroke(live, {QPoint(3, 3), QPoint(5, 3)});
-    EXPECT_EQ(rows(live->bits()), (std::vector<std::string>{"......", "...##.", "...o..", "......"}));
+    EXPECT_EQ(stamped(live->bits()), (Rows{"......", "...##.", "...o..", "......"}));
 }
 
 TEST_F(PaintTools, RadialGradientShowsACircleAndPaintsRings) {
@@ -457,7 +451,8 @@ TEST_F(SelectTool, NewRectangleByDragReplacesTheSelection) {
     EXPECT_EQ(host.panels["Position"], "1, 1  3 x 2");
     release(doc, QPoint(1, 1));
     EXPECT_FALSE(doc->Rubber().rectVisible);
-    EXPECT_EQ(doc->Region().GetData(), (std::vector<int32_t>{32, 1, 1, 16, 1, 1, 4, 3, 1, 1, 4, 3}));
+    EXPECT_EQ(doc->Region().GetData(),
+              (std::vector<int32_t>{32, 1, 1, 16, 1, 1, 4, 3, 1, 1, 4, 3}));
     EXPECT_EQ(host.filter.region(), &doc->EffectiveRegion());
     EXPECT_TRUE(doc->SelectionTimerActive());
     EXPECT_EQ(doc->HistoryPosition(), 1); // a selection is no undo state
@@ -466,13 +461,11 @@ TEST_F(SelectTool, NewRectangleByDragReplacesTheSelection) {
     Settings.SelectMode = 0;
     pressAt(doc, QPoint(6, 4));
     release(doc, QPoint(9, 8));
-    EXPECT_EQ(doc->Region().Region()->rects(),
-              (std::vector<Rect>{{1, 1, 4, 3}, {6, 4, 8, 6}}));
+    EXPECT_EQ(selected(doc), (Rects{{1, 1, 4, 3}, {6, 4, 8, 6}}));
     Settings.SelectMode = 1;
     press(doc, QPoint(2, 0));
     release(doc, QPoint(3, 6));
-    EXPECT_EQ(doc->Region().Region()->rects(),
-              (std::vector<Rect>{{1, 1, 2, 3}, {3, 1, 4, 3}, {6, 4, 8, 6}}));
+    EXPECT_EQ(selected(doc), (Rects{{1, 1, 2, 3}, {3, 1, 4, 3}, {6, 4, 8, 6}}));
 }
 
 TEST_F(SelectTool, EllipseBoxTakesTheGreaterEdgePlusOne) {
@@ -515,7 +508,7 @@ TEST_F(SelectTool, PolygonTakesPointsBySpaceAndEndsAtTheRelease) {
     EXPECT_EQ(doc->Rubber().lines[0], QLine(1, 1, 5, 1));
     EXPECT_EQ(doc->Rubber().lines[2], QLine(5, 4, 1, 4));
     release(doc, QPoint(2, 2)); // the release point is no corner
-    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{1, 1, 5, 4}}));
+    EXPECT_EQ(selected(doc), (Rects{{1, 1, 5, 4}}));
     EXPECT_TRUE(doc->PolygonPoints.empty());
     EXPECT_EQ(doc->Rubber().lines.size(), 1u);
     EXPECT_FALSE(doc->Rubber().lineVisible[0]);
@@ -528,7 +521,7 @@ TEST_F(SelectTool, FreeHandAddsThePixelsPassedOver) {
     fImage* doc = makeDocument(host, solidBits(6, 4, 0, 0, 0));
     // The last point is outside: cut away.
     stroke(doc, {QPoint(1, 1), QPoint(2, 1), QPoint(2, 2), QPoint(9, 2)});
-    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{1, 1, 3, 2}, {2, 2, 3, 3}}));
+    EXPECT_EQ(selected(doc), (Rects{{1, 1, 3, 2}, {2, 2, 3, 3}}));
 }
 
 TEST_F(SelectionMoveTool, SelectionOnlyMovesTheRegionAndCropsAtTheRelease) {
@@ -537,16 +530,16 @@ TEST_F(SelectionMoveTool, SelectionOnlyMovesTheRegionAndCropsAtTheRelease) {
     fImage* doc = makeDocument(host, numbered(6, 6));
     doc->Region().CreateRect(1, 1, 3, 3, cBitRegion::ModeUnion, true);
     stroke(doc, {QPoint(0, 0), QPoint(1, 0)}); // pressed outside the selection: nothing moves
-    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{1, 1, 3, 3}}));
+    EXPECT_EQ(selected(doc), (Rects{{1, 1, 3, 3}}));
 
     pressAt(doc, QPoint(1, 1));
     EXPECT_TRUE(doc->MovingSelection);
     drag(doc, QPoint(3, 2));
-    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{3, 2, 5, 4}}));
+    EXPECT_EQ(selected(doc), (Rects{{3, 2, 5, 4}}));
     drag(doc, QPoint(5, 5)); // past the image's corner
-    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{5, 5, 7, 7}}));
+    EXPECT_EQ(selected(doc), (Rects{{5, 5, 7, 7}}));
     release(doc, QPoint(5, 5));
-    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{5, 5, 6, 6}}));
+    EXPECT_EQ(selected(doc), (Rects{{5, 5, 6, 6}}));
     EXPECT_FALSE(doc->MovingSelection);
     EXPECT_EQ(doc->bits(), numbered(6, 6)); // the pixels stay
 }
@@ -558,11 +551,11 @@ TEST_F(SelectionMoveTool, AKeyReleasedWhileMovingCropsTheSelection) {
     doc->Region().CreateRect(0, 0, 2, 2, cBitRegion::ModeUnion, true);
     pressAt(doc, QPoint(1, 1));
     drag(doc, QPoint(3, 3));
-    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{2, 2, 4, 4}}));
+    EXPECT_EQ(selected(doc), (Rects{{2, 2, 4, 4}}));
     drag(doc, QPoint(4, 4)); // past the image, still held
-    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{3, 3, 5, 5}}));
+    EXPECT_EQ(selected(doc), (Rects{{3, 3, 5, 5}}));
     key(doc, Qt::Key_Shift);
-    EXPECT_EQ(doc->Region().Region()->rects(), (std::vector<Rect>{{3, 3, 4, 4}}));
+    EXPECT_EQ(selected(doc), (Rects{{3, 3, 4, 4}}));
     release(doc, QPoint(4, 4));
 }
 
@@ -583,7 +576,8 @@ TEST_F(SelectionMoveTool, ContentMovePaintsTheLiftedPixelsAtTheMouse) {
     Bits expected = numbered(6, 5);
     for (int y = 0; y < 2; ++y)
         for (int x = 0; x < 2; ++x)
-            for (int c = 0; c < 3; ++c) expected(c, 3 + x, 2 + y) = numbered(6, 5)(c, 1 + x, 1 + y);
+            for (int c = 0; c < 3; ++c)
+                expected(c, 3 + x, 2 + y) = numbered(6, 5)(c, 1 + x, 1 + y);
     EXPECT_EQ(doc->bits(), expected);
     EXPECT_EQ(doc->bits()(0, 3, 2), 12); // blue of (1, 1)
     EXPECT_EQ(doc->bits()(0, 4, 3), 23); // blue of (2, 2)
@@ -637,19 +631,19 @@ TEST_F(PasteTool, PasteFollowsTheMouseAndALeftClickFixesItAsOneStep) {
     hover(doc, QPoint(3, 3));
     EXPECT_EQ(doc->HotSpot, (fImage::ToolPoint{2, 2}));
     EXPECT_EQ(shape(doc->bits()),
-              (std::vector<std::string>{"......", ".##...", ".#....", "......", "......", "......"}));
+              (Rows{"......", ".##...", ".#....", "......", "......", "......"}));
     hover(doc, QPoint(4, 4));
     EXPECT_EQ(shape(doc->bits()),
-              (std::vector<std::string>{"......", "......", "..##..", "..#...", "......", "......"}));
+              (Rows{"......", "......", "..##..", "..#...", "......", "......"}));
     key(doc, Qt::Key_Right); // the keys move it as well
     EXPECT_EQ(doc->LastPoint, (fImage::ToolPoint{5, 4}));
     EXPECT_EQ(shape(doc->bits()),
-              (std::vector<std::string>{"......", "......", "...##.", "...#..", "......", "......"}));
+              (Rows{"......", "......", "...##.", "...#..", "......", "......"}));
     press(doc, QPoint(5, 4));
     release(doc, QPoint(5, 4));
     EXPECT_FALSE(host.PendingPaste);
     EXPECT_EQ(shape(doc->bits()),
-              (std::vector<std::string>{"......", "......", "...##.", "...#..", "......", "......"}));
+              (Rows{"......", "......", "...##.", "...#..", "......", "......"}));
     EXPECT_EQ(doc->HistoryPosition(), 2);
     EXPECT_EQ(doc->History().ActionNames[1], "Paste");
     EXPECT_EQ(host.filter.bits(), doc->bits());
@@ -690,7 +684,7 @@ TEST_F(PasteTool, SpaceFixesThePasteAndItGoesOnFollowing) {
     key(doc, Qt::Key_Down);
     // The first copy stays, the second follows.
     EXPECT_EQ(shape(doc->bits()),
-              (std::vector<std::string>{"##....", "#.....", "##....", "#.....", "......", "......"}));
+              (Rows{"##....", "#.....", "##....", "#.....", "......", "......"}));
 }
 
 // --- Keys ---------------------------------------------------------------------------------
@@ -722,12 +716,12 @@ TEST_F(ToolKeys, SpaceWithTheTextToolStampsAgain) {
     fImage* doc = makeDocument(host, solidBits(4, 4, 0, 0, 0));
     // Hot spot: half the size plus one, (1, 1): the mask lands up and left of the mouse.
     pressAt(doc, QPoint(2, 2));
-    EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{"....", ".#..", "....", "...."}));
+    EXPECT_EQ(shape(doc->bits()), (Rows{"....", ".#..", "....", "...."}));
     drag(doc, QPoint(3, 3));
-    EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{"....", "....", "..#.", "...."}));
+    EXPECT_EQ(shape(doc->bits()), (Rows{"....", "....", "..#.", "...."}));
     key(doc, Qt::Key_Space); // fixed here, and stamped on
     drag(doc, QPoint(3, 2));
-    EXPECT_EQ(shape(doc->bits()), (std::vector<std::string>{"....", "..#.", "..#.", "...."}));
+    EXPECT_EQ(shape(doc->bits()), (Rows{"....", "..#.", "..#.", "...."}));
     EXPECT_EQ(doc->HistoryPosition(), 2);
     EXPECT_EQ(doc->History().ActionNames[1], "Text");
     release(doc, QPoint(3, 2));

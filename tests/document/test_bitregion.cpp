@@ -13,6 +13,7 @@
 #include <limits>
 #include <random>
 #include <string>
+#include <tuple>
 #include <vector>
 
 namespace ostrivex {
@@ -36,14 +37,19 @@ void writeBytes(const std::string& path, const std::vector<uint8_t>& bytes) {
     out.write(reinterpret_cast<const char*>(bytes.data()), std::streamsize(bytes.size()));
 }
 
-void writeElements(const std::string& path, const Data& elements) {
+// The elements as a selection file holds them: four bytes each, little-endian.
+std::vector<uint8_t> elementBytes(const Data& elements) {
     std::vector<uint8_t> bytes;
     for (int32_t e : elements) {
         const uint32_t v = uint32_t(e);
         bytes.insert(bytes.end(),
                      {uint8_t(v), uint8_t(v >> 8), uint8_t(v >> 16), uint8_t(v >> 24)});
     }
-    writeBytes(path, bytes);
+    return bytes;
+}
+
+void writeElements(const std::string& path, const Data& elements) {
+    writeBytes(path, elementBytes(elements));
 }
 
 TEST(BitRegion, UnionAndDifferenceBuildBandedData) {
@@ -270,17 +276,18 @@ TEST(BitRegion, AntBrushes) {
     EXPECT_EQ(sel.CurrentAntBrush()[0], 240);
 
     // 240 = 11110000: the four left pixels of the top row are set. 120 = 01111000.
-    const cBitRegion::AntBrush& b0 = sel.AntBrushAt(0);
-    EXPECT_TRUE(cBitRegion::AntBit(b0, 0, 0));
-    EXPECT_TRUE(cBitRegion::AntBit(b0, 3, 0));
-    EXPECT_FALSE(cBitRegion::AntBit(b0, 4, 0));
-    EXPECT_FALSE(cBitRegion::AntBit(b0, 0, 1));
-    EXPECT_TRUE(cBitRegion::AntBit(b0, 1, 1));
     // The pattern repeats every eight pixels, below zero too: (0, -1) is row 7, 225 =
     // 11100001, left bit set; (-1, 0) is column 7 of 240, clear.
-    EXPECT_TRUE(cBitRegion::AntBit(b0, 9, 9));
-    EXPECT_TRUE(cBitRegion::AntBit(b0, 0, -1));
-    EXPECT_FALSE(cBitRegion::AntBit(b0, -1, 0));
+    const cBitRegion::AntBrush& b0 = sel.AntBrushAt(0);
+    for (auto [x, y, set] : {std::tuple{0, 0, true},
+                             {3, 0, true},
+                             {4, 0, false},
+                             {0, 1, false},
+                             {1, 1, true},
+                             {9, 9, true},
+                             {0, -1, true},
+                             {-1, 0, false}})
+        EXPECT_EQ(cBitRegion::AntBit(b0, x, y), set) << x << "," << y;
 }
 
 TEST(BitRegion, SelectionFileBytes) {
@@ -362,13 +369,7 @@ TEST(BitRegion, DamagedFilesGiveNoSelection) {
                sel.GetDataCount() == 0 && EffectiveRegion(sel) == Region::rect(0, 0, 10, 10);
     };
     auto elementsLoadToNothing = [&](const Data& elements) {
-        std::vector<uint8_t> bytes;
-        for (int32_t e : elements) {
-            const uint32_t v = uint32_t(e);
-            bytes.insert(bytes.end(),
-                         {uint8_t(v), uint8_t(v >> 8), uint8_t(v >> 16), uint8_t(v >> 24)});
-        }
-        return loadsToNothing(bytes);
+        return loadsToNothing(elementBytes(elements));
     };
     const int32_t maxI = std::numeric_limits<int32_t>::max();
 
@@ -414,11 +415,8 @@ TEST(BitRegion, DamagedFilesGiveNoSelection) {
     // never a crash, a refused file leaves no selection, an accepted one holds exactly the
     // file's elements. A fresh file each time: rewriting one file in place makes the file
     // system flush it, which is slow.
-    std::vector<uint8_t> good;
-    for (int32_t e : Data{32, 1, 3, 48, 1, 1, 8, 6, 1, 1, 5, 2, 1, 2, 8, 4, 3, 4, 8, 6}) {
-        const uint32_t v = uint32_t(e);
-        good.insert(good.end(), {uint8_t(v), uint8_t(v >> 8), uint8_t(v >> 16), uint8_t(v >> 24)});
-    }
+    const std::vector<uint8_t> good =
+        elementBytes({32, 1, 3, 48, 1, 1, 8, 6, 1, 1, 5, 2, 1, 2, 8, 4, 3, 4, 8, 6});
     std::mt19937 rng(20261122);
     int accepted = 0, refused = 0;
     for (int i = 0; i < 600; ++i) {

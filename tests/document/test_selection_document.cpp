@@ -14,6 +14,8 @@
 
 #include <gtest/gtest.h>
 
+#include <functional>
+
 namespace ostrivex {
 namespace {
 
@@ -35,18 +37,24 @@ QImage outline(const cBitRegion& selection, int w, int h, int x, int y) {
     return img;
 }
 
-// Row strings: '.' grey, 'W' white, 'B' black.
-std::vector<std::string> rows(const QImage& img) {
-    std::vector<std::string> out;
-    for (int y = 0; y < img.height(); ++y) {
+using Rows = std::vector<std::string>;
+
+// Row strings of the top left w x h of an image: 'W' white, 'B' black, '.' the background
+// colour of the pixel (grey, or the one `background` gives), '?' anything else.
+Rows rows(const QImage& img, int w, int h, std::function<QRgb(int, int)> background) {
+    Rows out;
+    for (int y = 0; y < h; ++y) {
         std::string r;
-        for (int x = 0; x < img.width(); ++x) {
+        for (int x = 0; x < w; ++x) {
             const QRgb c = img.pixel(x, y);
-            r += c == kGrey ? '.' : c == kWhite ? 'W' : c == kBlack ? 'B' : '?';
+            r += c == background(x, y) ? '.' : c == kWhite ? 'W' : c == kBlack ? 'B' : '?';
         }
         out.push_back(r);
     }
     return out;
+}
+Rows rows(const QImage& img) {
+    return rows(img, img.width(), img.height(), [](int, int) { return kGrey; });
 }
 
 TEST(SelectionOutline, FramePixelsTakeTheAntPattern) {
@@ -54,19 +62,19 @@ TEST(SelectionOutline, FramePixelsTakeTheAntPattern) {
     sel.Init(0, 0, 6, 6);
     // Nothing selected: nothing drawn.
     EXPECT_EQ(rows(outline(sel, 6, 6, 0, 0)),
-              (std::vector<std::string>{"......", "......", "......", "......", "......", "......"}));
+              (Rows{"......", "......", "......", "......", "......", "......"}));
 
     // A 4 x 4 square at (1, 1): its border ring of 12 pixels. Brush 0 rows 1 to 4 are
     // 01111000, 00111100, 00011110, 00001111 (a set bit white).
     sel.CreateRect(1, 1, 5, 5, cBitRegion::ModeUnion, false);
     EXPECT_EQ(rows(outline(sel, 6, 6, 0, 0)),
-              (std::vector<std::string>{"......", ".WWWW.", ".B..W.", ".B..W.", ".BBBW.", "......"}));
+              (Rows{"......", ".WWWW.", ".B..W.", ".B..W.", ".BBBW.", "......"}));
 
     // Phase 1 takes row i + 1 of brush 0 as row i: rows 1 to 4 read 00111100, 00011110,
     // 00001111, 10000111.
     sel.RotateBrush();
     EXPECT_EQ(rows(outline(sel, 6, 6, 0, 0)),
-              (std::vector<std::string>{"......", ".BWWW.", ".B..W.", ".B..W.", ".BBBB.", "......"}));
+              (Rows{"......", ".BWWW.", ".B..W.", ".B..W.", ".BBBB.", "......"}));
 
     // The outline is drawn at the zoom, moved by the scroll: one pixel at zoom 2 is the
     // square (2, 2)-(4, 4), drawn one pixel left. Phase 0 rows 2 and 3: 00111100, 00011110.
@@ -74,8 +82,7 @@ TEST(SelectionOutline, FramePixelsTakeTheAntPattern) {
     one.Init(0, 0, 3, 3);
     one.CreateRect(1, 1, 2, 2, cBitRegion::ModeUnion, false);
     one.SetZoomFactor(2.0f);
-    EXPECT_EQ(rows(outline(one, 5, 5, -1, 0)),
-              (std::vector<std::string>{".....", ".....", ".BW..", ".BB..", "....."}));
+    EXPECT_EQ(rows(outline(one, 5, 5, -1, 0)), (Rows{".....", ".....", ".BW..", ".BB..", "....."}));
 
     // An L shape: the inner corner pixel (1, 1) of the filled part touches the cut-out
     // square on its right and below only diagonally, so it stays inside.
@@ -84,8 +91,7 @@ TEST(SelectionOutline, FramePixelsTakeTheAntPattern) {
     ell.CreateRect(0, 0, 3, 3, cBitRegion::ModeUnion, false);
     ell.CreateRect(2, 2, 3, 3, cBitRegion::ModeDifference, false);
     // Rows of brush 0 at y 0 to 2: 11110000, 01111000, 00111100.
-    EXPECT_EQ(rows(outline(ell, 4, 4, 0, 0)),
-              (std::vector<std::string>{"WWW.", "B.W.", "BB..", "...."}));
+    EXPECT_EQ(rows(outline(ell, 4, 4, 0, 0)), (Rows{"WWW.", "B.W.", "BB..", "...."}));
 }
 
 TEST(SelectionDocument, FilterRegionZoomAndSizeChanges) {
@@ -170,16 +176,8 @@ TEST(SelectionDocument, AntsCrawlOnTheTimerAndShowOnTheCanvas) {
     ASSERT_GE(canvas.width(), 6);
     ASSERT_GE(canvas.height(), 5);
     auto picture = [](int x, int y) { return qRgb(3, 2, 10 * x + y + 1); };
-    EXPECT_EQ(canvas.pixel(0, 0), picture(0, 0));
-    EXPECT_EQ(canvas.pixel(1, 1), kBlack);
-    EXPECT_EQ(canvas.pixel(3, 1), kWhite);
-    EXPECT_EQ(canvas.pixel(4, 1), kWhite);
-    EXPECT_EQ(canvas.pixel(1, 2), kBlack);
-    EXPECT_EQ(canvas.pixel(2, 2), picture(2, 2)); // inside
-    EXPECT_EQ(canvas.pixel(4, 2), kWhite);
-    EXPECT_EQ(canvas.pixel(1, 3), kBlack);
-    EXPECT_EQ(canvas.pixel(4, 3), kBlack);
-    EXPECT_EQ(canvas.pixel(5, 3), picture(5, 3)); // outside
+    EXPECT_EQ(rows(canvas, 6, 5, picture),
+              (Rows{"......", ".BBWW.", ".B..W.", ".BBBB.", "......"}));
 
     // The timer turns the phase by itself.
     QElapsedTimer clock;

@@ -65,16 +65,15 @@ TEST_F(HostileFiles, EmptyAndGarbageFiles) {
     uint32_t s = 7;
     for (auto& b : noise)
         b = uint8_t((s = s * 1103515245u + 12345u) >> 23);
-    for (const char* ext : kTableExtensions) {
-        expectFailure(make("empty", ext, {}), ext, false, "empty");
-        expectFailure(make("text", ext, garbage), ext, false, "text");
-        expectFailure(make("noise", ext, noise), ext, false, "noise");
-    }
-    for (const char* ext : kPictureExtensions) {
-        expectFailure(make("empty", ext, {}), ext, true, "empty");
-        expectFailure(make("text", ext, garbage), ext, true, "text");
-        expectFailure(make("noise", ext, noise), ext, true, "noise");
-    }
+    auto each = [&](const char* ext, bool picture) {
+        expectFailure(make("empty", ext, {}), ext, picture, "empty");
+        expectFailure(make("text", ext, garbage), ext, picture, "text");
+        expectFailure(make("noise", ext, noise), ext, picture, "noise");
+    };
+    for (const char* ext : kTableExtensions)
+        each(ext, false);
+    for (const char* ext : kPictureExtensions)
+        each(ext, true);
     // A name that does not exist at all.
     expectFailure(dir_.file("missing.png"), "png", false, "missing");
     expectFailure(dir_.file("missing.gif"), "gif", true, "missing");
@@ -103,7 +102,6 @@ TEST_F(HostileFiles, TruncatedFiles) {
         std::string path;
     };
     ScratchDir& d = dir_;
-    const std::string src = d.file("pattern.ppm");
     ASSERT_TRUE(imageMagick("-size 64x48 gradient:red-blue " + d.file("big.ppm")));
     const std::string big = d.file("big.ppm");
     std::vector<Sample> samples = {
@@ -121,18 +119,10 @@ TEST_F(HostileFiles, TruncatedFiles) {
         const char* ext;
         const char* prefix;
     };
-    for (const Made& m : std::initializer_list<Made>{{"bmp", "bmp3:"},
-                                                     {"jpg", "jpeg:"},
-                                                     {"png", "png24:"},
-                                                     {"pcx", "pcx:"},
-                                                     {"psd", "psd:"},
-                                                     {"ras", "sun:"},
-                                                     {"tga", "tga:"},
-                                                     {"tif", "tiff:"},
-                                                     {"pgm", "pgm:"},
-                                                     {"pbm", "pbm:"},
-                                                     {"gif", "gif:"},
-                                                     {"rgb", "sgi:"}}) {
+    const Made made[] = {{"bmp", "bmp3:"}, {"jpg", "jpeg:"}, {"png", "png24:"}, {"pcx", "pcx:"},
+                         {"psd", "psd:"},  {"ras", "sun:"},  {"tga", "tga:"},   {"tif", "tiff:"},
+                         {"pgm", "pgm:"},  {"pbm", "pbm:"},  {"gif", "gif:"},   {"rgb", "sgi:"}};
+    for (const Made& m : made) {
         const std::string out = d.file(std::string("full.") + m.ext);
         ASSERT_TRUE(imageMagick(big + " " + m.prefix + out)) << m.ext;
         samples.push_back({m.ext, out});

@@ -118,24 +118,22 @@ TEST(fNew, BackgroundChoices) {
 }
 
 TEST(ImageProperties, TextsOfTheLists) {
-    EXPECT_EQ(DepthText(1), "Black & White");
-    EXPECT_EQ(DepthText(2), "4 Colors");
-    EXPECT_EQ(DepthText(4), "16 Colors");
-    EXPECT_EQ(DepthText(7), "128 Colors");
-    EXPECT_EQ(DepthText(8), "256 Colors");
-    EXPECT_EQ(DepthText(15), "32668 Colors");
-    EXPECT_EQ(DepthText(16), "65336 Colors");
-    EXPECT_EQ(DepthText(24), "16777216 Colors (True Color)");
-    EXPECT_EQ(DepthText(32), "4294967296 Colors (High Color)");
-    EXPECT_EQ(DepthText(9), "");
-    EXPECT_EQ(DepthText(48), "");
-    EXPECT_EQ(AttributeText(0), "Normal");
-    EXPECT_EQ(AttributeText(32), "Normal, Archive");
-    EXPECT_EQ(AttributeText(33), "Archive, Read Only");
-    EXPECT_EQ(AttributeText(35), "Archive, Read Only, Hidden");
-    EXPECT_EQ(AttributeText(37), "Archive, Read Only, System");
-    EXPECT_EQ(AttributeText(39), "Archive, Read Only, Hidden, System");
-    EXPECT_EQ(AttributeText(3), "");
+    using Texts = std::vector<std::string>;
+    // The texts `f` gives for each of `inputs`, in order.
+    auto texts = [](auto f, std::initializer_list<int> inputs) {
+        Texts out;
+        for (int in : inputs)
+            out.push_back(f(in));
+        return out;
+    };
+    EXPECT_EQ(texts(DepthText, {1, 2, 4, 7, 8, 15, 16, 24, 32, 9, 48}),
+              (Texts{"Black & White", "4 Colors", "16 Colors", "128 Colors", "256 Colors",
+                     "32668 Colors", "65336 Colors", "16777216 Colors (True Color)",
+                     "4294967296 Colors (High Color)", "", ""}));
+    EXPECT_EQ(
+        texts(AttributeText, {0, 32, 33, 35, 37, 39, 3}),
+        (Texts{"Normal", "Normal, Archive", "Archive, Read Only", "Archive, Read Only, Hidden",
+               "Archive, Read Only, System", "Archive, Read Only, Hidden, System", ""}));
     // Every key of the type table has a text, and nothing else has.
     for (const char* ext :
          {"psp",  "pic",  "pix",  "pxr",  "xpm",  "raw",  "dcx",  "dds", "lif", "wal", "mdl",
@@ -148,11 +146,8 @@ TEST(ImageProperties, TextsOfTheLists) {
     EXPECT_EQ(FileTypeText("olf"), "");
     EXPECT_EQ(FileTypeText("PNG"), FileTypeText("png"));
     // Kilobytes rounded to nearest, halves to even.
-    EXPECT_EQ(SizeText(0), "0 KB");
-    EXPECT_EQ(SizeText(511), "0 KB");
-    EXPECT_EQ(SizeText(1536), "2 KB");
-    EXPECT_EQ(SizeText(2560), "2 KB");
-    EXPECT_EQ(SizeText(30054), "29 KB");
+    EXPECT_EQ(texts(SizeText, {0, 511, 1536, 2560, 30054}),
+              (Texts{"0 KB", "0 KB", "2 KB", "2 KB", "29 KB"}));
 }
 
 TEST(ImageProperties, FactsOfAFile) {

@@ -6,6 +6,7 @@
 #include "app/settings/settings.h"
 #include "document/dialogs.h"
 #include "document/fake_host.h"
+#include "document/paint/paint_test_util.h"
 #include "imagefile/imagefile.h"
 
 #include <gtest/gtest.h>
@@ -54,7 +55,8 @@ Bits sample() {
     Bits b(3, 2);
     for (int y = 0; y < 2; ++y)
         for (int x = 0; x < 3; ++x)
-            for (int c = 0; c < 3; ++c) b(c, x, y) = uint8_t(40 * c + 10 * x + 3 * y + 5);
+            for (int c = 0; c < 3; ++c)
+                b(c, x, y) = uint8_t(40 * c + 10 * x + 3 * y + 5);
     return b;
 }
 
@@ -78,7 +80,9 @@ TEST(DocumentFiles, OpenRefuseASecondOpenAndSaveUnderAnotherExtension) {
     const fs::path slot0 = doc->History().SlotFileName(0);
     ASSERT_TRUE(fs::exists(slot0));
     EXPECT_EQ(fs::file_size(slot0), 208u);
-    EXPECT_EQ(slot0.filename().string(), "b" + QString::number(doc->HistoryId()).rightJustified(4, '0').toStdString() + "00.dat");
+    EXPECT_EQ(slot0.filename().string(),
+              "b" + QString::number(doc->HistoryId()).rightJustified(4, '0').toStdString() +
+                  "00.dat");
     EXPECT_EQ(host.paste.History()->EntryCaption(0), "Original");
     EXPECT_EQ(FieldText(Settings.OpenFolder), (dir + "/").toStdString());
     EXPECT_EQ(FieldText(Settings.RecentFiles[0]), png.toStdString());
@@ -206,19 +210,11 @@ TEST(DocumentFiles, AFileNoLoaderServesEndsInTheErrorMessage) {
     EXPECT_TRUE(dialogs.informed.isEmpty());
 }
 
-} // namespace
-} // namespace ostrivex
-
-namespace ostrivex {
-namespace {
-
 TEST(DocumentFiles, ThePreviewsPixelsServeOnlyTheFileItLoaded) {
-    test::FakeHost host;
+    FakeHost host;
     DialogRecorder dialogs;
     const QString dir = freshFolder("preview");
-    Bits other(3, 2);
-    for (int y = 0; y < 2; ++y)
-        for (int x = 0; x < 3; ++x) other(0, x, y) = 200;
+    const Bits other = test::solidBits(3, 2, 200, 0, 0);
     ASSERT_TRUE(SaveImageFile(sample(), (dir + "/a.png").toStdString(), "png").ok);
     ASSERT_TRUE(SaveImageFile(other, (dir + "/b.png").toStdString(), "png").ok);
 
@@ -240,17 +236,11 @@ TEST(DocumentFiles, ThePreviewsPixelsServeOnlyTheFileItLoaded) {
 }
 
 TEST(DocumentFiles, ANewDocumentIsFilledAndSavedAsItsFirstState) {
-    test::FakeHost host;
+    FakeHost host;
     fImage* doc = NewDocument(4, 3, false, 0x00332211u);
     ASSERT_NE(doc, nullptr);
     ASSERT_EQ(host.docs.size(), 1u);
-    Bits expected(4, 3);
-    for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 4; ++x) {
-            expected(0, x, y) = 0x33;
-            expected(1, x, y) = 0x22;
-            expected(2, x, y) = 0x11;
-        }
+    const Bits expected = test::solidBits(4, 3, 0x33, 0x22, 0x11);
     EXPECT_EQ(doc->GetBits(), expected);
     EXPECT_EQ(doc->FileName, "New.bmp");
     EXPECT_EQ(doc->Caption(), QString("Image%1").arg(doc->HistoryId()));

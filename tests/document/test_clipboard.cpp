@@ -34,11 +34,7 @@ Bits numbered(int w, int h) {
 }
 
 fImage* makeDocument(FakeHost& host, Bits pixels) {
-    auto* doc = new fImage;
-    host.AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    doc->resize(200, 200);
-    doc->PBits(std::move(pixels));
+    fImage* doc = test::makeDocument(host, std::move(pixels), 200, 200);
     doc->SaveUndoBits(QStringLiteral("Original"));
     host.filter.SetBits(doc->bits());
     doc->GiveFilterRegion(true);

@@ -55,8 +55,7 @@ Bits sample() {
     Bits b(3, 2);
     for (int y = 0; y < 2; ++y)
         for (int x = 0; x < 3; ++x)
-            for (int c = 0; c < 3; ++c)
-                b(c, x, y) = uint8_t(40 * c + 10 * x + 3 * y + 5);
+            for (int c = 0; c < 3; ++c) b(c, x, y) = uint8_t(40 * c + 10 * x + 3 * y + 5);
     return b;
 }
 
@@ -80,9 +79,7 @@ TEST(DocumentFiles, OpenRefuseASecondOpenAndSaveUnderAnotherExtension) {
     const fs::path slot0 = doc->History().SlotFileName(0);
     ASSERT_TRUE(fs::exists(slot0));
     EXPECT_EQ(fs::file_size(slot0), 208u);
-    EXPECT_EQ(slot0.filename().string(),
-              "b" + QString::number(doc->HistoryId()).rightJustified(4, '0').toStdString() +
-                  "00.dat");
+    EXPECT_EQ(slot0.filename().string(), "b" + QString::number(doc->HistoryId()).rightJustified(4, '0').toStdString() + "00.dat");
     EXPECT_EQ(host.paste.History()->EntryCaption(0), "Original");
     EXPECT_EQ(FieldText(Settings.OpenFolder), (dir + "/").toStdString());
     EXPECT_EQ(FieldText(Settings.RecentFiles[0]), png.toStdString());

@@ -44,8 +44,7 @@ std::array<int32_t, 4> bars(fImage* doc) {
 // The captions of the history list, top to bottom.
 QStringList captions(HistoryList* list) {
     QStringList out;
-    for (int i = 0; i < list->EntryCount(); ++i)
-        out << list->EntryCaption(i);
+    for (int i = 0; i < list->EntryCount(); ++i) out << list->EntryCaption(i);
     return out;
 }
 
@@ -379,8 +378,7 @@ TEST(fImage, CloseQuestionAndUnload) {
     a->SaveUndoBits("Brush");
     EXPECT_FALSE(a->QueryUnload());
     ASSERT_EQ(asked.size(), 1);
-    EXPECT_EQ(asked[0],
-              "Ostrivex|/pics/a.png\n\nThis image has changed.\nDo you want to save it ?");
+    EXPECT_EQ(asked[0], "Ostrivex|/pics/a.png\n\nThis image has changed.\nDo you want to save it ?");
     EXPECT_EQ(host.docs.size(), 2u);
 
     answer = QMessageBox::Yes;

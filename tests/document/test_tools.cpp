@@ -26,14 +26,14 @@ using test::solidBits;
 
 // Records the colours the picker reports.
 class PickHost : public FakeHost {
-  public:
+public:
     std::vector<int32_t> picked;
     void ColorPicked(int32_t colour) override { picked.push_back(colour); }
 };
 
 // Each test's host; it records the colours the picker reports as well.
 class ToolTest : public ::testing::Test {
-  protected:
+protected:
     PickHost host;
 };
 using ToolCells = ToolTest;
@@ -52,8 +52,7 @@ template <class Mark> Rows rows(const Bits& b, int channel, Mark mark) {
     Rows out;
     for (int y = 0; y < b.height(); ++y) {
         std::string r;
-        for (int x = 0; x < b.width(); ++x)
-            r += mark(int(b(channel, x, y)));
+        for (int x = 0; x < b.width(); ++x) r += mark(int(b(channel, x, y)));
         out.push_back(r);
     }
     return out;
@@ -63,13 +62,9 @@ Rows shape(const Bits& b, int channel = 0) {
     return rows(b, channel, [](int v) { return v == 255 ? '#' : v == 0 ? '.' : '+'; });
 }
 // '#' for any ink, '.' for none.
-Rows ink(const Bits& b) {
-    return rows(b, 0, [](int v) { return v ? '#' : '.'; });
-}
+Rows ink(const Bits& b) { return rows(b, 0, [](int v) { return v ? '#' : '.'; }); }
 // The rectangles of the document's selection.
-Rects selected(fImage* doc) {
-    return doc->Region().Region()->rects();
-}
+Rects selected(fImage* doc) { return doc->Region().Region()->rects(); }
 
 // A document of the pixels at the zoom, made active (so cFilter holds its pixels, the
 // stroke base), with its first undo state saved. The panel is larger than the picture.
@@ -95,9 +90,7 @@ void mouse(fImage* doc, QEvent::Type type, QPoint pos, Qt::MouseButton button,
                   Qt::NoModifier);
     QCoreApplication::sendEvent(canvas, &e);
 }
-void hover(fImage* doc, QPoint pos) {
-    mouse(doc, QEvent::MouseMove, pos, Qt::NoButton, Qt::NoButton);
-}
+void hover(fImage* doc, QPoint pos) { mouse(doc, QEvent::MouseMove, pos, Qt::NoButton, Qt::NoButton); }
 void press(fImage* doc, QPoint pos, Qt::MouseButton b = Qt::LeftButton) {
     mouse(doc, QEvent::MouseButtonPress, pos, b, b);
 }
@@ -202,7 +195,7 @@ TEST_F(PaintTools, PencilClickIsOnePixelAndAStrokeJoinsItsPoints) {
     BitsLine(expected, all, done, 4, 0, 4, 3, 0xFFFFFF, 100);
     EXPECT_EQ(other->bits(), expected);
     EXPECT_NE(other->bits()(0, 2, 0), 0); // on the first line
-    EXPECT_EQ(other->bits()(0, 2, 2), 0); // off both
+    EXPECT_EQ(other->bits()(0, 2, 2), 0);   // off both
 }
 
 TEST_F(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
@@ -301,8 +294,7 @@ TEST_F(PaintTools, FillWorksAtTheRelease) {
     Settings.FillPressure = 100;
     Settings.ColorPrimary = 0x0000FF; // red
     Bits wall = solidBits(4, 3, 0, 0, 0);
-    for (int y = 0; y < 3; ++y)
-        wall(0, 2, y) = wall(1, 2, y) = wall(2, 2, y) = 255;
+    for (int y = 0; y < 3; ++y) wall(0, 2, y) = wall(1, 2, y) = wall(2, 2, y) = 255;
     fImage* doc = makeDocument(host, wall);
     pressAt(doc, QPoint(0, 1));
     EXPECT_EQ(doc->bits(), wall); // nothing before the release
@@ -451,8 +443,7 @@ TEST_F(SelectTool, NewRectangleByDragReplacesTheSelection) {
     EXPECT_EQ(host.panels["Position"], "1, 1  3 x 2");
     release(doc, QPoint(1, 1));
     EXPECT_FALSE(doc->Rubber().rectVisible);
-    EXPECT_EQ(doc->Region().GetData(),
-              (std::vector<int32_t>{32, 1, 1, 16, 1, 1, 4, 3, 1, 1, 4, 3}));
+    EXPECT_EQ(doc->Region().GetData(), (std::vector<int32_t>{32, 1, 1, 16, 1, 1, 4, 3, 1, 1, 4, 3}));
     EXPECT_EQ(host.filter.region(), &doc->EffectiveRegion());
     EXPECT_TRUE(doc->SelectionTimerActive());
     EXPECT_EQ(doc->HistoryPosition(), 1); // a selection is no undo state
@@ -576,8 +567,7 @@ TEST_F(SelectionMoveTool, ContentMovePaintsTheLiftedPixelsAtTheMouse) {
     Bits expected = numbered(6, 5);
     for (int y = 0; y < 2; ++y)
         for (int x = 0; x < 2; ++x)
-            for (int c = 0; c < 3; ++c)
-                expected(c, 3 + x, 2 + y) = numbered(6, 5)(c, 1 + x, 1 + y);
+            for (int c = 0; c < 3; ++c) expected(c, 3 + x, 2 + y) = numbered(6, 5)(c, 1 + x, 1 + y);
     EXPECT_EQ(doc->bits(), expected);
     EXPECT_EQ(doc->bits()(0, 3, 2), 12); // blue of (1, 1)
     EXPECT_EQ(doc->bits()(0, 4, 3), 23); // blue of (2, 2)

@@ -27,6 +27,8 @@
 using namespace ostrivex;
 using ostrivex::test::makeBits;
 using ostrivex::test::sameBits;
+using ostrivex::testing::fileBytes;
+using ostrivex::testing::words;
 
 namespace {
 
@@ -59,20 +61,6 @@ void typeInto(QLineEdit* e, const QString& text) {
         QTest::keyClick(e, Qt::Key_Backspace);
     else
         QTest::keyClicks(e, text);
-}
-
-QByteArray fileBytes(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-// Whole numbers as a file holds them: four bytes each, low byte first.
-QByteArray words(const std::vector<int32_t>& values) {
-    QByteArray out;
-    for (int32_t v : values)
-        for (int s = 0; s < 32; s += 8)
-            out.append(char(uint8_t(uint32_t(v) >> s)));
-    return out;
 }
 
 // Every test starts from the first opening's state and answers the dialogs itself; the

@@ -24,12 +24,6 @@ using ostrivex::testing::fileBytes;
 
 namespace {
 
-void touch(const QString& path) {
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("x");
-}
-
 class ShutdownTest : public FreshHome {
   protected:
     void TearDown() override { ReleaseInstanceLock(); }
@@ -40,18 +34,14 @@ TEST_F(ShutdownTest, UnloadWritesTheRecordAndClearsTemp) {
     Settings.ColorPrimary = 0x123456;
     auto main = std::make_unique<fMain>();
 
-    auto* doc = new fImage;
-    main->AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    doc->PBits(test::makeBits(1, 1, {{1, 2, 3}}));
-    doc->SaveUndoBits(QString("Original"));
+    ostrivex::testing::OpenDocument(*main, test::makeBits(1, 1, {{1, 2, 3}}));
     main->ClipBuffer = test::makeBits(1, 1, {{9, 9, 9}});
     main->StampBits = test::makeBits(1, 1, {{8, 8, 8}});
 
     const QString temp = home() + "/Temp";
     ASSERT_TRUE(QDir().mkpath(temp + "/kept"));
-    touch(temp + "/4546643");
-    touch(temp + "/layer1.bmp");
+    ASSERT_TRUE(ostrivex::testing::writeText(temp + "/4546643", "x"));
+    ASSERT_TRUE(ostrivex::testing::writeText(temp + "/layer1.bmp", "x"));
     ASSERT_GE(QDir(temp).entryList(QDir::Files).size(), 2);
 
     main->Unload();

@@ -23,6 +23,7 @@ using namespace ostrivex;
 using ostrivex::test::makeBits;
 using ostrivex::test::sameBits;
 using ostrivex::testing::fileBytes;
+using ostrivex::testing::hasLabel;
 
 namespace {
 
@@ -40,12 +41,6 @@ PaletteRecord threeColours() {
     setEntry(p, 1, 0, 0, 255);
     setEntry(p, 2, 0, 0, 0);
     return p;
-}
-
-bool hasLabel(QWidget* w, const QString& text) {
-    for (QLabel* l : w->findChildren<QLabel*>())
-        if (l->text() == text) return true;
-    return false;
 }
 
 } // namespace

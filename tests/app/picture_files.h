@@ -1,5 +1,6 @@
-// Hand-made picture files for the panel and box tests: a 24-bit BMP written byte by byte,
-// so that the pixels a test expects do not depend on any image library.
+// Hand-made files for the application tests: a 24-bit BMP written byte by byte, so that the
+// pixels a test expects do not depend on any image library; whole numbers as the program's
+// files hold them; a file's bytes.
 #pragma once
 
 #include <QByteArray>
@@ -30,20 +31,12 @@ inline bool writeBmp24(const QString& path, int w, int h, const std::vector<Rgb>
         u16(v >> 16);
     };
     f.append("BM");
-    u32(54 + pixelBytes);
-    u32(0);
-    u32(54);
-    u32(40);
-    u32(uint32_t(w));
-    u32(uint32_t(h)); // positive: bottom row first
+    for (uint32_t v : {54 + pixelBytes, 0u, 54u, 40u, uint32_t(w), uint32_t(h)})
+        u32(v); // the height positive: bottom row first
     u16(1);
     u16(24);
-    u32(0);
-    u32(pixelBytes);
-    u32(2835);
-    u32(2835);
-    u32(0);
-    u32(0);
+    for (uint32_t v : {0u, pixelBytes, 2835u, 2835u, 0u, 0u})
+        u32(v);
     for (int y = h - 1; y >= 0; --y) {
         for (int x = 0; x < w; ++x) {
             const Rgb& p = rows[size_t(y * w + x)];
@@ -56,6 +49,21 @@ inline bool writeBmp24(const QString& path, int w, int h, const std::vector<Rgb>
     }
     QFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(f) == f.size();
+}
+
+// Four bytes for each value, low byte first.
+inline QByteArray words(const std::vector<int32_t>& values) {
+    QByteArray out;
+    for (int32_t v : values)
+        for (int s = 0; s < 32; s += 8)
+            out.append(char(uint8_t(uint32_t(v) >> s)));
+    return out;
+}
+
+// The whole file, or nothing when it cannot be read.
+inline QByteArray fileBytes(const QString& path) {
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 inline bool writeText(const QString& path, const QByteArray& bytes) {

@@ -7,6 +7,7 @@
 #include "app_test_util.h"
 #include "document/dialogs.h"
 #include "document/fimage.h"
+#include "picture_files.h"
 #include "pixel/pixel_test_util.h"
 
 #include <QAction>
@@ -24,6 +25,9 @@
 
 using namespace ostrivex;
 using ostrivex::testing::OpenDocument;
+using ostrivex::testing::fileBytes;
+using ostrivex::testing::words;
+using ostrivex::testing::writeText;
 
 namespace {
 
@@ -541,16 +545,7 @@ TEST_F(MainWindowTest, SelectionCommandsLimitTheFilters) {
     EXPECT_EQ(title, "Save selection");
     EXPECT_EQ(folder, base + "/Selections");
     EXPECT_EQ(filter, "Selection Files (*.osf)|*.osf");
-    QFile saved(base + "/columns.osf");
-    ASSERT_TRUE(saved.open(QIODevice::ReadOnly));
-    auto le = [](std::initializer_list<int32_t> v) {
-        QByteArray out;
-        for (int32_t x : v)
-            for (int i = 0; i < 4; ++i) out.append(char(uint32_t(x) >> (8 * i) & 0xFF));
-        return out;
-    };
-    EXPECT_EQ(saved.readAll(), le({32, 1, 1, 16, 1, 0, 3, 2, 1, 0, 3, 2}));
-    saved.close();
+    EXPECT_EQ(fileBytes(base + "/columns.osf"), words({32, 1, 1, 16, 1, 0, 3, 2, 1, 0, 3, 2}));
 
     // Select None: Invert works on every pixel again.
     main_->MenuExec("SELECTNONE");
@@ -564,11 +559,7 @@ TEST_F(MainWindowTest, SelectionCommandsLimitTheFilters) {
 
     // A selection file written by hand: the two left pixels of row 1.
     const QString handMade = base + "/bottomleft.osf";
-    {
-        QFile f(handMade);
-        ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-        f.write(le({32, 1, 1, 16, 0, 1, 2, 2, 0, 1, 2, 2}));
-    }
+    ASSERT_TRUE(writeText(handMade, words({32, 1, 1, 16, 0, 1, 2, 2, 0, 1, 2, 2})));
     // A cancelled dialog changes nothing.
     DocumentDialogs::AskOpenName = [&](QWidget*, const QString& t, const QString& f,
                                        const QString& pairs) {

@@ -8,29 +8,24 @@
 #include <set>
 #include <string>
 #include <tuple>
+#include <vector>
 
 using namespace ostrivex;
 
 namespace {
 
-struct Expect {
-    const char* menu;
-    const char* parent;
+// The entries of one menu (or submenu), in their order.
+struct Row {
     const char* caption;
     const char* key;
     const char* word;
     MenuRoute route;
 };
-
-void expectEntry(const Expect& x) {
-    SCOPED_TRACE(std::string(x.menu) + " > " + x.parent + " > " + x.caption);
-    const MenuEntry* e = FindMenuEntry(x.menu, x.caption, x.parent);
-    ASSERT_NE(e, nullptr);
-    EXPECT_EQ(e->parent, x.parent);
-    EXPECT_EQ(e->key, x.key);
-    EXPECT_EQ(e->word, x.word);
-    EXPECT_EQ(e->route, x.route);
-}
+struct Group {
+    const char* menu;
+    const char* parent;
+    std::vector<Row> rows;
+};
 
 constexpr auto S = MenuRoute::Static;
 constexpr auto X = MenuRoute::Exec;
@@ -39,160 +34,116 @@ constexpr auto Rt = MenuRoute::Routine;
 } // namespace
 
 TEST(MenuTable, EveryCommandEntryWithCaptionKeyAndWord) {
-    const Expect all[] = {
-        {"mnuFile", "", "New", "Ctrl+N", "NEW", S},
-        {"mnuFile", "", "Open", "Ctrl+O", "OPEN", S},
-        {"mnuFile", "", "From Clipboard", "", "CREATEFROMCLIPBOARD", X},
-        {"mnuFile", "", "Close", "", "CLOSE", S},
-        {"mnuFile", "", "Save Enhanced", "Ctrl+S", "SAVE", S},
-        {"mnuFile", "", "Save Enhanced As", "", "SAVEAS", S},
-        {"mnuFile", "", "Save Layered", "", "SAVELAYEREDIMAGE", S},
-        {"mnuFile", "", "Save Layered As", "", "SAVELAYEREDIMAGEAS", S},
-        {"mnuFile", "", "Save Optimized", "", "SAVEOPTIMIZED", S},
-        {"mnuFile", "", "Save Optimized As", "", "SAVEOPTIMIZEDAS", S},
-        {"mnuFile", "", "Save Image For Web...", "", "IMAGESAVEOPTIONS", S},
-        {"mnuFile", "", "Update Layer view from Enhance view", "", "UPDATELAYERS", S},
-        {"mnuFile", "", "Update Enhance view From Layer view", "", "UPDATEORIGINAL", S},
-        {"mnuFile", "", "Printer Set up", "", "PRINTERSETUP", S},
-        {"mnuFile", "", "Print", "Ctrl+P", "PRINT", X},
-        {"mnuFile", "", "Exit", "", "Exit", Rt},
-        {"mnuEdit", "", "Undo", "Ctrl+Z", "UNDO", X},
-        {"mnuEdit", "", "Redo", "Ctrl+Y", "REDO", X},
-        {"mnuEdit", "", "Cut", "Ctrl+X", "CUT", X},
-        {"mnuEdit", "", "Copy", "Ctrl+C", "COPY", X},
-        {"mnuEdit", "", "Paste", "Ctrl+V", "PASTE", X},
-        {"mnuEdit", "", "Create New Copy", "", "CREATENEWCOPY", X},
-        {"mnuEdit", "", "Copy Image to Clipboard", "Ctrl+G", "COPYIMAGETOCLIPBOARD", X},
-        {"mnuEdit", "", "Create From Clipboard", "Ctrl+H", "CREATEFROMCLIPBOARD", X},
-        {"mnuEdit", "", "Select All", "Ctrl+A", "SELECTALL", X},
-        {"mnuEdit", "", "Select None", "Del", "SELECTNONE", X},
-        {"mnuEdit", "", "Invert Selection", "Shift+Ins", "INVERTSELECTION", X},
-        {"mnuEdit", "", "Load Selection...", "", "LOADSELECTION", X},
-        {"mnuEdit", "", "Save Selection...", "", "SAVESELECTION", X},
-        {"mnuEdit", "", "Crop", "Ctrl+K", "CROP", X},
-        {"mnuEdit", "", "Create Crop as New Image", "Shift+Del", "NEWIMAGEFROMCROP", X},
-        {"mnuEdit", "", "Image Properties", "F2", "IMAGEPROPERTIES", X},
-        {"mnuEdit", "", "Preference...", "", "OPTIONS", X},
-        {"mnuAdjust", "", "Size ...", "Ctrl+T", "IMAGESIZE", X},
-        {"mnuAdjust", "", "Canvas ...", "Ctrl+B", "CANVASSIZE", X},
-        {"mnuAdjust", "", "Orientation ...", "Ctrl+W", "IMAGEORIENTATION", X},
-        {"mnuAdjust", "", "Rotation ...", "Ctrl+J", "IMAGEROTATE", X},
-        {"mnuAdjust", "", "Levels...", "", "REDUCTION", X},
-        {"mnuAdjust", "", "Saturation...", "", "CUSTOMSATURATION", X},
-        {"mnuAdjust", "", "Brightness...", "", "BRIGHTNESS", X},
-        {"mnuAdjust", "", "Contrast...", "", "CONTRAST", X},
-        {"mnuAdjust", "", "Gamma...", "", "GAMMA", X},
-        {"mnuAdjust", "", "Restore Original", "", "RestoreOriginal", Rt},
-        {"mnuAdjust", "Zoom +", "200 %", "", "200", X},
-        {"mnuAdjust", "Zoom +", "300 %", "", "300", X},
-        {"mnuAdjust", "Zoom +", "400 %", "", "400", X},
-        {"mnuAdjust", "Zoom +", "500 %", "", "500", X},
-        {"mnuAdjust", "Zoom +", "600 %", "", "600", X},
-        {"mnuAdjust", "Zoom +", "700 %", "", "700", X},
-        {"mnuAdjust", "Quality Sizing", "2x", "", "2x", X},
-        {"mnuAdjust", "Quality Sizing", "3x", "", "3x", X},
-        {"mnuAdjust", "Quality Sizing", "4x", "", "4x", X},
-        {"mnuAdjust", "Quality Sizing", "5x", "", "5x", X},
-        {"mnuAdjust", "Quality Sizing", "x/2", "", "x2", X},
-        {"mnuAdjust", "Quality Sizing", "x/3", "", "x3", X},
-        {"mnuAdjust", "Quality Sizing", "x/4", "", "x4", X},
-        {"mnuAdjust", "Quality Sizing", "x/5", "", "x5", X},
-        {"mnuAdjust", "", "Original Size", "", "ORIGINAL", X},
-        {"mnuLayers", "", "Show", "Ctrl+E", "LAYERS_Click", Rt},
-        {"mnuLayers", "", "Merge", "Ctrl+M", "LAYERS_Click", Rt},
-        {"mnuLayers", "", "Delete", "Ctrl+D", "LAYERS_Click", Rt},
-        {"mnuLayers", "", "Selective Moveable", "Ctrl+L", "LAYERS_Click", Rt},
-        {"mnuLayers", "New layer", "From Image File", "", "NEWLAYER_Click", Rt},
-        {"mnuFilters2", "", "Invert", "Shift+F1", "INVERT", X},
-        {"mnuFilters2", "", "Greyscale", "Shift+F2", "GRAYSCALE", X},
-        {"mnuFilters2", "", "Relief", "Shift+F3", "RELIEF", X},
-        {"mnuFilters2", "", "Erode", "Shift+F4", "ERODE", X},
-        {"mnuFilters2", "", "Dilate", "Shift+F5", "DILATE", X},
-        {"mnuFilters2", "", "Painting", "Shift+F6", "PAINTING", X},
-        {"mnuFilters2", "", "Halftone", "Shift+Ctrl+F1", "HAFTONE", X},
-        {"mnuFilters2", "", "Pixelize", "Shift+Ctrl+F2", "PIXELIZE", X},
-        {"mnuFilters2", "", "X-Black", "Shift+Ctrl+F8", "XBLACK", X},
-        {"mnuFilters2", "", "Thermique", "Shift+Ctrl+F7", "THERMIQUE", X},
-        {"mnuFilters2", "", "Photo Cop", "Shift+Ctrl+F9", "PHOTOCOP", X},
-        {"mnuFilters2", "", "Enhance Edge", "Shift+F7", "EDGEENHANCE", X},
-        {"mnuFilters2", "", "Enhance White", "", "ENHANCEWHITE", X},
-        {"mnuFilters2", "", "Enhance Black", "", "ENHANCEBLACK", X},
-        {"mnuFilters2", "", "Blur...", "", "CUSTOMBLUR", X},
-        {"mnuFilters2", "", "Noise...", "", "CUSTOMNOISE", X},
-        {"mnuFilters2", "", "Emboss...", "", "CUSTOMEMBOSS", X},
-        {"mnuFilters2", "", "Engrave...", "", "CUSTOMENGRAVE", X},
-        {"mnuFilters2", "", "Diffuse...", "", "CUSTOMDIFFUSE", X},
-        {"mnuFilters2", "", "Soften...", "", "CUSTOMSOFTEN", X},
-        {"mnuFilters2", "", "Sharpen...", "", "CUSTOMSHARPEN", X},
-        {"mnuFilters2", "", "Contour...", "", "CUSTOMCONTOUR", X},
-        {"mnuFilters2", "", "Luminousity...", "", "LIGHTCUSTOM", X},
-        {"mnuDeformations", "", "Lens...", "Ctrl+Q", "LENS", X},
-        {"mnuDeformations", "", "Waves...", "Shift+Ctrl+F12", "WAVES", X},
-        {"mnuDeformations", "", "Bend...", "", "BEND", X},
-        {"mnuDeformations", "", "Fold...", "", "FOLD", X},
-        {"mnuDeformations", "", "Rotate...", "", "ROTATE", X},
-        {"mnuDeformations", "", "Stretch...", "", "STRETCH", X},
-        {"mnuDeformations", "", "Tile...", "", "TILE", X},
-        {"mnuDeformations", "", "Twirl...", "", "TWIRL", X},
-        {"mnuDeformations", "", "Grid...", "", "ADDGRID", X},
-        {"mnuDeformations", "", "Flare...", "", "LENSFLARE", X},
-        {"mnuDeformations", "", "Scanlines...", "", "ADDSCANLINES", X},
-        {"mnuDeformations", "", "Glass...", "", "CUSTOMGLASS", X},
-        {"mnuDeformations", "", "Curtain...", "", "CUSTOMCURTAIN", X},
-        {"mnuColors1", "", "Old Photo", "Ctrl+F2", "OLDPHOTO", X},
-        {"mnuColors1", "", "Equalize", "", "EQUALIZE", X},
-        {"mnuColors1", "", "Sepia Tone", "Ctrl+F7", "SEPIATONE", X},
-        {"mnuColors1", "", "Colorize...", "Ctrl+F3", "COLORIZE", X},
-        {"mnuColors1", "", "Tweak RGB...", "Ctrl+F1", "RGBLEVELS", X},
-        {"mnuColors1", "", "Hue Stretch...", "Ctrl+F8", "HUESTRETCH", X},
-        {"mnuColors1", "", "Hue Rotation...", "Ctrl+F9", "HUEROTATION", X},
-        {"mnuColors1", "", "Grey Rotation...", "Ctrl+F11", "GREYROTATION", X},
-        {"mnuColors1", "", "Shift...", "Ctrl+F6", "SHIFT", X},
-        {"mnuColors1", "", "Sketch...", "Ctrl+F4", "SKETCH", X},
-        {"mnuColors1", "", "Isolate...", "Ctrl+F5", "ISOLATE", X},
-        {"mnuColors1", "", "Reduction...", "", "REDUCTION", X},
-        {"mnuColors1", "", "Replace Colors...", "", "REPLACE", X},
-        {"mnuColors1", "", "Replace Hue  Saturation...", "", "REPLACEHUESAT", X},
-        {"mnuColors1", "", "Replace  Luminous...", "", "REPLACELUMINOUS", X},
-        {"mnuColors2", "", "Artistic Red", "", "SOFTRED", X},
-        {"mnuColors2", "", "Hard Red", "", "HARDRED", X},
-        {"mnuColors2", "", "Artistic Green", "", "SOFTGREEN", X},
-        {"mnuColors2", "", "Hard Green", "", "HARDGREEN", X},
-        {"mnuColors2", "", "Artistic Blue", "", "SOFTBLUE", X},
-        {"mnuColors2", "", "Hard Blue", "", "HARDBLUE", X},
-        {"mnuColors2", "", "Artistic Yellow", "", "SOFTYELLOW", X},
-        {"mnuColors2", "", "Hard Yellow", "", "HARDYELLOW", X},
-        {"mnuColors2", "", "Cyan", "", "CYAN", X},
-        {"mnuColors2", "", "Magenta", "", "MAGENTA", X},
-        {"mnuColors2", "", "Orange", "", "ORANGE", X},
-        {"mnuColors2", "", "Purple", "", "PURPLE", X},
-        {"mnuColors2", "", "Retro", "", "RETRO", X},
-        {"mnuColors2", "", "Spotted", "", "SPOTTED", X},
-        {"mnuColors2", "", "Wetpaper", "", "WETPAPER", X},
-        {"mnuColors2", "Swap", "RGB To BRG", "", "RGB2BRG", X},
-        {"mnuColors2", "Swap", "RGB To GBR", "", "RGB2GBR", X},
-        {"mnuColors2", "Swap", "RGB To RBG", "", "RGB2RBG", X},
-        {"mnuColors2", "Swap", "RGB To BGR", "", "RGB2BGR", X},
-        {"mnuColors2", "Swap", "RGB To GRB", "", "RGB2GRB", X},
-        {"mnuColors2", "Swap", "RGB Banks", "", "RGBBANKS", X},
-        {"mnuTools", "", "Histogram...", "Ctrl+I", "fHistogram", Rt},
-        {"mnuCapture", "", "Desktop", "Shift+F8", "CAPTUREDESKTOP", S},
-        {"mnuCapture", "", "Foreground", "", "CAPTUREFOREGROUND", S},
-        {"mnuCapture", "", "Background", "", "CAPTUREBACKGROUND", S},
-        {"mnuWallpaper", "", "Tile", "Shift+F9", "WTILE", S},
-        {"mnuWallpaper", "", "Center", "Shift+F11", "WCENTER", S},
-        {"mnuWallpaper", "", "Stretch", "Shift+F12", "WSTRETCH", S},
-        {"mnuViews", "", "Tile Horizontally", "", "TILEHORIZONTALLY", S},
-        {"mnuViews", "", "Tile Vertically", "", "TILEVERTICALLY", S},
-        {"mnuViews", "", "Cascade", "", "CASCADE", S},
-        {"mnuViews", "", "Reset Settings", "F11", "RESET", S},
-        {"mnuAbout", "", "Help", "F1", "OpenHelp", Rt},
-        {"mnuAbout", "", "Online Materials", "Ctrl+F", "OnlineMaterials", Rt},
-        {"mnuAbout", "", "Keyboard Shortcuts", "", "fKeyboard", Rt},
-        {"mnuAbout", "", "About Ostrivex Basic", "", "fAbout", Rt},
+    // clang-format off
+    const Group all[] = {
+        {"mnuFile", "", {{"New", "Ctrl+N", "NEW", S}, {"Open", "Ctrl+O", "OPEN", S},
+            {"From Clipboard", "", "CREATEFROMCLIPBOARD", X}, {"Close", "", "CLOSE", S},
+            {"Save Enhanced", "Ctrl+S", "SAVE", S}, {"Save Enhanced As", "", "SAVEAS", S},
+            {"Save Layered", "", "SAVELAYEREDIMAGE", S},
+            {"Save Layered As", "", "SAVELAYEREDIMAGEAS", S},
+            {"Save Optimized", "", "SAVEOPTIMIZED", S},
+            {"Save Optimized As", "", "SAVEOPTIMIZEDAS", S},
+            {"Save Image For Web...", "", "IMAGESAVEOPTIONS", S},
+            {"Update Layer view from Enhance view", "", "UPDATELAYERS", S},
+            {"Update Enhance view From Layer view", "", "UPDATEORIGINAL", S},
+            {"Printer Set up", "", "PRINTERSETUP", S}, {"Print", "Ctrl+P", "PRINT", X},
+            {"Exit", "", "Exit", Rt}}},
+        {"mnuEdit", "", {{"Undo", "Ctrl+Z", "UNDO", X}, {"Redo", "Ctrl+Y", "REDO", X},
+            {"Cut", "Ctrl+X", "CUT", X}, {"Copy", "Ctrl+C", "COPY", X},
+            {"Paste", "Ctrl+V", "PASTE", X}, {"Create New Copy", "", "CREATENEWCOPY", X},
+            {"Copy Image to Clipboard", "Ctrl+G", "COPYIMAGETOCLIPBOARD", X},
+            {"Create From Clipboard", "Ctrl+H", "CREATEFROMCLIPBOARD", X},
+            {"Select All", "Ctrl+A", "SELECTALL", X}, {"Select None", "Del", "SELECTNONE", X},
+            {"Invert Selection", "Shift+Ins", "INVERTSELECTION", X},
+            {"Load Selection...", "", "LOADSELECTION", X},
+            {"Save Selection...", "", "SAVESELECTION", X}, {"Crop", "Ctrl+K", "CROP", X},
+            {"Create Crop as New Image", "Shift+Del", "NEWIMAGEFROMCROP", X},
+            {"Image Properties", "F2", "IMAGEPROPERTIES", X}, {"Preference...", "", "OPTIONS", X}}},
+        {"mnuAdjust", "", {{"Size ...", "Ctrl+T", "IMAGESIZE", X},
+            {"Canvas ...", "Ctrl+B", "CANVASSIZE", X},
+            {"Orientation ...", "Ctrl+W", "IMAGEORIENTATION", X},
+            {"Rotation ...", "Ctrl+J", "IMAGEROTATE", X}, {"Levels...", "", "REDUCTION", X},
+            {"Saturation...", "", "CUSTOMSATURATION", X}, {"Brightness...", "", "BRIGHTNESS", X},
+            {"Contrast...", "", "CONTRAST", X}, {"Gamma...", "", "GAMMA", X},
+            {"Restore Original", "", "RestoreOriginal", Rt}}},
+        {"mnuAdjust", "Zoom +", {{"200 %", "", "200", X}, {"300 %", "", "300", X},
+            {"400 %", "", "400", X}, {"500 %", "", "500", X}, {"600 %", "", "600", X},
+            {"700 %", "", "700", X}}},
+        {"mnuAdjust", "Quality Sizing", {{"2x", "", "2x", X}, {"3x", "", "3x", X},
+            {"4x", "", "4x", X}, {"5x", "", "5x", X}, {"x/2", "", "x2", X}, {"x/3", "", "x3", X},
+            {"x/4", "", "x4", X}, {"x/5", "", "x5", X}}},
+        {"mnuAdjust", "", {{"Original Size", "", "ORIGINAL", X}}},
+        {"mnuLayers", "", {{"Show", "Ctrl+E", "LAYERS_Click", Rt},
+            {"Merge", "Ctrl+M", "LAYERS_Click", Rt}, {"Delete", "Ctrl+D", "LAYERS_Click", Rt},
+            {"Selective Moveable", "Ctrl+L", "LAYERS_Click", Rt}}},
+        {"mnuLayers", "New layer", {{"From Image File", "", "NEWLAYER_Click", Rt}}},
+        {"mnuFilters2", "", {{"Invert", "Shift+F1", "INVERT", X},
+            {"Greyscale", "Shift+F2", "GRAYSCALE", X}, {"Relief", "Shift+F3", "RELIEF", X},
+            {"Erode", "Shift+F4", "ERODE", X}, {"Dilate", "Shift+F5", "DILATE", X},
+            {"Painting", "Shift+F6", "PAINTING", X}, {"Halftone", "Shift+Ctrl+F1", "HAFTONE", X},
+            {"Pixelize", "Shift+Ctrl+F2", "PIXELIZE", X}, {"X-Black", "Shift+Ctrl+F8", "XBLACK", X},
+            {"Thermique", "Shift+Ctrl+F7", "THERMIQUE", X},
+            {"Photo Cop", "Shift+Ctrl+F9", "PHOTOCOP", X},
+            {"Enhance Edge", "Shift+F7", "EDGEENHANCE", X},
+            {"Enhance White", "", "ENHANCEWHITE", X}, {"Enhance Black", "", "ENHANCEBLACK", X},
+            {"Blur...", "", "CUSTOMBLUR", X}, {"Noise...", "", "CUSTOMNOISE", X},
+            {"Emboss...", "", "CUSTOMEMBOSS", X}, {"Engrave...", "", "CUSTOMENGRAVE", X},
+            {"Diffuse...", "", "CUSTOMDIFFUSE", X}, {"Soften...", "", "CUSTOMSOFTEN", X},
+            {"Sharpen...", "", "CUSTOMSHARPEN", X}, {"Contour...", "", "CUSTOMCONTOUR", X},
+            {"Luminousity...", "", "LIGHTCUSTOM", X}}},
+        {"mnuDeformations", "", {{"Lens...", "Ctrl+Q", "LENS", X},
+            {"Waves...", "Shift+Ctrl+F12", "WAVES", X}, {"Bend...", "", "BEND", X},
+            {"Fold...", "", "FOLD", X}, {"Rotate...", "", "ROTATE", X},
+            {"Stretch...", "", "STRETCH", X}, {"Tile...", "", "TILE", X},
+            {"Twirl...", "", "TWIRL", X}, {"Grid...", "", "ADDGRID", X},
+            {"Flare...", "", "LENSFLARE", X}, {"Scanlines...", "", "ADDSCANLINES", X},
+            {"Glass...", "", "CUSTOMGLASS", X}, {"Curtain...", "", "CUSTOMCURTAIN", X}}},
+        {"mnuColors1", "", {{"Old Photo", "Ctrl+F2", "OLDPHOTO", X},
+            {"Equalize", "", "EQUALIZE", X}, {"Sepia Tone", "Ctrl+F7", "SEPIATONE", X},
+            {"Colorize...", "Ctrl+F3", "COLORIZE", X}, {"Tweak RGB...", "Ctrl+F1", "RGBLEVELS", X},
+            {"Hue Stretch...", "Ctrl+F8", "HUESTRETCH", X},
+            {"Hue Rotation...", "Ctrl+F9", "HUEROTATION", X},
+            {"Grey Rotation...", "Ctrl+F11", "GREYROTATION", X},
+            {"Shift...", "Ctrl+F6", "SHIFT", X}, {"Sketch...", "Ctrl+F4", "SKETCH", X},
+            {"Isolate...", "Ctrl+F5", "ISOLATE", X}, {"Reduction...", "", "REDUCTION", X},
+            {"Replace Colors...", "", "REPLACE", X},
+            {"Replace Hue  Saturation...", "", "REPLACEHUESAT", X},
+            {"Replace  Luminous...", "", "REPLACELUMINOUS", X}}},
+        {"mnuColors2", "", {{"Artistic Red", "", "SOFTRED", X}, {"Hard Red", "", "HARDRED", X},
+            {"Artistic Green", "", "SOFTGREEN", X}, {"Hard Green", "", "HARDGREEN", X},
+            {"Artistic Blue", "", "SOFTBLUE", X}, {"Hard Blue", "", "HARDBLUE", X},
+            {"Artistic Yellow", "", "SOFTYELLOW", X}, {"Hard Yellow", "", "HARDYELLOW", X},
+            {"Cyan", "", "CYAN", X}, {"Magenta", "", "MAGENTA", X}, {"Orange", "", "ORANGE", X},
+            {"Purple", "", "PURPLE", X}, {"Retro", "", "RETRO", X}, {"Spotted", "", "SPOTTED", X},
+            {"Wetpaper", "", "WETPAPER", X}}},
+        {"mnuColors2", "Swap", {{"RGB To BRG", "", "RGB2BRG", X}, {"RGB To GBR", "", "RGB2GBR", X},
+            {"RGB To RBG", "", "RGB2RBG", X}, {"RGB To BGR", "", "RGB2BGR", X},
+            {"RGB To GRB", "", "RGB2GRB", X}, {"RGB Banks", "", "RGBBANKS", X}}},
+        {"mnuTools", "", {{"Histogram...", "Ctrl+I", "fHistogram", Rt}}},
+        {"mnuCapture", "", {{"Desktop", "Shift+F8", "CAPTUREDESKTOP", S},
+            {"Foreground", "", "CAPTUREFOREGROUND", S},
+            {"Background", "", "CAPTUREBACKGROUND", S}}},
+        {"mnuWallpaper", "", {{"Tile", "Shift+F9", "WTILE", S},
+            {"Center", "Shift+F11", "WCENTER", S}, {"Stretch", "Shift+F12", "WSTRETCH", S}}},
+        {"mnuViews", "", {{"Tile Horizontally", "", "TILEHORIZONTALLY", S},
+            {"Tile Vertically", "", "TILEVERTICALLY", S}, {"Cascade", "", "CASCADE", S},
+            {"Reset Settings", "F11", "RESET", S}}},
+        {"mnuAbout", "", {{"Help", "F1", "OpenHelp", Rt},
+            {"Online Materials", "Ctrl+F", "OnlineMaterials", Rt},
+            {"Keyboard Shortcuts", "", "fKeyboard", Rt},
+            {"About Ostrivex Basic", "", "fAbout", Rt}}},
     };
-    for (const Expect& x : all)
-        expectEntry(x);
+    // clang-format on
+    for (const Group& g : all)
+        for (const Row& r : g.rows) {
+            SCOPED_TRACE(std::string(g.menu) + " > " + g.parent + " > " + r.caption);
+            const MenuEntry* e = FindMenuEntry(g.menu, r.caption, g.parent);
+            ASSERT_NE(e, nullptr);
+            EXPECT_EQ(e->parent, g.parent);
+            EXPECT_EQ(e->key, r.key);
+            EXPECT_EQ(e->word, r.word);
+            EXPECT_EQ(e->route, r.route);
+        }
 
     // Every word that a menu sends appears in exactly one menu entry, except REDUCTION
     // (Adjust > Levels... and Colors 1 > Reduction...) and CREATEFROMCLIPBOARD (File and

@@ -7,6 +7,7 @@
 #include "app/toolbox.h"
 #include "app_test_util.h"
 #include "document/fimage.h"
+#include "picture_files.h"
 #include "pixel/pixel_test_util.h"
 
 #include <QComboBox>
@@ -19,20 +20,9 @@
 
 using namespace ostrivex;
 using ostrivex::testing::FreshHome;
+using ostrivex::testing::fileBytes;
 
 namespace {
-
-QByteArray readAll(const QString& path) {
-    QFile f(path);
-    if (!f.open(QIODevice::ReadOnly)) return {};
-    return f.readAll();
-}
-
-void touch(const QString& path) {
-    QFile f(path);
-    ASSERT_TRUE(f.open(QIODevice::WriteOnly));
-    f.write("x");
-}
 
 class ShutdownTest : public FreshHome {
   protected:
@@ -44,18 +34,14 @@ TEST_F(ShutdownTest, UnloadWritesTheRecordAndClearsTemp) {
     Settings.ColorPrimary = 0x123456;
     auto main = std::make_unique<fMain>();
 
-    auto* doc = new fImage;
-    main->AddDocumentWindow(doc);
-    doc->BeginDocument(QString());
-    doc->PBits(test::makeBits(1, 1, {{1, 2, 3}}));
-    doc->SaveUndoBits(QString("Original"));
+    ostrivex::testing::OpenDocument(*main, test::makeBits(1, 1, {{1, 2, 3}}));
     main->ClipBuffer = test::makeBits(1, 1, {{9, 9, 9}});
     main->StampBits = test::makeBits(1, 1, {{8, 8, 8}});
 
     const QString temp = home() + "/Temp";
     ASSERT_TRUE(QDir().mkpath(temp + "/kept"));
-    touch(temp + "/4546643");
-    touch(temp + "/layer1.bmp");
+    ASSERT_TRUE(ostrivex::testing::writeText(temp + "/4546643", "x"));
+    ASSERT_TRUE(ostrivex::testing::writeText(temp + "/layer1.bmp", "x"));
     ASSERT_GE(QDir(temp).entryList(QDir::Files).size(), 2);
 
     main->Unload();
@@ -66,7 +52,7 @@ TEST_F(ShutdownTest, UnloadWritesTheRecordAndClearsTemp) {
     EXPECT_TRUE(main->ClipBuffer.width() <= 0 || main->ClipBuffer.height() <= 0);
     EXPECT_TRUE(main->StampBits.width() <= 0 || main->StampBits.height() <= 0);
 
-    const QByteArray file = readAll(home() + "/oi201Start.up");
+    const QByteArray file = fileBytes(home() + "/oi201Start.up");
     ASSERT_EQ(file.size(), 3967);
     // 640 x 480 pixels are 9600 x 7200 twips (0x2580, 0x1C20), then maximised (-1).
     EXPECT_EQ(file.left(6), QByteArray::fromHex("802520 1cffff"));
@@ -77,7 +63,7 @@ TEST_F(ShutdownTest, UnloadWritesTheRecordAndClearsTemp) {
     Settings.ColorPrimary = 0;
     main->Unload();
     main->close();
-    EXPECT_EQ(readAll(home() + "/oi201Start.up").mid(2598, 4), QByteArray::fromHex("56341200"));
+    EXPECT_EQ(fileBytes(home() + "/oi201Start.up").mid(2598, 4), QByteArray::fromHex("56341200"));
 }
 
 TEST_F(ShutdownTest, StartUpBringsUpTheWindowAndWarnsASecondInstance) {
@@ -86,7 +72,7 @@ TEST_F(ShutdownTest, StartUpBringsUpTheWindowAndWarnsASecondInstance) {
     EXPECT_EQ(MainWindow, first);
     // The settings file stands empty until the first save.
     EXPECT_TRUE(QFile::exists(home() + "/oi201Start.up"));
-    EXPECT_EQ(readAll(home() + "/oi201Start.up").size(), 0);
+    EXPECT_EQ(fileBytes(home() + "/oi201Start.up").size(), 0);
     EXPECT_TRUE(first->isVisible());
     EXPECT_TRUE(first->windowState() & Qt::WindowMaximized);
     EXPECT_TRUE(first->filterCreated());

@@ -40,6 +40,7 @@ class TexturesTest : public FreshHome {
         // Not textures: another kind of file, and a picture name on no picture.
         ASSERT_TRUE(ostrivex::testing::writeText(folder_ + "/notes.txt", "text"));
         ASSERT_TRUE(ostrivex::testing::writeText(folder_ + "/c.jpg", "not a jpeg"));
+        main_ = std::make_unique<fMain>(); // its Textures Box lists the folder
     }
     void TearDown() override {
         main_.reset();
@@ -59,7 +60,6 @@ const Bits kA = test::makeBits(1, 2, {{200, 150, 100}, {0, 0, 0}});
 const Bits kB = test::makeBits(2, 1, {{7, 8, 9}, {1, 128, 250}});
 
 TEST_F(TexturesTest, TheBoxListsTheFolderAndTheFirstTextureIsCurrent) {
-    main_ = std::make_unique<fMain>();
     fToolTextures* box = main_->texturesBox();
     ASSERT_NE(box, nullptr);
     EXPECT_TRUE(main_->box(fMain::BoxTextures)->isAncestorOf(box));
@@ -72,7 +72,6 @@ TEST_F(TexturesTest, TheBoxListsTheFolderAndTheFirstTextureIsCurrent) {
 }
 
 TEST_F(TexturesTest, AClickMakesATextureCurrent) {
-    main_ = std::make_unique<fMain>();
     fToolTextures* box = main_->texturesBox();
     box->resize(200, 140);
     box->show();
@@ -91,7 +90,6 @@ TEST_F(TexturesTest, AClickMakesATextureCurrent) {
 }
 
 TEST_F(TexturesTest, PicturesAddedFromAFileJoinTheList) {
-    main_ = std::make_unique<fMain>();
     fToolTextures* box = main_->texturesBox();
     const QString outside = home() + "/mine.bmp";
     ASSERT_TRUE(ostrivex::testing::writeBmp24(outside, 1, 1, {{5, 6, 7}}));
@@ -119,7 +117,6 @@ TEST_F(TexturesTest, PicturesAddedFromAFileJoinTheList) {
 }
 
 TEST_F(TexturesTest, ALineOfTextBecomesATexture) {
-    main_ = std::make_unique<fMain>();
     fToolTextures* box = main_->texturesBox();
     Settings.ColorPrimary = 0x0000FF; // red ink
     Settings.ColorSecondary = 0xFFFFFF;
@@ -135,11 +132,8 @@ TEST_F(TexturesTest, ALineOfTextBecomesATexture) {
     ASSERT_GE(t.height(), 13);
     // The margin is paper; the ink shows in full somewhere; every pixel lies between white
     // and red (red stays full, green and blue fall together).
-    for (auto [x, y] : {std::pair{0, 0},
-                        {t.width() - 1, 0},
-                        {0, t.height() - 1},
-                        {t.width() - 1, t.height() - 1},
-                        {5, t.height() / 2}})
+    const int right = t.width() - 1, bottom = t.height() - 1, middle = t.height() / 2;
+    for (auto [x, y] : {std::pair{0, 0}, {right, 0}, {0, bottom}, {right, bottom}, {5, middle}})
         EXPECT_EQ(t(0, x, y) + t(1, x, y) + t(2, x, y), 3 * 255) << x << "," << y;
     int fullInk = 0;
     for (int y = 0; y < t.height(); ++y)
@@ -162,7 +156,6 @@ TEST_F(TexturesTest, ALineOfTextBecomesATexture) {
 }
 
 TEST_F(TexturesTest, AMissingFolderListsNothingAndKeepsTheTexture) {
-    main_ = std::make_unique<fMain>();
     main_->TextureBits = kB;
     main_->texturesBox()->FillTextures(home() + "/NoSuchFolder");
     EXPECT_EQ(main_->texturesBox()->list()->count(), 0);

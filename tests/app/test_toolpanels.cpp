@@ -343,28 +343,24 @@ TEST_F(ToolPanelsTest, InitRoutinesShowTheSettingsAndWriteNothing) {
     start();
     EXPECT_EQ(SettingsBytes(Settings), before);
 
-    EXPECT_EQ(find<QComboBox>("cbBrushMode")->currentIndex(), 6);
-    EXPECT_EQ(find<QLineEdit>("sbBrushSizeUDT")->text(), "33");
+    for (auto [name, index] : {std::pair{"cbBrushMode", 6}, {"cbSelectionMode", 1},
+                               {"cSelectionMove", 1}, {"cbGradMode", 1}, {"cbFillMode", 1}})
+        EXPECT_EQ(find<QComboBox>(name)->currentIndex(), index) << name;
+    for (auto [name, text] : {std::pair{"sbBrushSizeUDT", "33"}, {"cSelectionPressureUDT", "64"},
+                              {"sbSelectionPressureUDT", "64"}, {"sbAirbrushSizeUDT", "150"},
+                              {"sbShapeSidesUDT", "8"}, {"sbFillToleranceUDT", "9"}})
+        EXPECT_EQ(find<QLineEdit>(name)->text(), text) << name;
     EXPECT_EQ(find<cpvSlider>("sbBrushSize")->value(), 33);
     EXPECT_FALSE(find<QCheckBox>("chkContinuous")->isChecked());
-    EXPECT_EQ(find<QComboBox>("cbSelectionMode")->currentIndex(), 1);
     EXPECT_FALSE(find<QCheckBox>("chkMoveSelection")->isChecked());
-    EXPECT_EQ(find<QComboBox>("cSelectionMove")->currentIndex(), 1);
-    EXPECT_EQ(find<QLineEdit>("cSelectionPressureUDT")->text(), "64");
-    EXPECT_EQ(find<QLineEdit>("sbSelectionPressureUDT")->text(), "64");
-    EXPECT_EQ(find<QLineEdit>("sbAirbrushSizeUDT")->text(), "150");
     EXPECT_EQ(find<cpvSlider>("sbAirbrushSize")->value(), 100);
     EXPECT_EQ(Settings.AirbrushSize, 150);
     EXPECT_EQ(find<QListWidget>("lstShape")->currentRow(), 4);
-    EXPECT_EQ(find<QLineEdit>("sbShapeSidesUDT")->text(), "8");
-    EXPECT_EQ(find<QComboBox>("cbGradMode")->currentIndex(), 1);
     const auto grads = main_->toolPanels()->findChildren<bColorTool*>("GradColor");
     EXPECT_EQ(grads[0]->colour(), 0x123456);
     EXPECT_EQ(grads[1]->colour(), 0x00FF00);
     EXPECT_EQ(find<bColorTool>("MaskColor")->colour(), 0x0000FF);
     EXPECT_TRUE(find<QCheckBox>("chkUseMaskColor")->isChecked());
-    EXPECT_EQ(find<QComboBox>("cbFillMode")->currentIndex(), 1);
-    EXPECT_EQ(find<QLineEdit>("sbFillToleranceUDT")->text(), "9");
 
     // A second SelectionMove_Init keeps two items.
     SelectionMove_Init(*main_);

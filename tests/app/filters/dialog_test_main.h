@@ -3,6 +3,7 @@
 #pragma once
 
 #include <QApplication>
+#include <QLabel>
 #include <QTimer>
 #include <QWidget>
 
@@ -32,6 +33,13 @@ class ModalAnswerer {
     std::function<void(QWidget*)> handle_;
     QTimer timer_;
 };
+
+// Whether `w` holds a label of exactly `text`.
+inline bool hasLabel(QWidget* w, const QString& text) {
+    for (QLabel* l : w->findChildren<QLabel*>())
+        if (l->text() == text) return true;
+    return false;
+}
 
 } // namespace ostrivex::testing
 

@@ -22,10 +22,13 @@
 #include <QTest>
 
 #include <array>
+#include <vector>
 
 using namespace ostrivex;
 using ostrivex::test::makeBits;
 using ostrivex::test::sameBits;
+using ostrivex::testing::fileBytes;
+using ostrivex::testing::words;
 
 namespace {
 
@@ -58,17 +61,6 @@ void typeInto(QLineEdit* e, const QString& text) {
         QTest::keyClick(e, Qt::Key_Backspace);
     else
         QTest::keyClicks(e, text);
-}
-
-QByteArray fileBytes(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
-}
-
-void put32(QByteArray& out, int32_t v) {
-    const uint32_t u = uint32_t(v);
-    for (int s = 0; s < 32; s += 8)
-        out.append(char(uint8_t(u >> s)));
 }
 
 // Every test starts from the first opening's state and answers the dialogs itself; the
@@ -298,9 +290,9 @@ TEST_F(UserFilterTest, FilesSaveAndLoadThroughTheButtons) {
     EXPECT_TRUE(QDir(folder).exists()); // made for the dialog
     // Header (2 dimensions, 3 from 0, 3 from 0), the cells with the row running fastest,
     // then weight and red, green, blue biases.
-    QByteArray expected("\x02\x00", 2);
-    for (int32_t v : {3, 0, 3, 0, 1, 4, 7, 2, 5, 8, 3, 6, -1, 300, 255, 0, 17})
-        put32(expected, v);
+    const QByteArray dims("\x02\x00", 2);
+    const QByteArray expected =
+        dims + words({3, 0, 3, 0, 1, 4, 7, 2, 5, 8, 3, 6, -1, 300, 255, 0, 17});
     ASSERT_EQ(expected.size(), 70);
     EXPECT_EQ(fileBytes(folder + "/small.oif"), expected);
 
@@ -311,25 +303,12 @@ TEST_F(UserFilterTest, FilesSaveAndLoadThroughTheButtons) {
     d.txtAdd[0]->setText("0");
     answer = folder + "/big.oif";
     d.cmdSave->click();
-    const QByteArray bytes = fileBytes(answer);
-    ASSERT_EQ(bytes.size(), 134);
-    QByteArray head("\x02\x00", 2);
-    for (int32_t v : {5, 0, 5, 0})
-        put32(head, v);
-    EXPECT_EQ(bytes.left(18), head);
-    auto at = [&](int offset) { return bytes.mid(offset, 4); };
-    auto word = [](int32_t v) {
-        QByteArray b;
-        put32(b, v);
-        return b;
-    };
-    // Cell (row, column) sits at 18 + 4 * (column * 5 + row).
-    EXPECT_EQ(at(18), word(2));           // (0, 0)
-    EXPECT_EQ(at(18 + 4 * 5), word(7));   // (0, 1)
-    EXPECT_EQ(at(18 + 4 * 1), word(0));   // (1, 0)
-    EXPECT_EQ(at(18 + 4 * 12), word(9));  // (2, 2)
-    EXPECT_EQ(at(18 + 4 * 24), word(-3)); // (4, 4)
-    EXPECT_EQ(bytes.mid(118), word(-1) + word(0) + word(0) + word(17));
+    // Cell (row, column) is number column * 5 + row of the file's 25.
+    std::vector<int32_t> cells(25, 0);
+    cells[0] = 2, cells[1 * 5 + 0] = 7, cells[2 * 5 + 2] = 9, cells[4 * 5 + 4] = -3;
+    const QByteArray bigFile = dims + words({5, 0, 5, 0}) + words(cells) + words({-1, 0, 0, 17});
+    ASSERT_EQ(bigFile.size(), 134);
+    EXPECT_EQ(fileBytes(answer), bigFile);
 
     // Load into a dialog showing a preset: the same fields come back, and the list says no
     // preset.
@@ -367,14 +346,9 @@ TEST_F(UserFilterTest, ADamagedFileChangesNothing) {
     const QString folder = home() + "/Filters";
     QDir().mkpath(folder);
     // A good 3 x 3 file cut one byte short, one that claims 4 x 4, and a missing one.
-    QByteArray good("\x02\x00", 2);
-    for (int32_t v : {3, 0, 3, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 9, 0, 0, 0})
-        put32(good, v);
-    QByteArray four("\x02\x00", 2);
-    for (int32_t v : {4, 0, 4, 0})
-        put32(four, v);
-    for (int i = 0; i < 16 + 4; ++i)
-        put32(four, 1);
+    const QByteArray dims("\x02\x00", 2);
+    const QByteArray good = dims + words({3, 0, 3, 0, 1, 1, 1, 1, 1, 1, 1, 1, 1, 9, 0, 0, 0});
+    const QByteArray four = dims + words({4, 0, 4, 0}) + words({1}).repeated(16 + 4);
     const QStringList paths{folder + "/short.oif", folder + "/four.oif", folder + "/none.oif"};
     ASSERT_TRUE(ostrivex::testing::writeText(paths[0], good.left(69)));
     ASSERT_TRUE(ostrivex::testing::writeText(paths[1], four));

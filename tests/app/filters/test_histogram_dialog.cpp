@@ -13,6 +13,7 @@
 
 using namespace ostrivex;
 using ostrivex::test::makeBits;
+using ostrivex::testing::hasLabel;
 
 namespace {
 
@@ -21,12 +22,6 @@ namespace {
 Bits sixPixels() {
     return makeBits(
         3, 2, {{0, 0, 0}, {255, 255, 255}, {10, 20, 30}, {100, 0, 0}, {0, 0, 100}, {0, 100, 0}});
-}
-
-bool hasLabel(QWidget* w, const QString& text) {
-    for (QLabel* l : w->findChildren<QLabel*>())
-        if (l->text() == text) return true;
-    return false;
 }
 
 } // namespace
@@ -64,18 +59,14 @@ TEST(HistogramDialog, ReadoutsFollowTheMouse) {
     d.show();
     d.picHistogram->setFixedSize(512, 100); // two columns per level
     QCoreApplication::processEvents();
-    QTest::mouseMove(d.picHistogram, QPoint(1, 50));
-    EXPECT_EQ(d.lblLevelV->text(), "0");
-    EXPECT_EQ(d.lblQuantityV->text(), "3");
-    EXPECT_EQ(d.lblPercentV->text(), "50.00%");
-    QTest::mouseMove(d.picHistogram, QPoint(21, 50)); // level 10
-    EXPECT_EQ(d.lblLevelV->text(), "10");
-    EXPECT_EQ(d.lblQuantityV->text(), "1");
-    EXPECT_EQ(d.lblPercentV->text(), "16.67%");
-    QTest::mouseMove(d.picHistogram, QPoint(22, 50)); // level 11: no blue pixel there
-    EXPECT_EQ(d.lblLevelV->text(), "11");
-    EXPECT_EQ(d.lblQuantityV->text(), "");
-    EXPECT_EQ(d.lblPercentV->text(), "0.00%");
+    // Column x is level x \ 2; level 11 has no blue pixel.
+    for (auto [x, level, quantity, percent] :
+         {std::tuple{1, "0", "3", "50.00%"}, {21, "10", "1", "16.67%"}, {22, "11", "", "0.00%"}}) {
+        QTest::mouseMove(d.picHistogram, QPoint(x, 50));
+        EXPECT_EQ(d.lblLevelV->text(), level) << x;
+        EXPECT_EQ(d.lblQuantityV->text(), quantity) << x;
+        EXPECT_EQ(d.lblPercentV->text(), percent) << x;
+    }
     // Changing the channel keeps the level and shows its count there: luminosity 11 once.
     d.optChannel[3]->setChecked(true);
     EXPECT_EQ(d.lblQuantityV->text(), "1");

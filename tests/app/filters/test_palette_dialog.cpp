@@ -2,6 +2,7 @@
 #include "app/filters/palettewidgets.h"
 
 #include "app/filters/dialog_test_main.h"
+#include "app/picture_files.h"
 #include "pixel/pixel_test_util.h"
 #include "pixel/region.h"
 
@@ -21,6 +22,8 @@
 using namespace ostrivex;
 using ostrivex::test::makeBits;
 using ostrivex::test::sameBits;
+using ostrivex::testing::fileBytes;
+using ostrivex::testing::hasLabel;
 
 namespace {
 
@@ -38,17 +41,6 @@ PaletteRecord threeColours() {
     setEntry(p, 1, 0, 0, 255);
     setEntry(p, 2, 0, 0, 0);
     return p;
-}
-
-bool hasLabel(QWidget* w, const QString& text) {
-    for (QLabel* l : w->findChildren<QLabel*>())
-        if (l->text() == text) return true;
-    return false;
-}
-
-QByteArray fileBytes(const QString& path) {
-    QFile f(path);
-    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
 }
 
 } // namespace

@@ -187,8 +187,7 @@ TEST(PaletteDialog, SaveAndLoadThroughTheFileDialog) {
         title = fd->windowTitle();
         directory = fd->directory().absolutePath();
         filter = fd->nameFilters().join(";");
-        fd->selectFile(path);
-        static_cast<QDialog*>(fd)->accept(); // QFileDialog::accept is protected
+        ostrivex::testing::acceptFile(fd, path);
     });
     d.cmd[1]->click();
     EXPECT_EQ(title, "Save palette");
@@ -239,8 +238,7 @@ TEST(PaletteDialog, MissingFolderAndDamagedFile) {
             box->accept();
         } else if (auto* fd = qobject_cast<QFileDialog*>(w)) {
             directory = fd->directory().absolutePath();
-            fd->selectFile(bad);
-            static_cast<QDialog*>(fd)->accept(); // QFileDialog::accept is protected
+            ostrivex::testing::acceptFile(fd, bad);
         }
     });
     d.cmd[0]->click();

@@ -174,7 +174,47 @@ TEST(Tone, ContrastSpreadsTheOverflowOverTheOtherChannels) {
 }
 
 namespace {
-// Contrast as a plain loop over the pixels, with the spill rule as the loop it is.
+// Contrast's spill rule as the loop it is, on one pixel's table values.
+void spillLoop(int& b, int& g, int& r) {
+    auto out255 = [](int c) { return c < 0 || c > 255; };
+    while (out255(b) || out255(g) || out255(r)) {
+        if (b <= 0 && g <= 0 && r <= 0) b = g = r = 0;
+        if (b >= 255 && g >= 255 && r >= 255) b = g = r = 255;
+        if (b < 0) {
+            g += b / 2;
+            r += b / 2;
+            b = 0;
+        } else if (b > 255) {
+            g += (b - 255) / 2;
+            r += (b - 255) / 2;
+            b = 255;
+        }
+        if (g < 0) {
+            b += g / 2;
+            r += g / 2;
+            g = 0;
+        } else if (g > 255) {
+            b += (g - 255) / 2;
+            r += (g - 255) / 2;
+            g = 255;
+        }
+        if (r < 0) {
+            g += r / 2;
+            b += r / 2;
+            r = 0;
+        } else if (r > 255) {
+            g += (r - 255) / 2;
+            b += (r - 255) / 2;
+            r = 255;
+        }
+    }
+}
+
+int contrastEntry(int c, int mean, float f) {
+    return int(std::nearbyint((c - mean) * double(f) + mean));
+}
+
+// Contrast as a plain loop over the pixels.
 Bits referenceContrast(const Bits& src, int32_t level) {
     int64_t sum = 0;
     for (int y = 0; y < src.height(); ++y)
@@ -185,40 +225,9 @@ Bits referenceContrast(const Bits& src, int32_t level) {
     Bits out = src;
     for (int y = 0; y < src.height(); ++y)
         for (int x = 0; x < src.width(); ++x) {
-            auto map = [&](int c) { return int(std::nearbyint((c - mean) * double(f) + mean)); };
-            int b = map(src(0, x, y)), g = map(src(1, x, y)), r = map(src(2, x, y));
-            auto out255 = [](int c) { return c < 0 || c > 255; };
-            while (out255(b) || out255(g) || out255(r)) {
-                if (b <= 0 && g <= 0 && r <= 0) b = g = r = 0;
-                if (b >= 255 && g >= 255 && r >= 255) b = g = r = 255;
-                if (b < 0) {
-                    g += b / 2;
-                    r += b / 2;
-                    b = 0;
-                } else if (b > 255) {
-                    g += (b - 255) / 2;
-                    r += (b - 255) / 2;
-                    b = 255;
-                }
-                if (g < 0) {
-                    b += g / 2;
-                    r += g / 2;
-                    g = 0;
-                } else if (g > 255) {
-                    b += (g - 255) / 2;
-                    r += (g - 255) / 2;
-                    g = 255;
-                }
-                if (r < 0) {
-                    g += r / 2;
-                    b += r / 2;
-                    r = 0;
-                } else if (r > 255) {
-                    g += (r - 255) / 2;
-                    b += (r - 255) / 2;
-                    r = 255;
-                }
-            }
+            int b = contrastEntry(src(0, x, y), mean, f), g = contrastEntry(src(1, x, y), mean, f),
+                r = contrastEntry(src(2, x, y), mean, f);
+            spillLoop(b, g, r);
             out(0, x, y) = uint8_t(b);
             out(1, x, y) = uint8_t(g);
             out(2, x, y) = uint8_t(r);
@@ -266,6 +275,43 @@ Bits insideFrom(const Bits& src, const Bits& changed, const Region& region) {
     return out;
 }
 } // namespace
+
+TEST(Tone, ContrastKernelWritesOnlyTheRunItIsGiven) {
+    // Runs that end at every place of the last group of sixteen or thirty-two pixels, which
+    // goes through a padded copy: black padding spills too, and none of it may land past
+    // the run. The bytes after the run keep their marker.
+    if (!tone::hasWideKernels()) GTEST_SKIP() << "no wide kernels on this processor";
+    const Bits src = patternBits(160, 1, 21);
+    const int mean = 127;
+    const float f = 1.6f;
+    std::vector<int32_t> m(256);
+    for (int i = 0; i < 256; ++i) m[size_t(i)] = contrastEntry(i, mean, f);
+    tone::ContrastMap map;
+    map.m = m.data();
+    map.mean = mean;
+    map.f = f;
+    tone::fitContrastMap(map);
+    ASSERT_TRUE(map.linear);
+    for (tone::KernelWidth width : {tone::KernelWidth::Avx2, tone::KernelWidth::Avx512}) {
+        const KernelCeilingScope ceiling(width);
+        for (int n = 1; n <= 128; ++n) {
+            std::vector<uint8_t> out(4 * 160, 0xA5);
+            tone::contrastWide(src.row(0), out.data(), n, map);
+            int wrong = 0;
+            for (int x = 0; x < 160; ++x) {
+                int b = contrastEntry(src(0, x, 0), mean, f), g = contrastEntry(src(1, x, 0), mean, f),
+                    r = contrastEntry(src(2, x, 0), mean, f);
+                spillLoop(b, g, r);
+                const bool inRun = x < n;
+                wrong += out[size_t(4 * x)] != (inRun ? b : 0xA5);
+                wrong += out[size_t(4 * x + 1)] != (inRun ? g : 0xA5);
+                wrong += out[size_t(4 * x + 2)] != (inRun ? r : 0xA5);
+                wrong += out[size_t(4 * x + 3)] != (inRun ? src(3, x, 0) : 0xA5);
+            }
+            EXPECT_EQ(wrong, 0) << "run of " << n << ", kernel width " << int(width);
+        }
+    }
+}
 
 TEST(Tone, SaturationEqualsThePlainFormulaOnEveryColour) {
     const Bits& src = everyColour();

@@ -548,25 +548,50 @@ struct SpillLists512 {
     uint32_t masks[kSpillChunk / 32];
 };
 
-// Rounds the listed pixels sixteen at a time until they are inside, into q.done.
-OSTRIVEX_AVX2 void settleLists512(SpillLists512& q, int32_t count) {
+// A whole round on thirty-two pixels: the two tests, then the three steps.
+OSTRIVEX_AVX512 inline void spillRound32(__m512i& b, __m512i& g, __m512i& r) {
+    const __m512i zero = _mm512_setzero_si512(), white = _mm512_set1_epi16(255);
+    // None above 0 (the largest below 1): all turn 0.
+    const __mmask32 low = _mm512_cmplt_epi16_mask(_mm512_max_epi16(_mm512_max_epi16(b, g), r),
+                                                  _mm512_set1_epi16(1));
+    b = _mm512_mask_mov_epi16(b, low, zero);
+    g = _mm512_mask_mov_epi16(g, low, zero);
+    r = _mm512_mask_mov_epi16(r, low, zero);
+    // None below 255 (the smallest above 254): all turn 255.
+    const __mmask32 high = _mm512_cmpgt_epi16_mask(
+        _mm512_min_epi16(_mm512_min_epi16(b, g), r), _mm512_set1_epi16(254));
+    b = _mm512_mask_mov_epi16(b, high, white);
+    g = _mm512_mask_mov_epi16(g, high, white);
+    r = _mm512_mask_mov_epi16(r, high, white);
+    spillSteps32(b, g, r);
+}
+
+// Rounds the listed pixels thirty-two at a time until they are inside, into q.done. Of the
+// pixels still outside after the first round nearly half need three more rounds, so a
+// group of sixteen waits three rounds as often as one of thirty-two does.
+OSTRIVEX_AVX512 void settleLists512(SpillLists512& q, int32_t count) {
     // The lanes past the end hold black, which no round changes.
-    for (int32_t k = count; k < count + 16; ++k) q.b[k] = q.g[k] = q.r[k] = 0;
-    for (int32_t j = 0; j < count; j += 16) {
-        __m256i b = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.b + j));
-        __m256i g = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.g + j));
-        __m256i r = _mm256_load_si256(reinterpret_cast<const __m256i*>(q.r + j));
-        __m256i out;
+    for (int32_t k = count; k < count + 32; ++k) q.b[k] = q.g[k] = q.r[k] = 0;
+    const __m512i highByte = _mm512_set1_epi16(int16_t(0xFF00));
+    // Word 2j of the first sixteen pixel words is bg[j], word 2j + 1 is r[j]; then j + 16.
+    alignas(64) int16_t first[32], second[32];
+    for (int j = 0; j < 16; ++j) {
+        first[2 * j] = int16_t(j);
+        first[2 * j + 1] = int16_t(32 + j);
+        second[2 * j] = int16_t(16 + j);
+        second[2 * j + 1] = int16_t(48 + j);
+    }
+    const __m512i toFirst = _mm512_load_si512(first), toSecond = _mm512_load_si512(second);
+    for (int32_t j = 0; j < count; j += 32) {
+        __m512i b = _mm512_load_si512(q.b + j);
+        __m512i g = _mm512_load_si512(q.g + j);
+        __m512i r = _mm512_load_si512(q.r + j);
         do {
-            spillRound16(b, g, r);
-            out = outside16(b, g, r);
-        } while (!_mm256_testz_si256(out, out));
-        const __m256i bg = _mm256_or_si256(b, _mm256_slli_epi16(g, 8));
-        const __m256i lo = _mm256_unpacklo_epi16(bg, r), hi = _mm256_unpackhi_epi16(bg, r);
-        // Entries 0..3 and 8..11 are in lo, 4..7 and 12..15 in hi: back in list order.
-        _mm256_store_si256(reinterpret_cast<__m256i*>(q.done + j), _mm256_permute2x128_si256(lo, hi, 0x20));
-        _mm256_store_si256(reinterpret_cast<__m256i*>(q.done + j + 8),
-                           _mm256_permute2x128_si256(lo, hi, 0x31));
+            spillRound32(b, g, r);
+        } while (_mm512_test_epi16_mask(_mm512_ternarylogic_epi32(b, g, r, 0xFE), highByte));
+        const __m512i bg = _mm512_or_si512(b, _mm512_slli_epi16(g, 8));
+        _mm512_store_si512(q.done + j, _mm512_permutex2var_epi16(bg, toFirst, r));
+        _mm512_store_si512(q.done + j + 16, _mm512_permutex2var_epi16(bg, toSecond, r));
     }
 }
 

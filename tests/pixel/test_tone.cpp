@@ -313,6 +313,21 @@ TEST(Tone, ContrastKernelWritesOnlyTheRunItIsGiven) {
     }
 }
 
+TEST(Tone, ContrastMeanSumsEveryColour) {
+    // The sum of (B + G + R) \ 3 behind Contrast's mean, over rows of every colour whose
+    // lengths end at every place of a vector step.
+    if (!tone::hasWideKernels()) GTEST_SKIP() << "no wide kernels on this processor";
+    const Bits& src = everyColour();
+    int wrong = 0;
+    for (int y = 0; y < 4096; ++y) {
+        const int n = 4096 - y % 19;
+        uint64_t want = 0;
+        for (int x = 0; x < n; ++x) want += uint64_t(src(0, x, y) + src(1, x, y) + src(2, x, y)) / 3;
+        wrong += tone::meanSumWide(src.row(y), n) != want;
+    }
+    EXPECT_EQ(wrong, 0);
+}
+
 TEST(Tone, SaturationEqualsThePlainFormulaOnEveryColour) {
     const Bits& src = everyColour();
     for (int32_t level : {-100, -37, 1, 50, 133, 250}) {

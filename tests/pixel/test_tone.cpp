@@ -276,6 +276,28 @@ Bits insideFrom(const Bits& src, const Bits& changed, const Region& region) {
 }
 } // namespace
 
+TEST(Tone, ContrastOfEveryColourEqualsThePlainSpillLoop) {
+    // Every colour once, above 1024 rows of black or of white that move the image's mean
+    // (about 101 and 152; 127 with no rows below), so every table value of these levels
+    // meets every other through the spill rounds, at each kernel width.
+    const Bits& all = everyColour();
+    for (int below : {-1, 0, 255}) {
+        Bits src(4096, below < 0 ? 4096 : 4096 + 1024);
+        for (int y = 0; y < src.height(); ++y)
+            for (int x = 0; x < 4096; ++x)
+                for (int c = 0; c < 4; ++c)
+                    src(c, x, y) = y < 4096 ? all(c, x, y) : uint8_t(c < 3 ? below : 9);
+        for (int32_t level : {60, 250}) {
+            const Bits want = referenceContrast(src, level);
+            for (tone::KernelWidth width : {tone::KernelWidth::Avx2, tone::KernelWidth::Avx512}) {
+                const KernelCeilingScope ceiling(width);
+                EXPECT_TRUE(sameBits(want, run(src, [=](cBitFilter& f) { return f.Contrast(level); })))
+                    << "rows below " << below << ", level " << level << ", kernel width " << int(width);
+            }
+        }
+    }
+}
+
 TEST(Tone, ContrastKernelWritesOnlyTheRunItIsGiven) {
     // Runs that end at every place of the last group of sixteen or thirty-two pixels, which
     // goes through a padded copy: black padding spills too, and none of it may land past

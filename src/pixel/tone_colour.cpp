@@ -1,6 +1,7 @@
 // Colour filters: the colour-distance family (ISOLATE, REPLACE, Shift, ReplaceL), the
 // channel kills and the channel shuffles (SwapBanks, SwapRGB, ClassyColors).
 #include "pixel/bitfilter.h"
+#include "pixel/cpuclones.h"
 #include "pixel/tone_kernels.h"
 #include "pixel/tone_wide.h"
 #include "pixel/vbmath.h"
@@ -42,20 +43,29 @@ Bits cBitFilter::SpecialColors(int32_t red, int32_t green, int32_t blue) {
         [&](const uint8_t* s, uint8_t* p, int32_t n) { maskChannels(s, p, n, keep); });
 }
 
+namespace {
+// ISOLATE over n pixels, in integers only (see cpuclones.h).
+OSTRIVEX_CPU_CLONES void isolateRun(const uint8_t* __restrict s, uint8_t* __restrict p,
+                                    int32_t n, int32_t b1, int32_t g1, int32_t r1, int32_t t,
+                                    uint32_t back) {
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t v = load32(s + 4 * i);
+        const int32_t d = colourDistance(int32_t(v & 255u), int32_t((v >> 8) & 255u),
+                                         int32_t((v >> 16) & 255u), b1, g1, r1);
+        // Without a branch (see Threshold): far pixels take the back colour.
+        const uint32_t far = 0u - uint32_t(d >= t);
+        store32(p + 4 * i, (v & ~(far & 0x00FFFFFFu)) | (back & far));
+    }
+}
+} // namespace
+
 Bits cBitFilter::ISOLATE(uint32_t colour, uint32_t backColour, int32_t tolerance) {
     const int32_t t = distanceThreshold(tolerance);
     const int32_t r1 = colourR(colour), g1 = colourG(colour), b1 = colourB(colour);
     const uint32_t back = uint32_t(colourB(backColour)) | uint32_t(colourG(backColour)) << 8 |
                           uint32_t(colourR(backColour)) << 16;
     return pointFilter([=](const uint8_t* __restrict s, uint8_t* __restrict p, int32_t n) {
-        for (int32_t i = 0; i < n; ++i) {
-            const uint32_t v = load32(s + 4 * i);
-            const int32_t d = colourDistance(int32_t(v & 255u), int32_t((v >> 8) & 255u),
-                                             int32_t((v >> 16) & 255u), b1, g1, r1);
-            // Without a branch (see Threshold): far pixels take the back colour.
-            const uint32_t far = 0u - uint32_t(d >= t);
-            store32(p + 4 * i, (v & ~(far & 0x00FFFFFFu)) | (back & far));
-        }
+        isolateRun(s, p, n, b1, g1, r1, t, back);
     });
 }
 

@@ -33,6 +33,33 @@ TEST(ToneColour, IsolateKeepsOnlyColoursNearTheFirst) {
                          run(near, [](cBitFilter& f) { return f.ISOLATE(kRed, 0x090909u, 0); })));
 }
 
+TEST(ToneColour, IsolateOnEveryColourFollowsTheDistanceRule) {
+    // Long rows, so the vector builds of the loop run, not only its tail.
+    const Bits& src = everyColour();
+    for (int32_t tolerance : {10, 97}) {
+        const int32_t t = int32_t(std::nearbyint(std::pow(tolerance * 127.5 / 100, 2) + 1));
+        const Bits out =
+            run(src, [=](cBitFilter& f) { return f.ISOLATE(0x2060C0u, 0x0A0B0Cu, tolerance); });
+        int64_t wrong = 0, far = 0;
+        for (int y = 0; y < 4096; ++y)
+            for (int x = 0; x < 4096; ++x) {
+                const int b = src(0, x, y), g = src(1, x, y), r = src(2, x, y);
+                const int d = (b - 0x20) * (b - 0x20) + (g - 0x60) * (g - 0x60) +
+                              (r - 0xC0) * (r - 0xC0);
+                const bool isFar = d >= t;
+                far += isFar;
+                // colours are 0x00BBGGRR: the back colour is blue 0x0A, green 0x0B, red 0x0C
+                wrong += out(0, x, y) != (isFar ? 0x0A : b);
+                wrong += out(1, x, y) != (isFar ? 0x0B : g);
+                wrong += out(2, x, y) != (isFar ? 0x0C : r);
+                wrong += out(3, x, y) != src(3, x, y);
+            }
+        EXPECT_EQ(wrong, 0) << "tolerance " << tolerance;
+        EXPECT_GT(far, 0);
+        EXPECT_LT(far, int64_t(4096) * 4096);
+    }
+}
+
 TEST(ToneColour, ReplaceBlendsByDistance) {
     // t = 164. d = 0: k = 1, the new colour. d = 164: k = 0, unchanged. d = 128:
     // k = 1 - 128 / 164 = 0.2195122: 55.98, 8 - 1.76 = 6.24, 247 - 54.22 = 192.78.

@@ -808,6 +808,22 @@ OSTRIVEX_AVX2 inline __m256i average8(__m256i x, __m256i y, unsigned& ties) {
     return q;
 }
 
+// round((2 x 0.99 + y 0.99) / 12) of eight pairs, ClassyColors' retro offset. With
+// s = 2 x + y the rule gives (33 s + 200) \ 400 for every pair but those whose value ends
+// in exactly .5 (s = 200 and s = 600), which ties gets, as in average8. 33 s + 200 fits 16
+// bits, and (v >> 4) \ 25 is the high word of (v >> 4) * 5243 halved.
+OSTRIVEX_AVX2 inline __m256i retro8(__m256i x, __m256i y, unsigned& ties) {
+    const __m256i sum = _mm256_add_epi32(_mm256_add_epi32(x, x), y);
+    const __m256i v = _mm256_add_epi32(_mm256_mullo_epi16(sum, _mm256_set1_epi32(33)),
+                                       _mm256_set1_epi32(200));
+    const __m256i q = _mm256_srli_epi32(
+        _mm256_mulhi_epu16(_mm256_srli_epi32(v, 4), _mm256_set1_epi32(5243)), 1);
+    const __m256i tie = _mm256_or_si256(_mm256_cmpeq_epi32(sum, _mm256_set1_epi32(200)),
+                                        _mm256_cmpeq_epi32(sum, _mm256_set1_epi32(600)));
+    ties = unsigned(_mm256_movemask_ps(_mm256_castsi256_ps(tie)));
+    return q;
+}
+
 // A table entry of eight (x, y) pairs: a word read at the entry's byte offset, low byte.
 OSTRIVEX_AVX2 inline __m256i pair8(const uint8_t* t, __m256i x, __m256i y) {
     const __m256i at = _mm256_add_epi32(_mm256_slli_epi32(x, 8), y);
@@ -825,7 +841,7 @@ OSTRIVEX_AVX2 void classyRun(const uint8_t* s, uint8_t* p, int32_t n, const Clas
         const __m256i g = _mm256_and_si256(_mm256_srli_epi32(v, 8), byte);
         const __m256i r = _mm256_and_si256(_mm256_srli_epi32(v, 16), byte);
         __m256i nb = b, ng = g, nr = r;
-        unsigned ties = 0; // lanes the soft modes leave to the rule (see average8)
+        unsigned ties = 0; // lanes left to the rule (see average8 and retro8)
         if constexpr (Mode == 0) {
             nb = pair8(t.soft, b, g);
             ng = average8(r, g, ties);
@@ -844,7 +860,7 @@ OSTRIVEX_AVX2 void classyRun(const uint8_t* s, uint8_t* p, int32_t n, const Clas
             ng = pair8(t.spot, g, r);
             nr = pair8(t.spot, b, g);
         } else if constexpr (Mode == 7) {
-            const __m256i k = pair8(t.retro, b, r);
+            const __m256i k = retro8(b, r, ties);
             const __m256i ones = _mm256_set1_epi32(-1);
             nb = _mm256_and_si256(_mm256_abs_epi32(_mm256_xor_si256(_mm256_sub_epi32(g, k), ones)), byte);
             ng = _mm256_and_si256(_mm256_abs_epi32(_mm256_xor_si256(_mm256_sub_epi32(r, k), ones)), byte);

@@ -809,17 +809,18 @@ OSTRIVEX_AVX2 inline __m256i average8(__m256i x, __m256i y, unsigned& ties) {
 }
 
 // round((2 x 0.99 + y 0.99) / 12) of eight pairs, ClassyColors' retro offset. With
-// s = 2 x + y the rule gives (33 s + 200) \ 400 for every pair but those whose value ends
-// in exactly .5 (s = 200 and s = 600), which ties gets, as in average8. 33 s + 200 fits 16
-// bits, and (v >> 4) \ 25 is the high word of (v >> 4) * 5243 halved.
+// s = 2 x + y the rule gives (33 s + 200) \ 400 for every pair but those of s = 200, which
+// ties gets, as in average8: the value ends in exactly .5 there (and at s = 600), and the
+// double sum falls below the half, giving 16 where the quotient gives 17 (at 600 both give
+// 50). Checked against the rule on every colour. 33 s + 200 fits 16 bits, and
+// (v >> 4) \ 25 is the high word of (v >> 4) * 5243 halved.
 OSTRIVEX_AVX2 inline __m256i retro8(__m256i x, __m256i y, unsigned& ties) {
     const __m256i sum = _mm256_add_epi32(_mm256_add_epi32(x, x), y);
     const __m256i v = _mm256_add_epi32(_mm256_mullo_epi16(sum, _mm256_set1_epi32(33)),
                                        _mm256_set1_epi32(200));
     const __m256i q = _mm256_srli_epi32(
         _mm256_mulhi_epu16(_mm256_srli_epi32(v, 4), _mm256_set1_epi32(5243)), 1);
-    const __m256i tie = _mm256_or_si256(_mm256_cmpeq_epi32(sum, _mm256_set1_epi32(200)),
-                                        _mm256_cmpeq_epi32(sum, _mm256_set1_epi32(600)));
+    const __m256i tie = _mm256_cmpeq_epi32(sum, _mm256_set1_epi32(200));
     ties = unsigned(_mm256_movemask_ps(_mm256_castsi256_ps(tie)));
     return q;
 }

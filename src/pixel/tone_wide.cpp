@@ -88,26 +88,6 @@ OSTRIVEX_AVX2 inline __m256i spill16(__m256i c, __m256i lim) {
     return _mm256_srai_epi16(_mm256_add_epi16(e, _mm256_srli_epi16(e, 15)), 1);
 }
 
-// The three steps of a spill round without the tests that come first (see the note at
-// contrastRunLinear512): blue, then green, then red spill into the other two.
-OSTRIVEX_AVX2 inline void spillSteps16(__m256i& b, __m256i& g, __m256i& r) {
-    __m256i lim = limit16(b);
-    __m256i s = spill16(b, lim);
-    b = lim;
-    g = _mm256_add_epi16(g, s);
-    r = _mm256_add_epi16(r, s);
-    lim = limit16(g);
-    s = spill16(g, lim);
-    g = lim;
-    b = _mm256_add_epi16(b, s);
-    r = _mm256_add_epi16(r, s);
-    lim = limit16(r);
-    s = spill16(r, lim);
-    r = lim;
-    g = _mm256_add_epi16(g, s);
-    b = _mm256_add_epi16(b, s);
-}
-
 // One spill round on sixteen pixels; a pixel already inside 0..255 comes out unchanged.
 OSTRIVEX_AVX2 inline void spillRound16(__m256i& b, __m256i& g, __m256i& r) {
     // None above 0 (the largest at most 0): all turn 0.
@@ -123,7 +103,22 @@ OSTRIVEX_AVX2 inline void spillRound16(__m256i& b, __m256i& g, __m256i& r) {
     b = _mm256_blendv_epi8(b, white, high);
     g = _mm256_blendv_epi8(g, white, high);
     r = _mm256_blendv_epi8(r, white, high);
-    spillSteps16(b, g, r);
+    // Blue, then green, then red spill into the other two.
+    __m256i lim = limit16(b);
+    __m256i s = spill16(b, lim);
+    b = lim;
+    g = _mm256_add_epi16(g, s);
+    r = _mm256_add_epi16(r, s);
+    lim = limit16(g);
+    s = spill16(g, lim);
+    g = lim;
+    b = _mm256_add_epi16(b, s);
+    r = _mm256_add_epi16(r, s);
+    lim = limit16(r);
+    s = spill16(r, lim);
+    r = lim;
+    g = _mm256_add_epi16(g, s);
+    b = _mm256_add_epi16(b, s);
 }
 
 // The lanes with a channel outside 0..255 (such a value has a bit above the low byte) are

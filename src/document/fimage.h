@@ -11,9 +11,9 @@
 // preview (OptimizeView); the Layers panel `picFrame` is empty for now.
 #pragma once
 
-#include "document/bitregion.h"
+#include "model/bitregion.h"
 #include "document/paint/paint.h"
-#include "document/undostore.h"
+#include "model/undostore.h"
 #include "pixel/bits.h"
 #include "pixel/region.h"
 

@@ -12,7 +12,7 @@
 #pragma once
 
 #include "app/filters/filter_table.h"
-#include "document/bitregion.h"
+#include "model/bitregion.h"
 #include "pixel/bitfilter.h"
 #include "pixel/bits.h"
 

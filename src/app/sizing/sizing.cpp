@@ -8,7 +8,7 @@
 #include "app/sizing/frotate.h"
 #include "app/sizing/fsize.h"
 #include "document/fimage.h"
-#include "document/undostore.h"
+#include "model/undostore.h"
 #include "pixel/bitfilter.h"
 #include "pixel/vbmath.h"
 

@@ -1,4 +1,4 @@
-#include "document/bitregion.h"
+#include "model/bitregion.h"
 
 #include <cmath>
 #include <fstream>

@@ -1,7 +1,7 @@
 // The selection object: combine modes and the null-selection rules, invert, crop, offset,
 // the zoomed copy with its rounding, the ant brushes, and selection files byte for byte.
 // Every expected array below is worked out by hand from the shapes, not read from output.
-#include "document/bitregion.h"
+#include "model/bitregion.h"
 
 #include <gtest/gtest.h>
 

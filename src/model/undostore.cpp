@@ -1,4 +1,4 @@
-#include "document/undostore.h"
+#include "model/undostore.h"
 
 #include <cerrno>
 #include <cstdio>

@@ -1,6 +1,6 @@
 // The undo slot files: names, bytes, the redo branch, the limit of 201 states and the
 // shift beyond it, and the reader's refusal of files it did not write.
-#include "document/undostore.h"
+#include "model/undostore.h"
 
 #include <gtest/gtest.h>
 

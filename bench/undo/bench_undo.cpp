@@ -2,18 +2,15 @@
 // one back, on the thread of the action. Measured on 6000 x 4000 (a 96 MB file) next to a
 // plain copy of a 96 MB file on the same file system, the floor of what a save can cost.
 //
-// Run: QT_QPA_PLATFORM=offscreen build/bin/bench_undo (it sets the platform itself).
+// Run: build/bin/bench_undo
 #include "../bench_pattern.h"
-#include "document/fimage.h"
-#include "document/host.h"
-#include "pixel/bitfilter.h"
-
-#include <QApplication>
+#include "model/document.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 
 namespace ostrivex {
 namespace {
@@ -22,47 +19,14 @@ namespace fs = std::filesystem;
 
 constexpr int32_t kWidth = 6000, kHeight = 4000;
 
-// Only what SaveUndoBits and LoadUndoBits reach.
-class BenchHost : public DocumentHost {
-public:
-    cBitFilter filter;
-    cBitFilter& Filter() override { return filter; }
-    fPaste* HistoryBox() override { return nullptr; }
-    QWidget* DialogParent() override { return nullptr; }
-    void AddDocumentWindow(fImage*) override {}
-    void RemoveDocumentWindow(fImage*) override {}
-    std::vector<fImage*> Documents() override { return {}; }
-    void RunCommand(const QString&) override {}
-    void SetStatusPanel(const QString&, const QString&) override {}
-    void ClearStatusPanels() override {}
-    void ShowZoom(int) override {}
-    bool HandScrollDown() override { return false; }
-    void RefreshPanView() override {}
-    void ClearPanView() override {}
-    void ReloadOptimizePreview() override {}
-    void UndoStateSaved(int) override {}
-    void FillRecent() override {}
-    void DocumentActivated(fImage*) override {}
-    void DocumentDeactivated(fImage*) override {}
-    void ViewChanged(fImage*, int) override {}
-};
+// One document of the bench image, without a window: the commit's own cost is the file.
+std::unique_ptr<Document> benchDocument; // reset by main before the folder goes
 
-BenchHost& host() {
-    static BenchHost h;
-    return h;
-}
-
-
-// One document of the bench image in a 400 x 300 window.
-fImage* benchDocument = nullptr; // deleted by main before the application
-
-fImage& document() {
+Document& document() {
     if (!benchDocument) {
-        benchDocument = new fImage;
-        benchDocument->BeginDocument(QString());
-        benchDocument->resize(400, 300);
-        benchDocument->PBits(bench::PatternImage(kWidth, kHeight));
-        benchDocument->SaveUndoBits("Original");
+        benchDocument = std::make_unique<Document>(std::getenv("OSTRIVEX_HOME"));
+        benchDocument->History().HistoryId = 1;
+        benchDocument->Start(bench::PatternImage(kWidth, kHeight), "Original");
     }
     return *benchDocument;
 }
@@ -76,7 +40,7 @@ void report(benchmark::State& state) {
 }
 
 void BM_PlainFileCopy(benchmark::State& state) {
-    fImage& doc = document(); // its slot 0 is a file of the same size
+    Document& doc = document(); // its slot 0 is a file of the same size
     const fs::path from = doc.History().SlotFileName(0);
     const fs::path to = doc.History().TempFolder() / "copy.dat";
     for (auto _ : state) fs::copy_file(from, to, fs::copy_options::overwrite_existing);
@@ -85,19 +49,22 @@ void BM_PlainFileCopy(benchmark::State& state) {
 }
 
 void BM_SaveUndoBits(benchmark::State& state) {
-    fImage& doc = document();
+    Document& doc = document();
     for (auto _ : state) {
-        // Rewrites slot 1 each time, as a save after an undo does.
+        // Rewrites slot 1 each time, as a commit after an undo does.
         doc.History().HistoryPosition = 1;
-        doc.SaveUndoBits("Brush");
+        doc.Commit(EditTarget::Enhanced(), "Brush");
     }
     report(state);
 }
 
 void BM_LoadUndoBits(benchmark::State& state) {
-    fImage& doc = document();
-    const QString slot0 = QString::fromStdString(doc.History().SlotFileName(0).string());
-    for (auto _ : state) benchmark::DoNotOptimize(doc.LoadUndoBits(slot0));
+    Document& doc = document();
+    for (auto _ : state) {
+        // A jump from the state of slot 1 back to slot 0 reads slot 0's file.
+        doc.History().HistoryPosition = 2;
+        benchmark::DoNotOptimize(doc.JumpTo(0));
+    }
     report(state);
 }
 
@@ -109,16 +76,14 @@ BENCHMARK(BM_LoadUndoBits)->Unit(benchmark::kMillisecond)->MinTime(2.0)->UseReal
 } // namespace ostrivex
 
 int main(int argc, char** argv) {
-    ::setenv("QT_QPA_PLATFORM", "offscreen", 0);
     std::string home = (std::filesystem::temp_directory_path() / "ostrivex-bench-XXXXXX").string();
     if (!::mkdtemp(home.data())) return 2;
     ::setenv("OSTRIVEX_HOME", home.c_str(), 1);
-    QApplication app(argc, argv);
-    ostrivex::SetDocumentHost(&ostrivex::host());
     ::benchmark::Initialize(&argc, argv);
     ::benchmark::RunSpecifiedBenchmarks();
     ::benchmark::Shutdown();
-    delete ostrivex::benchDocument; // deletes its undo files
+    if (ostrivex::benchDocument) ostrivex::benchDocument->History().ClearHistoryFiles();
+    ostrivex::benchDocument.reset();
     std::error_code ec;
     std::filesystem::remove_all(home, ec);
     return 0;

@@ -76,6 +76,10 @@ void tileSubWindows(QMdiArea* area, bool horizontally) {
     }
 }
 
+// The commands that read or change the Enhanced image's pixels or selection run only while
+// that image is on show: on the Layers or Optimize tab they would touch a hidden image.
+bool enhancedShown(fImage* doc) { return doc && doc->Model().Target().IsEnhanced(); }
+
 // The selection commands. Each ends with the document's SelectionChanged: cFilter gets the
 // new EffectiveRegion, the canvas repaints, and the ants start or stop.
 void runSelectionCommand(QWidget* parent, fImage* doc, const QString& word) {
@@ -206,13 +210,16 @@ void fMain::MenuExec(const QString& word) {
     const bool haveDocument = GetActiveDocument(ActiveDocument);
     if (!haveDocument && word != "CREATEFROMCLIPBOARD") return;
     fImage* doc = ActiveDocument;
+    if (haveDocument && !enhancedShown(doc) &&
+        !isOneOf(word, {"CREATEFROMCLIPBOARD", "IMAGEPROPERTIES", "OPTIONS", "PRINT", "PRINTPREVIEW"}))
+        return;
 
     if (word == "UNDO") {
         route("UndoBits");
-        doc->UndoBits();
+        doc->Model().Undo();
     } else if (word == "REDO") {
         route("RedoBits");
-        doc->RedoBits();
+        doc->Model().Redo();
     } else if (isOneOf(word, {"CUT", "COPY", "PASTE", "CREATENEWCOPY", "COPYIMAGETOCLIPBOARD",
                               "CREATEFROMCLIPBOARD", "CROP", "NEWIMAGEFROMCROP"})) {
         route("Clipboard");
@@ -224,7 +231,7 @@ void fMain::MenuExec(const QString& word) {
         if (word == "CREATEFROMCLIPBOARD") { // the one word that needs no document
             CreateFromClipboard(*this);
         } else if (word == "CUT") {
-            if (CutBits(*doc, *this)) Update(caption(), true);
+            CutBits(*doc, *this, caption());
         } else if (word == "COPY") {
             CopyBits(*doc, *this);
         } else if (word == "PASTE") {
@@ -234,7 +241,7 @@ void fMain::MenuExec(const QString& word) {
         } else if (word == "COPYIMAGETOCLIPBOARD") {
             BitsCopyToClipboard(*doc);
         } else if (word == "CROP") {
-            if (CropToSelection(*doc, *this)) Update(caption(), true);
+            CropToSelection(*doc, *this, caption());
         } else {
             NewImageFromCrop(*doc, *this);
         }
@@ -244,7 +251,7 @@ void fMain::MenuExec(const QString& word) {
         runSelectionCommand(DialogParent(), doc, word);
     } else if (word == "IMAGEPROPERTIES") {
         route("fProperties");
-        fProperties dialog(doc->FileName.toStdString(), doc->Caption().toStdString(),
+        fProperties dialog(doc->Model().File.FileName.toStdString(), doc->Caption().toStdString(),
                            doc->PictureWidth(), doc->PictureHeight(), this);
         dialog.exec();
     } else if (word == "OPTIONS") {
@@ -280,7 +287,6 @@ void fMain::MenuExec(const QString& word) {
         host.filter = &Filter();
         host.progress = [this](int percent) { cFilter_Progress(percent); };
         host.hideProgress = [this] { progressBar()->setValue(0); };
-        host.update = [this](const QString& l, bool saveUndo) { Update(l, saveUndo); };
         host.commit = [this, label](const std::function<Bits(cBitFilter&)>& operation) {
             RunFilterEnvelope(operation, label);
         };
@@ -310,15 +316,18 @@ bool fMain::RunFixedFilter(const QString& word) {
 void fMain::RunFilterEnvelope(const std::function<Bits(cBitFilter&)>& operation,
                               const QString& label) {
     if (!GetActiveDocument(ActiveDocument)) return;
-    cBitFilter& filter = Filter();          // 1.
-    const cBitFilter::ReuseScope reuse(filter); // 3. replaces the buffer: build it in place
-    Bits result = operation(filter);        // 2.
-    filter.SetBits(std::move(result));      // 3.
-    ActiveDocument->SetBits(filter.bits()); // 4.
-    // Writing a document's pixels shows them; Update draws only for an empty label.
-    ActiveDocument->UpdateImage();
-    Update(label, true);               // 5.
-    QCoreApplication::processEvents(); // 6.
+    Document& model = ActiveDocument->Model();
+    const EditTarget target = model.Target();
+    if (!target.IsEnhanced()) return; // the filters work on the Enhanced image only
+    cBitFilter& filter = Filter();
+    Bits result;
+    {
+        const cBitFilter::ReuseScope reuse(filter); // the result replaces the buffer: build it in place
+        result = operation(filter);
+    }
+    // The commit writes the document, files the step, redraws and gives cFilter the pixels.
+    model.Commit(target, std::move(result), label);
+    QCoreApplication::processEvents();
 }
 
 void fMain::ApplyLayerEffects(int effect) {
@@ -354,7 +363,7 @@ void fMain::runRoutine(const MenuEntry& entry) {
         fAbout dialog(this);
         dialog.exec();
     } else if (name == "fPaletteApply") {
-        if (!GetActiveDocument(ActiveDocument)) return;
+        if (!GetActiveDocument(ActiveDocument) || !enhancedShown(ActiveDocument)) return;
         route(qname);
         // The dialog previews on its own copy; OK hands back the whole result, which then
         // goes the way of every filter: cFilter, the document, and an undo step.
@@ -362,12 +371,10 @@ void fMain::runRoutine(const MenuEntry& entry) {
                              QString::fromStdString(AppFolder()) + "/Palettes", Palette, this);
         dialog.exec();
         if (!dialog.applied()) return;
-        Filter().SetBits(dialog.appliedBits());
-        ActiveDocument->SetBits(Filter().bits());
-        ActiveDocument->UpdateImage();
-        Update(fPaletteApply::kUndoCaption, true);
+        Document& model = ActiveDocument->Model();
+        model.Commit(model.Target(), Bits(dialog.appliedBits()), fPaletteApply::kUndoCaption);
     } else if (name == "fHistogram") {
-        if (!GetActiveDocument(ActiveDocument)) return;
+        if (!GetActiveDocument(ActiveDocument) || !enhancedShown(ActiveDocument)) return;
         route(qname);
         fHistogram dialog(Filter().bits(), this);
         dialog.exec();
@@ -393,7 +400,7 @@ void fMain::runRoutine(const MenuEntry& entry) {
         // Dialogs that need no document.
         route(qname);
     } else if (name == "RestoreOriginal") {
-        if (!GetActiveDocument(ActiveDocument)) return;
+        if (!GetActiveDocument(ActiveDocument) || !enhancedShown(ActiveDocument)) return;
         route(qname);
         RestoreOriginal(*this);
     } else {

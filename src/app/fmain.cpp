@@ -300,8 +300,7 @@ void fMain::tbTool_ButtonClick(int index) {
         doc->cOriginal_Click();
         if (PendingPaste) {
             PendingPaste = false;
-            doc->SetBits(Filter().bits());
-            doc->UpdateImage();
+            doc->CancelEdit();
             if (doc->Region().IsEmptyRegion())
                 doc->StopTimer();
             else
@@ -349,10 +348,10 @@ void fMain::ColorPicked(int32_t colour) {
 void fMain::buildStatusBar() {
     QStatusBar* bar = statusBar();
     bar->setObjectName("sbStatus");
-    // Keyed panels: the action caption, the pixel under the cursor, the image size after a
-    // size change, the zoom, and the tools' readouts of the position and the colour under
+    // Keyed panels: the caption of the state on screen (or the progress of a filter), the
+    // image size, the zoom, and the tools' readouts of the position and the colour under
     // the mouse and of the colour they paint with.
-    for (const char* key : {"Status", "Pixel", "Size", "Zoom", "Position", "Color", "Foreground"}) {
+    for (const char* key : {"Status", "Pixel", "Zoom", "Position", "Color", "Foreground"}) {
         auto* label = new QLabel(bar);
         label->setObjectName(key);
         label->setMinimumWidth(key == QString("Status") ? 240 : 120);
@@ -582,25 +581,8 @@ void fMain::DocumentActivated(fImage* document) {
     ActiveDocument = document;
 }
 
-void fMain::Update(const QString& label, bool saveUndo) {
-    fImage* doc = nullptr;
-    if (!GetActiveDocument(doc)) return;
-    ActiveDocument = doc;
-    // 1. The status caption; the undo step below is filed under the same label.
-    ActionLabel = label;
-    SetStatusPanel("Status", label);
-    // 2.
-    if (label.isEmpty()) doc->UpdateImage();
-    // 3.
-    RefreshPanView();
-    // 4.
-    if (saveUndo) {
-        doc->SaveUndoBits();
-        doc->Changed = true;
-    }
-    // 5.
-    ReloadOptimizePreview();
-    // 6.
+void fMain::DocumentCommitted(fImage* document) {
+    ActiveDocument = document;
     DocumentChanged = true;
 }
 

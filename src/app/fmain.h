@@ -73,17 +73,16 @@ class fMain : public QMainWindow, public DocumentHost {
     // The fixed filter commands (word -> one cBitFilter call with fixed arguments). True if
     // the word is one of them.
     bool RunFixedFilter(const QString& word);
-    // The envelope of a filter command: takes cFilter, runs the operation, makes its result
-    // the engine's buffer and the document's Bits, calls Update(label, true) and lets one
-    // round of events through. Nothing without an active document.
+    // The envelope of a filter command: runs the operation on cFilter and commits its result
+    // to the active document under label (which redraws, files the step and gives cFilter
+    // the new pixels), then lets one round of events through. Nothing without an active
+    // document, or while it shows another view than the Enhanced image.
     void RunFilterEnvelope(const std::function<Bits(cBitFilter&)>& operation, const QString& label);
     // The routine that took the last word or click ("" when nothing took it); the families
     // whose work is not built yet are recognised all the same.
     const QString& LastRoute() const { return lastRoute_; }
     void clearLastRoute() { lastRoute_.clear(); }
 
-    // What every pixel command calls after a change of the active document.
-    void Update(const QString& label, bool saveUndo);
     // Sets every button of tbTool up except the button with index `except`.
     void DisableTools(int except);
     // A click on button `index` of tbTool (the button's pressed state is its check state):
@@ -154,6 +153,7 @@ class fMain : public QMainWindow, public DocumentHost {
     void ReloadOptimizePreview() override {}
     void UndoStateSaved(int historyId) override {}
     void DocumentActivated(fImage* document) override;
+    void DocumentCommitted(fImage* document) override;
     void DocumentDeactivated(fImage* document) override {}
     void ViewChanged(fImage* document, int view) override {}
     void ColorPicked(int32_t colour) override;

@@ -14,7 +14,7 @@
 #include <QMimeData>
 
 #include <algorithm>
-#include <functional>
+#include <cstring>
 
 namespace ostrivex {
 
@@ -89,32 +89,29 @@ void storeClip(DocumentHost& host) {
 // A new document shown in the document area, with `pixels` as its picture and its first
 // undo state "Original". Such a document has no file yet: it is named like a new blank
 // image, so that Save asks for a name and offers the bmp format.
-fImage* newDocument(DocumentHost& host, const std::function<void(fImage&)>& givePicture) {
+fImage* newDocument(DocumentHost& host, Bits&& pixels) {
     auto* doc = new fImage;
     doc->BeginDocument(QString());
-    givePicture(*doc);
-    doc->FileName = QStringLiteral("New.bmp");
-    doc->FileExtension = QStringLiteral("bmp");
-    doc->SaveUndoBits(QStringLiteral("Original"));
-    doc->UpdateImage();
+    doc->Model().File.FileName = QStringLiteral("New.bmp");
+    doc->Model().File.FileExtension = QStringLiteral("bmp");
+    doc->Model().Start(std::move(pixels), QStringLiteral("Original"));
     host.AddDocumentWindow(doc);
     return doc;
 }
 
 } // namespace
 
-bool CutBits(fImage& document, DocumentHost& host) {
+bool CutBits(fImage& document, DocumentHost& host, const QString& caption) {
     if (!document.PictureExists()) return false;
     {
         BusyCursor busy;
         if (!takeClip(document, host, kMinimumCutText)) return false;
-        // The selection is blanked in cFilter, which then holds the document's new pixels.
+        // The selection is blanked in cFilter, whose pixels then go to the document.
         cBitFilter& filter = host.Filter();
         filter.SetBits(document.bits());
         document.GiveFilterRegion(true);
         filter.BitsBlack();
-        document.SetBits(filter.bits());
-        document.UpdateImage();
+        document.Model().Commit(EditTarget::Enhanced(), filter.TakeBits(), caption);
     }
     storeClip(host);
     return true;
@@ -148,18 +145,31 @@ bool BitsCopyToClipboard(const fImage& document) {
     return true;
 }
 
+Bits BitsFromImage(const QImage& picture) {
+    if (picture.isNull()) return Bits();
+    const QImage src = picture.convertToFormat(QImage::Format_RGB32);
+    Bits b(src.width(), src.height());
+    for (int y = 0; y < src.height(); ++y) {
+        const uint8_t* in = src.constScanLine(y);
+        uint8_t* out = b.row(y);
+        std::memcpy(out, in, size_t(src.width()) * 4u);
+        for (int x = 0; x < src.width(); ++x) out[x * 4 + 3] = 0;
+    }
+    return b;
+}
+
 bool PasteFromClipboard(fImage& document) {
     const QMimeData* data = QGuiApplication::clipboard()->mimeData();
     if (!data || !data->hasImage()) return false;
     const QImage picture = QGuiApplication::clipboard()->image();
     if (picture.isNull()) return false;
-    document.PPicture(picture);
+    document.Model().Commit(EditTarget::Enhanced(), BitsFromImage(picture), QStringLiteral("Paste"));
     return true;
 }
 
 fImage* CreateNewCopy(const fImage& document, DocumentHost& host) {
     if (!document.PictureExists()) return nullptr;
-    return newDocument(host, [&](fImage& doc) { doc.PBits(document.GetBits()); });
+    return newDocument(host, Bits(document.bits()));
 }
 
 fImage* CreateFromClipboard(DocumentHost& host) {
@@ -167,10 +177,10 @@ fImage* CreateFromClipboard(DocumentHost& host) {
     if (!data || !data->hasImage()) return nullptr;
     const QImage picture = QGuiApplication::clipboard()->image();
     if (picture.isNull() || picture.width() < 1 || picture.height() < 1) return nullptr;
-    return newDocument(host, [&](fImage& doc) { doc.PPicture(picture); });
+    return newDocument(host, BitsFromImage(picture));
 }
 
-bool CropToSelection(fImage& document, DocumentHost& host) {
+bool CropToSelection(fImage& document, DocumentHost& host, const QString& caption) {
     if (!document.PictureExists()) return false;
     Box b = selectionBox(document);
     if (!boxInPicture(document, b)) return false;
@@ -179,11 +189,9 @@ bool CropToSelection(fImage& document, DocumentHost& host) {
     cBitFilter& filter = host.Filter();
     filter.SetBits(document.bits());
     filter.BitsCrop(document.bits(), b.left, b.top, b.right, b.bottom);
-    // A buffer of another size resizes the document and resets its selection to the whole
-    // new image; cFilter keeps the cropped pixels and gets that region.
-    document.SetBits(filter.bits());
-    document.GiveFilterRegion(true);
-    document.UpdateImage();
+    // Pixels of another size resize the document and reset its selection to the whole new
+    // image; cFilter gets the cropped pixels back with that region.
+    document.Model().Commit(EditTarget::Enhanced(), filter.TakeBits(), caption);
     return true;
 }
 
@@ -195,8 +203,7 @@ fImage* NewImageFromCrop(const fImage& document, DocumentHost& host) {
     cBitFilter cropper;
     cropper.SetBits(document.bits());
     cropper.BitsCrop(document.bits(), b.left, b.top, b.right, b.bottom);
-    const Bits& pixels = cropper.bits();
-    return newDocument(host, [&](fImage& doc) { doc.PBits(pixels); });
+    return newDocument(host, cropper.TakeBits());
 }
 
 } // namespace ostrivex

@@ -6,11 +6,15 @@
 // application's `ClipBuffer` and stores it in the clip history of the History Box. The
 // platform clipboard carries whole pictures only, as an image without alpha.
 //
-// Each routine works on one document and the host; the command dispatch makes the undo step
-// where a routine reports a change of the document's pixels.
+// Each routine works on one document and the host; a change of the document's pixels is
+// committed to its model under the caption the command dispatch gives.
 #pragma once
 
+#include "pixel/bits.h"
+
 #include <QString>
+
+class QImage;
 
 namespace ostrivex {
 
@@ -21,11 +25,15 @@ inline constexpr const char* kClipboardTitle = "Ostrivex";
 inline constexpr const char* kMinimumCutText = "Minimum cut size: 2 x 2";
 inline constexpr const char* kMinimumCopyText = "Minimum copy size: 2 x 2";
 
+// A picture's pixels as a Bits (blue, green, red; channel 3 is 0, as the platform's 32-bit
+// device pixels read).
+Bits BitsFromImage(const QImage& picture);
+
 // `CutBits`: copies the selection like CopyBits, then blanks it (all four channels 0) in the
-// document and redraws. A box narrower or lower than 2 pixels (or no selection at all)
-// shows the "Minimum cut size: 2 x 2" box and changes nothing. True when the document's
-// pixels changed (the caller saves the undo state).
-bool CutBits(fImage& document, DocumentHost& host);
+// document, committed under caption. A box narrower or lower than 2 pixels (or no selection
+// at all) shows the "Minimum cut size: 2 x 2" box and changes nothing. True when the
+// document's pixels changed.
+bool CutBits(fImage& document, DocumentHost& host, const QString& caption);
 // `CopyBits`: the selection's box, masked, into ClipBuffer and a clip slot; the box
 // "Minimum copy size: 2 x 2" under 2 x 2. True when a clip was taken.
 bool CopyBits(fImage& document, DocumentHost& host);
@@ -39,8 +47,8 @@ bool PasteBits(fImage& document, DocumentHost& host);
 // `BitsCopyToClipboard`: the whole image, without its guard band and without channel 3, as
 // the platform clipboard's image. False without a picture.
 bool BitsCopyToClipboard(const fImage& document);
-// `PasteFromClipboard`: if the clipboard holds an image, it becomes the document's picture
-// (`PPicture`). False when the clipboard has none.
+// `PasteFromClipboard`: if the clipboard holds an image, it becomes the document's picture,
+// committed under "Paste". False when the clipboard has none.
 bool PasteFromClipboard(fImage& document);
 
 // Create New Copy: a new document holding a copy of the document's pixels (channel 3 too).
@@ -50,9 +58,9 @@ fImage* CreateNewCopy(const fImage& document, DocumentHost& host);
 fImage* CreateFromClipboard(DocumentHost& host);
 
 // Crop: the document becomes the selection's bounding box (the whole rectangle, pixels
-// outside the selection included); the selection then covers the new image. Nothing
-// without a selection. True when the document changed (the caller saves the undo state).
-bool CropToSelection(fImage& document, DocumentHost& host);
+// outside the selection included), committed under caption; the selection then covers the
+// new image. Nothing without a selection. True when the document changed.
+bool CropToSelection(fImage& document, DocumentHost& host, const QString& caption);
 // Create Crop as New Image: a new document of the selection's bounding box; the source
 // stays as it is. nullptr without a selection.
 fImage* NewImageFromCrop(const fImage& document, DocumentHost& host);

@@ -42,7 +42,7 @@ QString lowerExtension(const QString& path) {
 }
 
 // A document made by File > New carries the bare name "New.bmp": it has no file yet.
-bool hasFile(const fImage* doc) { return doc->FileName.contains('/'); }
+bool hasFile(const fImage* doc) { return doc->Model().File.FileName.contains('/'); }
 
 QString saveFolder() { return QString::fromStdString(FieldText(Settings.SaveFolder)); }
 
@@ -59,8 +59,8 @@ fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
         // Compared as absolute, cleaned paths: "./a.png" and "/home/u/a.png" are one file.
         const QString wanted = QFileInfo(path).absoluteFilePath();
         for (fImage* doc : host->Documents())
-            if (doc && !doc->FileName.isEmpty() &&
-                QFileInfo(doc->FileName).absoluteFilePath() == wanted) {
+            if (doc && !doc->Model().File.FileName.isEmpty() &&
+                QFileInfo(doc->Model().File.FileName).absoluteFilePath() == wanted) {
                 DocumentDialogs::Inform(dialogParent(), kAlreadyOpenedText, kAlreadyOpenedTitle);
                 return nullptr;
             }
@@ -87,11 +87,10 @@ fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
     try {
         doc = new fImage;
         doc->BeginDocument(path);
-        doc->PBits(LoadedBitmap);
-        doc->FileName = path;
-        doc->FileExtension = ext;
+        doc->Model().File.FileName = path;
+        doc->Model().File.FileExtension = ext;
         // The state shown at open is the first undo level.
-        doc->SaveUndoBits(QStringLiteral("Original"));
+        doc->Model().Start(Bits(LoadedBitmap), QStringLiteral("Original"));
     } catch (const std::exception&) {
         delete doc;
         return loadFailed();
@@ -129,24 +128,28 @@ fImage* NewDocument(int32_t w, int32_t h, bool transparent, uint32_t colour) {
     if (w < 1 || h < 1) return nullptr;
     DocumentHost* host = GetDocumentHost();
     auto* doc = new fImage;
-    doc->CreateBlank(w, h);
-    doc->Region().Init(0, 0, w, h);
     doc->BeginDocument(QString());
-    doc->FileName = QStringLiteral("New.bmp");
-    doc->FileExtension = QStringLiteral("bmp");
+    doc->Model().File.FileName = QStringLiteral("New.bmp");
+    doc->Model().File.FileExtension = QStringLiteral("bmp");
+    Bits pixels(w, h);
     if (host) {
         host->ActionLabel = QStringLiteral("New Image Document");
-        cBitFilter& filter = host->Filter();
-        filter.SetBits(doc->bits());
-        doc->GiveFilterRegion(true);
-        if (!transparent)
-            doc->SetBits(filter.NewDoc(uint8_t(colour), uint8_t(colour >> 8), uint8_t(colour >> 16)));
-        doc->SaveUndoBits();
-    } else {
-        doc->SaveUndoBits(QStringLiteral("New Image Document"));
+        if (!transparent) {
+            // cFilter's NewDoc fills the whole new image with the colour.
+            cBitFilter& filter = host->Filter();
+            const Region all = Region::rect(0, 0, w, h);
+            filter.SetBits(std::move(pixels));
+            filter.BitsRegion(&all);
+            pixels = filter.NewDoc(uint8_t(colour), uint8_t(colour >> 8), uint8_t(colour >> 16));
+            filter.BitsRegion(nullptr);
+        }
     }
-    doc->UpdateImage();
-    if (host) host->AddDocumentWindow(doc);
+    doc->Model().Start(std::move(pixels), QStringLiteral("New Image Document"));
+    if (host) {
+        host->Filter().SetBits(doc->bits());
+        doc->GiveFilterRegion(true);
+        host->AddDocumentWindow(doc);
+    }
     return doc;
 }
 
@@ -160,28 +163,29 @@ fImage* OpenImageFile(QString path) {
 
 bool SaveEnhanced(fImage* document) {
     if (!document || !document->PictureExists()) return false;
-    const QString ext = document->FileExtension.toLower();
+    const QString ext = document->Model().File.FileExtension.toLower();
     if (hasFile(document) && IsQuickSaveExtension(ext.toStdString()))
-        return document->save(document->FileName, ext);
+        return document->save(document->Model().File.FileName, ext);
     return SaveEnhancedAs(document);
 }
 
 bool SaveEnhancedAs(fImage* document) {
     if (!document || !document->PictureExists()) return false;
     const QString name = DocumentDialogs::AskSaveName(dialogParent(), kSaveAsTitle, saveFolder(),
-                                                      kSaveFilter, document->FileName);
+                                                      kSaveFilter, document->Model().File.FileName);
     if (name.isEmpty()) return false; // cancelled
     SetFieldText(Settings.SaveFolder, FolderOf(name).toStdString());
-    document->FileName = name;
-    document->FileExtension = lowerExtension(name);
+    FileInfo& file = document->Model().File;
+    file.FileName = name;
+    file.FileExtension = lowerExtension(name);
     document->SetCaption(name);
-    return document->save(name, document->FileExtension);
+    return document->save(name, file.FileExtension);
 }
 
 bool SaveLayered(fImage* document) {
     if (!document) return false;
-    if (hasFile(document) && document->FileExtension.toLower() == "olf")
-        return DocumentFiles::SaveLayeredFile ? DocumentFiles::SaveLayeredFile(document, document->FileName)
+    if (hasFile(document) && document->Model().File.FileExtension.toLower() == "olf")
+        return DocumentFiles::SaveLayeredFile ? DocumentFiles::SaveLayeredFile(document, document->Model().File.FileName)
                                               : saveFailed();
     return SaveLayeredAs(document);
 }

@@ -1,9 +1,11 @@
-// fImage: the document window, one open image.
+// fImage: the window of one open document.
 //
-// It owns the Enhanced pixel buffer `Bits` (drawn at an integer zoom of 1 to 15), the
-// undo history on disk, and the selection (`cBitRegion`) that cFilter and the paint tools
-// work inside. It is a plain QWidget
-// that the main window puts into a QMdiSubWindow (DocumentHost::AddDocumentWindow).
+// The document itself (its Enhanced image, selection, undo history, file, layers and view
+// state) is a `Document` of src/model, which the window owns and shows. Pixels change only
+// through the model's Commit; the window hears of every change as the model's observer and
+// redraws, keeps the filter engine cFilter on the document's pixels, and brings the status
+// bar, the history list and the other boxes up to date. It is a plain QWidget that the main
+// window puts into a QMdiSubWindow (DocumentHost::AddDocumentWindow).
 //
 // Layout of the window: a tab bar with the three views (Enhanced, Layers, Optimize) and
 // under it one panel per view. The Enhanced panel `PImage` holds the canvas `iDst` and
@@ -11,9 +13,8 @@
 // preview (OptimizeView); the Layers panel `picFrame` is empty for now.
 #pragma once
 
-#include "model/bitregion.h"
 #include "document/paint/paint.h"
-#include "model/undostore.h"
+#include "model/document.h"
 #include "pixel/bits.h"
 #include "pixel/region.h"
 
@@ -66,7 +67,7 @@ bool StretchBits(const Bits& bits, const StretchPlan& plan, QImage& target);
 // null or empty selection.
 void DrawSelectionOutline(QPainter& painter, const cBitRegion& selection, int32_t x, int32_t y);
 
-class fImage : public QWidget {
+class fImage : public QWidget, private DocumentObserver {
     Q_OBJECT
 public:
     // The views, in the order of the tab bar.
@@ -75,22 +76,42 @@ public:
     explicit fImage(QWidget* parent = nullptr);
     ~fImage() override;
 
-    // --- Document state ------------------------------------------------------------
-    // The file this document came from or was saved to, and its lower-case extension.
-    QString FileName;
-    QString FileExtension;
-    bool Changed = false;
-    int32_t CurrentLayer = 0;
+    // --- The document ------------------------------------------------------------------
+    Document& Model() { return *model_; }
+    const Document& Model() const { return *model_; }
+    // Reads of the model that most callers want.
+    bool PictureExists() const { return model_->PictureExists(); }
+    int32_t PictureWidth() const { return model_->PictureWidth(); }
+    int32_t PictureHeight() const { return model_->PictureHeight(); }
+    const Bits& bits() const { return model_->bits(); }
+    // `Region`: the selection object. Qualified type names below: inside this class
+    // `Region` names the accessor.
+    cBitRegion& Region() { return model_->Region(); }
+    const cBitRegion& Region() const { return model_->Region(); }
+    const ostrivex::Region& EffectiveRegion() const { return model_->EffectiveRegion(); }
+    UndoStore& History() { return model_->History(); }
+    const UndoStore& History() const { return model_->History(); }
+    int32_t HistoryId() const { return model_->History().HistoryId; }
+    int32_t HistoryPosition() const { return model_->History().HistoryPosition; }
+    int32_t HistoryTop() const { return model_->History().HistoryTop; }
+
+    // The header and rectangle of the Enhanced image as it is now.
     BitmapInfoHeader BitmapHeader;
     Rect PictureRect;
 
-    // --- Selection -----------------------------------------------------------------
-    // `Region`: the selection object. Qualified type names below: inside this class
-    // `Region` names the accessor.
-    cBitRegion& Region() { return selection_; }
-    const cBitRegion& Region() const { return selection_; }
-    // The pixels filters and paint tools may touch: the selection, or all of the image.
-    const ostrivex::Region& EffectiveRegion() const { return ostrivex::EffectiveRegion(selection_); }
+    // Takes the next document number from the host's counter, makes the caption (the
+    // file's path, or "Image" + number for an unnamed document) and names the undo files
+    // after the number. Call once, before the document's first state.
+    void BeginDocument(const QString& caption);
+    // The caption of the Enhanced view (the window title while that view shows).
+    QString Caption() const { return model_->File.Caption; }
+    void SetCaption(const QString& caption);
+    // The Enhanced image without its guard band, as a picture (Format_RGB32).
+    QImage Picture() const;
+    // `save`: writes the Enhanced image to path in the format of type (an extension).
+    bool save(const QString& path, const QString& type);
+
+    // --- The filter engine and the selection ----------------------------------------
     // Gives cFilter this document's EffectiveRegion. With force false only when cFilter
     // already works on this document (it holds the region this document last gave it);
     // a selection command passes true.
@@ -98,6 +119,9 @@ public:
     // After a selection command: cFilter gets the EffectiveRegion, the canvas repaints, and
     // the ants run while there is a selection and stop when there is none.
     void SelectionChanged();
+    // Ends an open edit without filing it: the pixels come back from cFilter, which holds
+    // the last filed state (a paste taken away, a preview cancelled).
+    void CancelEdit();
 
     // `tmrSelection`, the marching ants. `StartTimer` runs one tick at once and enables
     // the timer; `StopTimer` disables it. A tick with a selection turns the ant phase and
@@ -108,53 +132,14 @@ public:
     bool SelectionTimerActive() const { return tmrSelection_.isActive(); }
     static constexpr int kSelectionTickMs = 150;
 
-    // The undo history (counters, captions, files).
-    UndoStore& History() { return *history_; }
-    const UndoStore& History() const { return *history_; }
-    int32_t HistoryId() const { return history_->HistoryId; }
-    int32_t HistoryPosition() const { return history_->HistoryPosition; }
-    int32_t HistoryTop() const { return history_->HistoryTop; }
-
-    // --- Load and pixels -----------------------------------------------------------
-    // Takes the next document number from the host's counter, makes the caption (the
-    // file's path, or "Image" + number for an unnamed document) and names the undo files
-    // after the number. Call once, before the first SaveUndoBits.
-    void BeginDocument(const QString& caption);
-    // The caption of the Enhanced view (the window title while that view shows).
-    QString Caption() const { return caption_; }
-    void SetCaption(const QString& caption);
-    // `Bits` read: a copy (empty while no picture).
-    Bits GetBits() const { return pictureExists_ ? bits_ : Bits(); }
-    const Bits& bits() const { return bits_; }
-    // `Bits` write: replaces the buffer, no redraw. A buffer of another size (a transform's
-    // result) also resizes the document as CreateBlank does, resets the selection to the
-    // whole new image (a selection of the old canvas no longer fits the pixels), and then
-    // the scroll layout runs (which repaints).
-    void SetBits(const Bits& b);
-    void SetBits(Bits&& b);
-    // `PPicture` set: the picture's pixels become `Bits`; a null image clears.
-    void PPicture(const QImage& picture);
-    // `SetPicture`: as PPicture; with saveUndo the state goes to the history under
-    // "Update from Layers".
-    QImage SetPicture(const QImage& picture, bool saveUndo);
-    // PPicture from a pixel buffer (channel 3 kept): the loaders hand over Bits.
-    void PBits(Bits picture);
-    // `CreateBlank`: a zeroed buffer of w x h (both at least 1); the region stays.
-    void CreateBlank(int32_t w, int32_t h);
-    void Clear();
-    bool PictureExists() const { return pictureExists_; }
-    int32_t PictureWidth() const { return pictureExists_ ? bits_.width() : 0; }
-    int32_t PictureHeight() const { return pictureExists_ ? bits_.height() : 0; }
-    // The buffer without its guard band, as a picture (Format_RGB32).
-    QImage Picture() const;
-    // `save`: writes the Enhanced image to path in the format of type (an extension).
-    bool save(const QString& path, const QString& type);
+    // `SwapHistoy`: the history list of the History Box shows this document's states.
+    void SwapHistoy();
 
     // --- Zoom and view -------------------------------------------------------------
     // `ZoomFactor`: the index into ZoomTable (1..15); the effective zoom is the entry.
-    int32_t ZoomFactor() const { return zoomIndex_; }
+    int32_t ZoomFactor() const { return model_->View.ZoomIndex; }
     void SetZoomFactor(int32_t index);
-    int32_t Zoom() const { return ZoomTable[size_t(zoomIndex_ - 1)]; }
+    int32_t Zoom() const { return ZoomTable[size_t(model_->View.ZoomIndex - 1)]; }
     void ZoomIn();
     void ZoomOut();
     int32_t BarsWidth() const { return barsWidth_; }
@@ -180,21 +165,8 @@ public:
     // Scroll bar layout (`UserControl_Resize`).
     void UserControl_Resize();
 
-    // --- Undo ----------------------------------------------------------------------
-    // Saves Bits under the host's action label.
-    void SaveUndoBits();
-    // Saves Bits under the given caption (the first save at load uses "Original").
-    void SaveUndoBits(const QString& label);
-    void UndoBits();
-    void RedoBits();
-    bool LoadUndoBits(const QString& file);
-    void SwapHistoy();
-    void ClearHistoryFiles();
-    // `Ltext_Click`: a click on the history entry of slot index.
-    void JumpToHistory(int32_t index);
-
     // --- Views, activation, close --------------------------------------------------
-    View CurrentView() const { return view_; }
+    View CurrentView() const { return View(model_->View.Tab); }
     void cOriginal_Click();
     void cLayers_Click();
     void cOptimize_Click();
@@ -208,10 +180,6 @@ public:
 
     // The Optimize view (panel `oImage`): the Optimize Box puts its preview there.
     OptimizeView* OptimizePanel() const { return oImage_; }
-
-    // The caption of the Layers and Optimize views (their pictures' tags).
-    QString LayerTag;
-    QString OptimizeTag;
 
     static constexpr std::array<int32_t, 15> ZoomTable{1, 2,  3,  4,  5,  6,  7, 8,
                                                        9, 10, 11, 12, 13, 14, 15};
@@ -270,9 +238,11 @@ private:
     void showPosition(ToolPoint at);
     void showPixel(ToolPoint at);
     void showForeground();
+    // The pixels a stroke paints into: the Enhanced image, opened as an edit.
+    Bits& strokePixels();
     void restoreFromStrokeBase();
-    void bitsToStrokeBase();
-    void toolUpdate(const QString& label, bool redraw);
+    // The stroke's pixels as they stand become a state of the history under label.
+    void commitStroke(const QString& label);
     void giveFilterSelection();
     void paintRubber(QPainter& painter) const;
     QString toolWord() const;
@@ -281,8 +251,6 @@ private:
     bool toolCursorSet_ = false;
     // --- End of tool interaction --------------------------------------------------------
 
-public:
-
 protected:
     void resizeEvent(QResizeEvent* event) override;
     void closeEvent(QCloseEvent* event) override;
@@ -290,9 +258,20 @@ protected:
     QSize sizeHint() const override;
 
 private:
+    // What the model tells (DocumentObserver).
+    void PixelsChanged(const EditTarget& target, bool sizeChanged) override;
+    void Committed(const EditTarget& target, const QString& caption,
+                   const UndoStore::SaveResult& saved) override;
+    void HistoryMoved(int32_t shown, bool loaded) override;
+
     class CanvasWidget;
     friend class CanvasWidget;
+    void buildCanvas();
+    // The history list of the History Box (fimage_history.cpp).
+    void historySaved(const UndoStore::SaveResult& saved, const QString& caption);
+    void historyMoved(int32_t shown);
     void fillHeader();
+    void pictureResized();
     void layoutPanels();
     void showView(View v);
     void writePixelPanel();
@@ -302,17 +281,12 @@ private:
     void hookActivation();
     void fitSubWindow();
 
-    std::unique_ptr<UndoStore> history_;
-    QString caption_;
+    std::unique_ptr<Document> model_;
     bool removed_ = false;
     bool active_ = false;
     bool activationHooked_ = false;
-    Bits bits_;
-    cBitRegion selection_;
     const ostrivex::Region* givenRegion_ = nullptr; // what this document last gave cFilter
     QTimer tmrSelection_;
-    bool pictureExists_ = false;
-    int32_t zoomIndex_ = 1;
     int32_t barsWidth_ = 16;
     bool mouseScroll_ = false;
     bool suppressScrollPaint_ = false;
@@ -320,7 +294,6 @@ private:
     int32_t lastHScroll_ = 0, lastVScroll_ = 0, lastHMax_ = 0, lastVMax_ = 0;
     bool layoutDone_ = false;
     bool unloaded_ = false;
-    View view_ = ViewEnhanced;
     StretchPlan lastPlan_;
     QImage canvasImage_;
 

@@ -58,9 +58,11 @@ fImage::ToolPoint fImage::CellAt(QPointF pos) const {
     return ToolPoint{x / z, y / z};
 }
 
-void fImage::CreateDoneBitsTable() { ostrivex::CreateDoneBitsTable(doneBits_, bits_); }
+void fImage::CreateDoneBitsTable() { ostrivex::CreateDoneBitsTable(doneBits_, bits()); }
 
 // --- The stroke base and the update with save ----------------------------------------------
+
+Bits& fImage::strokePixels() { return *model_->BeginEdit(EditTarget::Enhanced()); }
 
 void fImage::restoreFromStrokeBase() {
     DocumentHost* h = host();
@@ -68,32 +70,18 @@ void fImage::restoreFromStrokeBase() {
     const Bits& base = h->Filter().bits();
     // The filter holds another picture only while no stroke of this document can be under
     // way (activation gives it this document's pixels): then there is nothing to restore.
-    if (base.width() == bits_.width() && base.height() == bits_.height()) bits_ = base;
+    if (base.width() == PictureWidth() && base.height() == PictureHeight()) strokePixels() = base;
 }
 
-void fImage::bitsToStrokeBase() {
-    if (DocumentHost* h = host()) h->Filter().SetBits(bits_);
-}
-
-// The application's update with save: status caption, redraw on request, pan view, the
-// undo step under the label, the changed flag, the Optimize preview.
-void fImage::toolUpdate(const QString& label, bool redraw) {
-    DocumentHost* h = host();
-    if (h) {
-        h->ActionLabel = label;
-        h->SetStatusPanel("Status", label);
-    }
-    if (redraw) UpdateImage();
-    if (h) h->RefreshPanView();
-    SaveUndoBits(label);
-    Changed = true;
-    if (h) h->ReloadOptimizePreview();
-}
+// The update with save: the model files the stroke's pixels under the label, and the
+// window's part (redraw, cFilter as the new stroke base, status, history list, pan view,
+// Optimize preview) follows from its commit.
+void fImage::commitStroke(const QString& label) { model_->Commit(EditTarget::Enhanced(), label); }
 
 // cFilter gets the selection, or the whole image when nothing is selected; the ants run
 // while there is a selection.
 void fImage::giveFilterSelection() {
-    if (selection_.IsEmptyRegion())
+    if (Region().IsEmptyRegion())
         StopTimer();
     else
         StartTimer();
@@ -111,7 +99,7 @@ void fImage::showPixel(ToolPoint at) {
     showPosition(at);
     DocumentHost* h = host();
     if (!h) return;
-    const int32_t c = BitsGetPixel(bits_, at.x, at.y);
+    const int32_t c = BitsGetPixel(bits(), at.x, at.y);
     const int r = int(colourR(uint32_t(c))), g = int(colourG(uint32_t(c))),
               b = int(colourB(uint32_t(c)));
     auto hex2 = [](int v) { return QStringLiteral("%1").arg(v, 2, 16, QChar('0')).toUpper(); };
@@ -136,7 +124,7 @@ void fImage::showForeground() {
 // --- Mouse events of the canvas -------------------------------------------------------------
 
 void fImage::iDst_MouseDown(Qt::MouseButton button, QPointF pos, QPoint screen) {
-    if (!pictureExists_) return;
+    if (!PictureExists()) return;
     if (button == Qt::LeftButton) {
         if (mouseScroll_) iDst_->setCursor(ToolCursor("cGrab")); // the grab of hand scrolling
         Dragging = true;
@@ -153,7 +141,7 @@ void fImage::iDst_MouseMove(Qt::MouseButtons buttons, QPointF pos, QPoint screen
 }
 
 void fImage::mouseMoveAt(Qt::MouseButtons buttons, QPointF pos, QPoint screen, bool forceCell) {
-    if (!pictureExists_) return;
+    if (!PictureExists()) return;
     // Moves inside one image cell do no tool work.
     const ToolPoint cell = CellAt(pos);
     const bool changed = forceCell || cell.x != LastCellX || cell.y != LastCellY;
@@ -175,7 +163,7 @@ void fImage::mouseMoveAt(Qt::MouseButtons buttons, QPointF pos, QPoint screen, b
 }
 
 void fImage::iDst_MouseUp(Qt::MouseButton button, QPointF pos, QPoint /*screen*/) {
-    if (!pictureExists_) return;
+    if (!PictureExists()) return;
     Dragging = false;
     toolRelease(button, CellAt(pos));
     if (mouseScroll_) SetMouseScroll(true); // the open hand again while hand scrolling is on
@@ -203,14 +191,14 @@ void fImage::toolPress(Qt::MouseButton button, ToolPoint at) {
                 if (shape == 2) {
                     if (PolygonPoints.size() < 2) {
                         PolygonPoints = {at.x, at.y};
-                        if (fresh) selection_.CreateRect(0, 0, PictureWidth(), PictureHeight(),
+                        if (fresh) Region().CreateRect(0, 0, PictureWidth(), PictureHeight(),
                                                          cBitRegion::ModeDifference, false);
                     } else {
                         PressPoint = ToolPoint{PolygonPoints[PolygonPoints.size() - 2],
                                                PolygonPoints.back()};
                     }
                 } else if (fresh) {
-                    selection_.CreateRect(0, 0, PictureWidth(), PictureHeight(),
+                    Region().CreateRect(0, 0, PictureWidth(), PictureHeight(),
                                           cBitRegion::ModeDifference, false);
                 }
                 if (shape == 3) {
@@ -223,8 +211,8 @@ void fImage::toolPress(Qt::MouseButton button, ToolPoint at) {
             } else if (tool == "SelectionMove") {
                 iDst_->setCursor(ToolCursor("cMove"));
                 MovingSelection = false;
-                const bool inside = !selection_.IsEmptyRegion() &&
-                                    selection_.Region()->contains(at.x, at.y);
+                const bool inside = !Region().IsEmptyRegion() &&
+                                    Region().Region()->contains(at.x, at.y);
                 if (IsTrue(Settings.SelectMove)) {
                     if (inside) {
                         MovingSelection = true;
@@ -233,17 +221,17 @@ void fImage::toolPress(Qt::MouseButton button, ToolPoint at) {
                 } else {
                     StopTimer();
                     int32_t left = 0, top = 0, right = 0, bottom = 0;
-                    if (inside && h && selection_.BoundRect(left, top, right, bottom)) {
+                    if (inside && h && Region().BoundRect(left, top, right, bottom)) {
                         UpdateImage();
                         BusyCursor busy;
                         cBitFilter& filter = h->Filter();
-                        filter.SetBits(bits_);
-                        filter.BitsRegion(&*selection_.Region());
-                        filter.BitsCropMasked(bits_, left, top, right, bottom);
+                        filter.SetBits(bits());
+                        filter.BitsRegion(&*Region().Region());
+                        filter.BitsCropMasked(bits(), left, top, right, bottom);
                         MovedBits = filter.GetBits();
                         // The filter is the stroke base: it takes the image back at once,
                         // so that the moves restore the image and not the lifted piece.
-                        filter.SetBits(bits_);
+                        filter.SetBits(bits());
                         HotSpot = ToolPoint{at.x - left, at.y - top};
                         MovingSelection = true;
                     }
@@ -321,7 +309,7 @@ void fImage::toolMove(Qt::MouseButtons buttons, ToolPoint at) {
             iDst_->setCursor(Qt::CrossCursor);
             const int32_t shape = Settings.SelectShape;
             if (shape == 3) {
-                selection_.CreateRect(at.x, at.y, at.x + 1, at.y + 1,
+                Region().CreateRect(at.x, at.y, at.x + 1, at.y + 1,
                                       combineMode(Settings.SelectMode), true);
                 SetAutoRedraw(true);
                 SetAutoRedraw(false);
@@ -335,12 +323,12 @@ void fImage::toolMove(Qt::MouseButtons buttons, ToolPoint at) {
             iDst_->setCursor(ToolCursor("cMove"));
             if (IsTrue(Settings.SelectMove)) {
                 if (MovingSelection) {
-                    selection_.Offset(at.x - LastPoint.x, at.y - LastPoint.y);
+                    Region().Offset(at.x - LastPoint.x, at.y - LastPoint.y);
                     UpdateImage();
                 }
             } else if (MovingSelection) {
                 restoreFromStrokeBase();
-                BitsPaintPreMasked(bits_, *selection_.RegionMain(), doneBits_, at.x - HotSpot.x,
+                BitsPaintPreMasked(strokePixels(), *Region().RegionMain(), doneBits_, at.x - HotSpot.x,
                                    at.y - HotSpot.y, MovedBits, Settings.SelectPressure);
                 UpdateImage();
             }
@@ -351,28 +339,28 @@ void fImage::toolMove(Qt::MouseButtons buttons, ToolPoint at) {
             const bool line = IsTrue(Settings.BrushContinuous);
             if (kind >= 0 && kind <= 5) {
                 if (line) {
-                    BitsBrushLine(bits_, region, doneBits_, PrevPoint.x, PrevPoint.y, at.x, at.y,
+                    BitsBrushLine(strokePixels(), region, doneBits_, PrevPoint.x, PrevPoint.y, at.x, at.y,
                                   size, pressure, colour, BrushKind(kind));
                 } else {
                     switch (kind) {
-                    case 0: BitsBrush(bits_, region, doneBits_, at.x, at.y, size, pressure, colour); break;
-                    case 1: BitsSoften(bits_, region, doneBits_, at.x, at.y, size, pressure, false); break;
-                    case 2: BitsSoften(bits_, region, doneBits_, at.x, at.y, size, pressure, true); break;
-                    case 3: BitsSharpen(bits_, region, doneBits_, at.x, at.y, size, pressure); break;
-                    case 4: BitsBrightness(bits_, region, doneBits_, at.x, at.y, size, pressure, true); break;
-                    default: BitsBrightness(bits_, region, doneBits_, at.x, at.y, size, pressure, false); break;
+                    case 0: BitsBrush(strokePixels(), region, doneBits_, at.x, at.y, size, pressure, colour); break;
+                    case 1: BitsSoften(strokePixels(), region, doneBits_, at.x, at.y, size, pressure, false); break;
+                    case 2: BitsSoften(strokePixels(), region, doneBits_, at.x, at.y, size, pressure, true); break;
+                    case 3: BitsSharpen(strokePixels(), region, doneBits_, at.x, at.y, size, pressure); break;
+                    case 4: BitsBrightness(strokePixels(), region, doneBits_, at.x, at.y, size, pressure, true); break;
+                    default: BitsBrightness(strokePixels(), region, doneBits_, at.x, at.y, size, pressure, false); break;
                     }
                 }
             } else if (kind == 6 && h && !h->TextureBits.empty()) {
                 if (line)
-                    BitsMaskedLine(bits_, region, doneBits_, PrevPoint.x, PrevPoint.y, at.x, at.y,
+                    BitsMaskedLine(strokePixels(), region, doneBits_, PrevPoint.x, PrevPoint.y, at.x, at.y,
                                    size, pressure, h->TextureBits);
                 else
-                    BitsMasked(bits_, region, doneBits_, at.x, at.y, h->TextureBits, size, pressure);
+                    BitsMasked(strokePixels(), region, doneBits_, at.x, at.y, h->TextureBits, size, pressure);
             }
             UpdateImage();
         } else if (tool == "Airbrush") {
-            BitsAirbrush(bits_, region, doneBits_, at.x, at.y, std::max<int32_t>(1, Settings.AirbrushSize),
+            BitsAirbrush(strokePixels(), region, doneBits_, at.x, at.y, std::max<int32_t>(1, Settings.AirbrushSize),
                          Settings.AirbrushPressure, Settings.AirbrushQuantity,
                          Settings.AirbrushDefinition, colour);
             UpdateImage();
@@ -384,45 +372,45 @@ void fImage::toolMove(Qt::MouseButtons buttons, ToolPoint at) {
             // Every kind but the free hand draws from the press anew at each move.
             if (kind != 1) restoreFromStrokeBase();
             switch (kind) {
-            case 0: BitsLine(bits_, region, doneBits_, px, py, at.x, at.y, colour, p); break;
+            case 0: BitsLine(strokePixels(), region, doneBits_, px, py, at.x, at.y, colour, p); break;
             case 1:
-                BitsLine(bits_, region, doneBits_, LastPoint.x, LastPoint.y, at.x, at.y, colour, p);
+                BitsLine(strokePixels(), region, doneBits_, LastPoint.x, LastPoint.y, at.x, at.y, colour, p);
                 break;
             case 2: {
                 const int32_t s = std::abs(at.x - px);
-                BitsRectangle(bits_, region, doneBits_, px, py, px + s * sgn(at.x - px),
+                BitsRectangle(strokePixels(), region, doneBits_, px, py, px + s * sgn(at.x - px),
                               py + s * sgn(at.y - py), colour, p);
                 break;
             }
-            case 3: BitsRectangle(bits_, region, doneBits_, px, py, at.x, at.y, colour, p); break;
+            case 3: BitsRectangle(strokePixels(), region, doneBits_, px, py, at.x, at.y, colour, p); break;
             case 4: {
                 const int32_t r = std::abs(at.x - px);
-                BitsEllipse(bits_, region, doneBits_, px, py, r, r, colour, p);
+                BitsEllipse(strokePixels(), region, doneBits_, px, py, r, r, colour, p);
                 break;
             }
             case 5:
-                BitsEllipse(bits_, region, doneBits_, px, py, std::abs(at.x - px),
+                BitsEllipse(strokePixels(), region, doneBits_, px, py, std::abs(at.x - px),
                             std::abs(at.y - py), colour, p);
                 break;
             case 6:
-                BitsPolygon(bits_, region, doneBits_, px, py, at.x, at.y,
+                BitsPolygon(strokePixels(), region, doneBits_, px, py, at.x, at.y,
                             std::max<int32_t>(1, Settings.ShapeSides), colour, p);
                 break;
             default: break;
             }
             UpdateImage();
         } else if (tool == "Pencil") {
-            BitsLine(bits_, region, doneBits_, LastPoint.x, LastPoint.y, at.x, at.y, colour, 100);
+            BitsLine(strokePixels(), region, doneBits_, LastPoint.x, LastPoint.y, at.x, at.y, colour, 100);
             UpdateImage();
         } else if (tool == "Stamp") {
             if (h && !h->StampBits.empty()) {
                 if (IsTrue(Settings.StampClearBack)) restoreFromStrokeBase();
                 const int32_t x = at.x - HotSpot.x, y = at.y - HotSpot.y;
                 if (IsTrue(Settings.StampMask))
-                    BitsBWMask(bits_, region, doneBits_, x, y, h->StampBits, colour,
+                    BitsBWMask(strokePixels(), region, doneBits_, x, y, h->StampBits, colour,
                                Settings.StampPressure);
                 else
-                    BitsPaint(bits_, region, doneBits_, x, y, h->StampBits,
+                    BitsPaint(strokePixels(), region, doneBits_, x, y, h->StampBits,
                               IsTrue(Settings.StampUseMaskColor) ? Settings.StampMaskColor : -1,
                               Settings.StampPressure);
                 UpdateImage();
@@ -439,12 +427,12 @@ void fImage::toolMove(Qt::MouseButtons buttons, ToolPoint at) {
         } else if (tool == "Text") {
             if (h && !h->TextBits.empty()) {
                 restoreFromStrokeBase();
-                BitsBWMask(bits_, region, doneBits_, at.x - HotSpot.x, at.y - HotSpot.y,
+                BitsBWMask(strokePixels(), region, doneBits_, at.x - HotSpot.x, at.y - HotSpot.y,
                            h->TextBits, colour, Settings.TextPressure);
                 UpdateImage();
             }
         } else if (tool == "GetColor") {
-            if (h) h->ColorPicked(BitsGetPixel(bits_, at.x, at.y));
+            if (h) h->ColorPicked(BitsGetPixel(bits(), at.x, at.y));
         }
     }
 
@@ -456,7 +444,7 @@ void fImage::toolMove(Qt::MouseButtons buttons, ToolPoint at) {
         restoreFromStrokeBase();
         const int32_t pressure =
             Settings.PasteMode != 0 ? Settings.PastePressure : Settings.SelectPressure;
-        BitsPaintPreMasked(bits_, *selection_.RegionMain(), doneBits_, at.x - HotSpot.x,
+        BitsPaintPreMasked(strokePixels(), *Region().RegionMain(), doneBits_, at.x - HotSpot.x,
                            at.y - HotSpot.y, clip, pressure);
         UpdateImage();
     }
@@ -478,16 +466,16 @@ void fImage::toolRelease(Qt::MouseButton button, ToolPoint at) {
             const int32_t shape = Settings.SelectShape;
             const int32_t mode = combineMode(Settings.SelectMode);
             if (shape == 0) {
-                selection_.CreateRect(PressPoint.x, PressPoint.y, at.x, at.y, mode, true);
+                Region().CreateRect(PressPoint.x, PressPoint.y, at.x, at.y, mode, true);
                 HideShape(0);
             } else if (shape == 1) {
                 // The box in order: the lesser edge stays, the greater takes one more.
-                selection_.CreateEllipse(std::min(PressPoint.x, at.x), std::min(PressPoint.y, at.y),
+                Region().CreateEllipse(std::min(PressPoint.x, at.x), std::min(PressPoint.y, at.y),
                                          std::max(PressPoint.x, at.x) + 1,
                                          std::max(PressPoint.y, at.y) + 1, mode, true);
                 HideShape(1);
             } else if (shape == 2) {
-                selection_.CreatePolygon(PolygonPoints, mode, true);
+                Region().CreatePolygon(PolygonPoints, mode, true);
                 HideShape(2);
                 PolygonPoints.clear();
             }
@@ -500,33 +488,31 @@ void fImage::toolRelease(Qt::MouseButton button, ToolPoint at) {
         } else if (tool == "SelectionMove") {
             iDst_->setCursor(ToolCursor("cMove"));
             if (IsTrue(Settings.SelectMove)) {
-                selection_.Crop();
-            } else {
-                bitsToStrokeBase();
+                Region().Crop();
+            } else if (h) {
+                // The moved pixels become the stroke base; they are filed by the space key.
+                h->Filter().SetBits(bits());
                 UpdateImage();
             }
             MovingSelection = false;
         } else if (tool == "Brush" || tool == "Airbrush" || tool == "Shape" || tool == "Pencil" ||
                    tool == "Stamp") {
             iDst_->unsetCursor();
-            bitsToStrokeBase();
             if (h) h->PencilStroke = tool == "Pencil";
-            toolUpdate(label, false);
+            commitStroke(label);
         } else if (tool == "Fill") {
             iDst_->setCursor(ToolCursor("cFill"));
             {
                 BusyCursor busy;
-                bitsToStrokeBase();
                 CreateDoneBitsTable();
                 if (Settings.FillMode == 0)
-                    BitsFill(bits_, EffectiveRegion(), doneBits_, at.x, at.y, Settings.ColorPrimary,
+                    BitsFill(strokePixels(), EffectiveRegion(), doneBits_, at.x, at.y, Settings.ColorPrimary,
                              Settings.FillTolerance, Settings.FillPressure);
                 else if (h && !h->TextureBits.empty())
-                    BitsFillTexture(bits_, EffectiveRegion(), doneBits_, at.x, at.y, h->TextureBits,
+                    BitsFillTexture(strokePixels(), EffectiveRegion(), doneBits_, at.x, at.y, h->TextureBits,
                                     Settings.FillTolerance, Settings.FillPressure);
             }
-            bitsToStrokeBase();
-            toolUpdate("Fill", true);
+            commitStroke("Fill");
         } else if (tool == "GetColor") {
             iDst_->unsetCursor();
         } else if (tool == "Gradient") {
@@ -542,21 +528,17 @@ void fImage::toolRelease(Qt::MouseButton button, ToolPoint at) {
             gradient.pressure = Settings.GradientPressure;
             gradient.frequency = Settings.GradientFrequency;
             gradient.transparent = IsTrue(Settings.GradientTransparent);
-            BitsGradient(bits_, EffectiveRegion(), gradient);
+            BitsGradient(strokePixels(), EffectiveRegion(), gradient);
             HideShape(gradient.radial ? 1 : 2);
             SetAutoRedraw(false);
-            bitsToStrokeBase();
-            // Nothing else draws the new pixels before the save, so the canvas does here.
-            UpdateImage();
-            toolUpdate("Gradient", false);
+            commitStroke("Gradient");
         }
     }
 
     // A left click places the pending paste and files it; a right click takes it away.
     if (paste && button == Qt::LeftButton) {
         h->PendingPaste = false;
-        bitsToStrokeBase();
-        toolUpdate(h->ActionLabel, false);
+        commitStroke(h->ActionLabel);
     } else if (paste && button == Qt::RightButton) {
         h->PendingPaste = false;
         restoreFromStrokeBase();
@@ -570,7 +552,7 @@ void fImage::toolRelease(Qt::MouseButton button, ToolPoint at) {
 // --- Keys ----------------------------------------------------------------------------------
 
 bool fImage::iDst_KeyDown(int key) {
-    if (!pictureExists_) return false;
+    if (!PictureExists()) return false;
     DocumentHost* h = host();
     const int32_t z = Zoom();
     // The canvas position of an image point (the reverse of CellAt).
@@ -606,8 +588,7 @@ bool fImage::iDst_KeyDown(int key) {
     const bool paste = h && h->PendingPaste;
     if (tool == "SelectionMove" || tool == "Text" || paste) {
         // Commit: the pixels as they stand become the stroke base and an undo state.
-        bitsToStrokeBase();
-        toolUpdate(h ? h->ActionLabel : QString(), false);
+        commitStroke(h ? h->ActionLabel : QString());
         if (h) h->SelectionChanged = false;
         // One more move at the same place (its cell is taken anew), so the paste or the
         // stamp goes on from there.
@@ -623,9 +604,9 @@ bool fImage::iDst_KeyDown(int key) {
 
 void fImage::iDst_KeyUp(int key) {
     (void)key;
-    if (!pictureExists_) return;
+    if (!PictureExists()) return;
     if (toolWord() == "SelectionMove") {
-        selection_.Crop();
+        Region().Crop();
         UpdateRegion();
     }
 }

@@ -20,17 +20,19 @@ namespace ostrivex {
 // --- Views ---------------------------------------------------------------------------------
 
 void fImage::showView(View v) {
-    view_ = v;
+    model_->View.Tab = ViewTab(v);
     PImage_->setVisible(v == ViewEnhanced);
     picFrame_->setVisible(v == ViewLayers);
     oImage_->setVisible(v == ViewOptimize);
     tabs_->setCurrentIndex(int(v));
     if (v == ViewEnhanced)
-        setWindowTitle(caption_);
+        setWindowTitle(Caption());
     else if (v == ViewLayers)
-        setWindowTitle(LayerTag.isEmpty() ? QStringLiteral("New Layered Image") : LayerTag);
+        setWindowTitle(model_->Layers.Tag.isEmpty() ? QStringLiteral("New Layered Image")
+                                                    : model_->Layers.Tag);
     else
-        setWindowTitle(OptimizeTag.isEmpty() ? QStringLiteral("New Optimized Image") : OptimizeTag);
+        setWindowTitle(model_->Optimize.Tag.isEmpty() ? QStringLiteral("New Optimized Image")
+                                                      : model_->Optimize.Tag);
     if (DocumentHost* h = host()) h->ViewChanged(this, int(v));
 }
 
@@ -53,7 +55,7 @@ void fImage::fitSubWindow() {
     QMdiArea* area = sub ? sub->mdiArea() : nullptr;
     if (!area) return;
     const QSize frame = sub->size() - size();
-    QSize want = pictureExists_ ? sizeHint() + frame.expandedTo(QSize(0, 0)) : QSize(500, 500);
+    QSize want = PictureExists() ? sizeHint() + frame.expandedTo(QSize(0, 0)) : QSize(500, 500);
     want = want.boundedTo(area->viewport()->size());
     if (want.isValid() && !want.isEmpty()) sub->resize(want);
 }
@@ -78,20 +80,20 @@ void fImage::hookActivation() {
 
 void fImage::Form_Activate() {
     active_ = true;
-    if (view_ == ViewLayers)
+    if (CurrentView() == ViewLayers)
         cLayers_Click();
-    else if (view_ == ViewEnhanced)
+    else if (CurrentView() == ViewEnhanced)
         cOriginal_Click();
     else
         cOptimize_Click();
     SwapHistoy();
     DocumentHost* h = host();
     if (!h) return;
-    if (h->LastActiveDocumentId != history_->HistoryId) {
-        h->LastActiveDocumentId = history_->HistoryId;
+    if (h->LastActiveDocumentId != HistoryId()) {
+        h->LastActiveDocumentId = HistoryId();
         h->PendingPaste = false;
         cBitFilter& filter = h->Filter();
-        filter.SetBits(bits_);
+        filter.SetBits(bits());
         GiveFilterRegion(true); // the selection if there is one, else the whole image
         h->SetStatusPanel("Pixel", QStringLiteral("%1 x %2").arg(PictureWidth()).arg(PictureHeight()));
         h->SetStatusPanel("Zoom", QStringLiteral("%1 : 1").arg(Zoom()));
@@ -117,9 +119,9 @@ void fImage::Form_Deactivate() {
 
 bool fImage::QueryUnload() {
     DocumentHost* h = host();
-    if (IsTrue(Settings.ConfirmClose) && Changed && history_->HistoryPosition >= 2) {
+    if (IsTrue(Settings.ConfirmClose) && model_->Changed && HistoryPosition() >= 2) {
         // The caption compacted like a path to 400 pixels: the middle gives way.
-        const QString name = QFontMetrics(font()).elidedText(caption_, Qt::ElideMiddle, 400);
+        const QString name = QFontMetrics(font()).elidedText(Caption(), Qt::ElideMiddle, 400);
         const QString text =
             name + "\n\n" + "This image has changed." + "\n" + "Do you want to save it ?";
         const int answer =
@@ -148,7 +150,7 @@ void fImage::closeEvent(QCloseEvent* event) {
 void fImage::Unload() {
     if (unloaded_) return;
     unloaded_ = true;
-    ClearHistoryFiles();
+    History().ClearHistoryFiles();
     // The lifted pixels of a content move go with the document.
     MovedBits = Bits();
     MovingSelection = false;
@@ -156,7 +158,7 @@ void fImage::Unload() {
     if (!h) return;
     // The undo list no longer shows a closed document.
     if (fPaste* box = h->HistoryBox())
-        if (box->History()->OwnerId == history_->HistoryId) {
+        if (box->History()->OwnerId == HistoryId()) {
             box->History()->KeepEntries(0);
             box->History()->OwnerId = -1;
         }

@@ -104,7 +104,7 @@ void fPaste::jumpTo(int index) {
     if (!host) return;
     for (fImage* doc : host->Documents())
         if (doc && doc->HistoryId() == history_->OwnerId) {
-            doc->JumpToHistory(index);
+            doc->Model().JumpTo(index);
             return;
         }
 }

@@ -5,7 +5,7 @@
 // The undo list shows one entry per undo slot, with the slot number and its caption, and
 // a pointer that marks the state on screen. A click on an entry jumps to that state
 // (`Ltext_Click`): the list finds the document whose HistoryId it shows (OwnerId) among
-// the host's documents and calls its JumpToHistory.
+// the host's documents and has its model jump there.
 #pragma once
 
 #include "pixel/bits.h"

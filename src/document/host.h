@@ -99,6 +99,8 @@ public:
     // timer (`StartTimer`). DocumentDeactivated stops the timer (`StopTimer`).
     virtual void DocumentActivated(fImage* document) = 0;
     virtual void DocumentDeactivated(fImage* document) = 0;
+    // A document filed a change of its pixels (the host's changed flag follows).
+    virtual void DocumentCommitted(fImage* document) { (void)document; }
     // The GetColor tool picked a colour (0x00BBGGRR) under the mouse: the Color Box shows
     // it live in its sliders and sample and it becomes the foreground colour.
     virtual void ColorPicked(int32_t colour) { (void)colour; }

@@ -55,6 +55,9 @@ public:
     Bits GetBits() const { return buffer_; }
     // The buffer itself, for callers that only read it.
     const Bits& bits() const { return buffer_; }
+    // Moves the buffer out (a result on its way to a document, which gives the filter its
+    // pixels back); the object holds an empty buffer until the next SetBits.
+    Bits TakeBits() { return std::move(buffer_); }
     // `Bits` (write): deep copy (or move) into the buffer; sets last column, last row and
     // the image rectangle. The region and the cursors stay.
     void SetBits(const Bits& b);

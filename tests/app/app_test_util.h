@@ -52,8 +52,7 @@ inline fImage* OpenDocument(fMain& main, const Bits& bits) {
     auto* doc = new fImage;
     main.AddDocumentWindow(doc);
     doc->BeginDocument(QString());
-    doc->PBits(bits);
-    doc->SaveUndoBits(QString("Original"));
+    doc->Model().Start(Bits(bits), "Original");
     main.Filter().SetBits(doc->bits());
     return doc;
 }

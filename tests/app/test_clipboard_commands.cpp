@@ -70,7 +70,7 @@ TEST_F(ClipboardCommandsTest, CutSavesAnUndoStepAndCopyPastes) {
     EXPECT_EQ(main_->HistoryBox()->History()->EntryCaption(1), "Cut");
     EXPECT_EQ(main_->statusPanel("Status"), "Cut");
     EXPECT_TRUE(DocumentChanged);
-    EXPECT_TRUE(doc->Changed);
+    EXPECT_TRUE(doc->Model().Changed);
     // The clip: blue 11 at (0, 0) is source (1, 0).
     ASSERT_EQ(main_->ClipBuffer.width(), 2);
     EXPECT_EQ(main_->ClipBuffer(0, 0, 0), 11);

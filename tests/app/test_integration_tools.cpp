@@ -45,8 +45,7 @@ class IntegrationTools : public FreshHome {
         // As a picture is opened: the document made, its first state filed, then shown.
         auto* doc = new fImage;
         doc->BeginDocument(QString());
-        doc->PBits(b);
-        doc->SaveUndoBits(QString("Original"));
+        doc->Model().Start(std::move(b), "Original");
         main_->AddDocumentWindow(doc);
         QCoreApplication::processEvents();
         return doc;

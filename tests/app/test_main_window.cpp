@@ -194,7 +194,7 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
         test::sameBits(test::makeBits(2, 1, {{245, 235, 225}, {55, 155, 255}}), doc->bits()));
     EXPECT_TRUE(test::sameBits(doc->bits(), main_->Filter().bits()));
     EXPECT_TRUE(DocumentChanged);
-    EXPECT_TRUE(doc->Changed);
+    EXPECT_TRUE(doc->Model().Changed);
     EXPECT_EQ(main_->ActionLabel, "Invert");
     EXPECT_EQ(main_->statusPanel("Status"), "Invert");
     EXPECT_EQ(doc->HistoryPosition(), position + 1);

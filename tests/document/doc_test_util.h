@@ -26,14 +26,14 @@ inline Bits numbered(int w, int h, uint8_t channel3 = 0) {
 }
 
 // A document of the given pixels in `host` whose Enhanced panel is panelW x panelH (the
-// window is taller by the view tabs). No undo state is saved yet.
+// window is taller by the view tabs), started with its first state "Original".
 inline fImage* makeDocument(FakeHost& host, Bits pixels, int panelW, int panelH) {
     auto* doc = new fImage;
     host.AddDocumentWindow(doc);
     doc->BeginDocument(QString());
     const int tabH = doc->findChild<QTabBar*>("tabViews")->sizeHint().height();
     doc->resize(panelW, panelH + tabH);
-    doc->PBits(std::move(pixels));
+    doc->Model().Start(std::move(pixels), "Original");
     return doc;
 }
 

@@ -35,7 +35,6 @@ Bits numbered(int w, int h) {
 
 fImage* makeDocument(FakeHost& host, Bits pixels) {
     fImage* doc = test::makeDocument(host, std::move(pixels), 200, 200);
-    doc->SaveUndoBits(QStringLiteral("Original"));
     host.filter.SetBits(doc->bits());
     doc->GiveFilterRegion(true);
     return doc;
@@ -73,7 +72,7 @@ TEST(ClipboardCut, UnderTwoByTwoShowsTheBoxAndChangesNothing) {
     doc->Region().CreateRect(1, 0, 2, 5, cBitRegion::ModeUnion, false);
     {
         BoxRecorder boxes;
-        EXPECT_FALSE(CutBits(*doc, host));
+        EXPECT_FALSE(CutBits(*doc, host, "Cut"));
         EXPECT_FALSE(CopyBits(*doc, host));
         EXPECT_EQ(boxes.texts, QStringList({"Minimum cut size: 2 x 2", "Minimum copy size: 2 x 2"}));
         EXPECT_EQ(boxes.titles, QStringList({"Ostrivex", "Ostrivex"}));
@@ -90,7 +89,7 @@ TEST(ClipboardCut, UnderTwoByTwoShowsTheBoxAndChangesNothing) {
     doc->Region().CreateRect(0, 2, 5, 3, cBitRegion::ModeUnion, false);
     {
         BoxRecorder boxes;
-        EXPECT_FALSE(CutBits(*doc, host));
+        EXPECT_FALSE(CutBits(*doc, host, "Cut"));
         doc->Region().Init(0, 0, 6, 5);
         EXPECT_FALSE(CopyBits(*doc, host));
         EXPECT_EQ(boxes.texts, QStringList({"Minimum cut size: 2 x 2", "Minimum copy size: 2 x 2"}));
@@ -151,7 +150,7 @@ TEST(ClipboardCut, BlanksTheSelectionOnly) {
     fImage* doc = makeDocument(host, numbered(6, 5));
     doc->Region().CreateEllipse(1, 0, 5, 4, cBitRegion::ModeUnion, false);
     doc->SelectionChanged();
-    ASSERT_TRUE(CutBits(*doc, host));
+    ASSERT_TRUE(CutBits(*doc, host, "Cut"));
 
     // The clip is the one a copy takes.
     EXPECT_EQ(px(host.ClipBuffer, 0, 0), kMasked);
@@ -458,7 +457,7 @@ TEST(PlatformClipboard, CreateFromClipboardMakesADocument) {
     EXPECT_EQ(px(doc->bits(), 0, 1), (std::array<int, 4>{255, 0, 0, 0}));
     EXPECT_EQ(px(doc->bits(), 1, 1), (std::array<int, 4>{7, 8, 9, 0}));
     EXPECT_EQ(doc->Caption(), "Image1");
-    EXPECT_EQ(doc->FileName, "New.bmp");
+    EXPECT_EQ(doc->Model().File.FileName, "New.bmp");
     EXPECT_EQ(doc->HistoryPosition(), 1);
     EXPECT_EQ(doc->History().ActionNames[0], "Original");
 }
@@ -476,14 +475,14 @@ TEST(NewDocuments, NewCopyAndCrops) {
     EXPECT_EQ(host.docs.size(), 2u);
 
     // Without a selection neither crop does anything.
-    EXPECT_FALSE(CropToSelection(*doc, host));
+    EXPECT_FALSE(CropToSelection(*doc, host, "Crop"));
     EXPECT_EQ(NewImageFromCrop(*doc, host), nullptr);
     EXPECT_EQ(host.docs.size(), 2u);
 
     // A selection wholly outside the picture (as a selection file can give) crops nothing,
     // and gives no clip.
     doc->Region().CreateRect(10, 10, 14, 14, cBitRegion::ModeUnion, false);
-    EXPECT_FALSE(CropToSelection(*doc, host));
+    EXPECT_FALSE(CropToSelection(*doc, host, "Crop"));
     EXPECT_EQ(NewImageFromCrop(*doc, host), nullptr);
     EXPECT_FALSE(CopyBits(*doc, host));
     EXPECT_EQ(doc->bits(), before);
@@ -502,8 +501,9 @@ TEST(NewDocuments, NewCopyAndCrops) {
         for (int x = 0; x < 4; ++x) EXPECT_EQ(px(cropped->bits(), x, y), src(x + 1, y));
     EXPECT_EQ(doc->bits(), before); // the source stays
 
-    ASSERT_TRUE(CropToSelection(*doc, host));
+    ASSERT_TRUE(CropToSelection(*doc, host, "Crop"));
     EXPECT_EQ(doc->bits(), cropped->bits());
+    EXPECT_EQ(doc->History().ActionNames[size_t(doc->HistoryPosition() - 1)], "Crop");
     EXPECT_EQ(doc->PictureRect, (Rect{0, 0, 4, 4}));
     // The old selection does not fit the new canvas: the whole image is selected again.
     EXPECT_TRUE(doc->Region().IsEmptyRegion());

@@ -70,10 +70,10 @@ TEST(DocumentFiles, OpenRefuseASecondOpenAndSaveUnderAnotherExtension) {
     ASSERT_NE(doc, nullptr);
     EXPECT_TRUE(dialogs.informed.isEmpty());
     ASSERT_EQ(host.docs.size(), 1u);
-    EXPECT_EQ(doc->FileName, png);
-    EXPECT_EQ(doc->FileExtension, "png");
+    EXPECT_EQ(doc->Model().File.FileName, png);
+    EXPECT_EQ(doc->Model().File.FileExtension, "png");
     EXPECT_EQ(doc->Caption(), png);
-    EXPECT_EQ(doc->GetBits(), sample());
+    EXPECT_EQ(doc->bits(), sample());
     // The state at open is slot 0, "Original": 40 + 4 * 7 * 6 bytes.
     EXPECT_EQ(doc->HistoryPosition(), 1);
     const fs::path slot0 = doc->History().SlotFileName(0);
@@ -100,8 +100,8 @@ TEST(DocumentFiles, OpenRefuseASecondOpenAndSaveUnderAnotherExtension) {
     ASSERT_EQ(dialogs.asked.size(), 1);
     EXPECT_TRUE(dialogs.asked[0].startsWith("Save as|"));
     EXPECT_TRUE(dialogs.asked[0].contains("|" + png + "|All Supported graphic formats |"));
-    EXPECT_EQ(doc->FileName, dir + "/copy.bmp");
-    EXPECT_EQ(doc->FileExtension, "bmp");
+    EXPECT_EQ(doc->Model().File.FileName, dir + "/copy.bmp");
+    EXPECT_EQ(doc->Model().File.FileExtension, "bmp");
     EXPECT_EQ(FieldText(Settings.SaveFolder), (dir + "/").toStdString());
     ASSERT_TRUE(LoadImageFile((dir + "/copy.bmp").toStdString(), "bmp").ok);
     EXPECT_EQ(LoadedBitmap, sample());
@@ -109,7 +109,7 @@ TEST(DocumentFiles, OpenRefuseASecondOpenAndSaveUnderAnotherExtension) {
     // A bmp document with a name: SAVE writes at once, with no dialog.
     Bits changed = sample();
     changed(2, 1, 1) = 0;
-    doc->SetBits(changed);
+    doc->Model().Commit(EditTarget::Enhanced(), Bits(changed), "Brush");
     ASSERT_TRUE(SaveEnhanced(doc));
     EXPECT_EQ(dialogs.asked.size(), 1);
     ASSERT_TRUE(LoadImageFile((dir + "/copy.bmp").toStdString(), "bmp").ok);
@@ -125,17 +125,17 @@ TEST(DocumentFiles, SaveWithoutAUsableNameAsks) {
     ASSERT_NE(doc, nullptr);
 
     // A document that came from a psd goes to "Save as"; cancelling writes nothing.
-    doc->FileName = dir + "/b.psd";
-    doc->FileExtension = "psd";
+    doc->Model().File.FileName = dir + "/b.psd";
+    doc->Model().File.FileExtension = "psd";
     EXPECT_FALSE(SaveEnhanced(doc));
     ASSERT_EQ(dialogs.asked.size(), 1);
     EXPECT_TRUE(dialogs.asked[0].startsWith("Save as|"));
     EXPECT_FALSE(fs::exists((dir + "/b.psd").toStdString()));
-    EXPECT_EQ(doc->FileName, dir + "/b.psd");
+    EXPECT_EQ(doc->Model().File.FileName, dir + "/b.psd");
 
     // A new image carries the bare name "New.bmp": it asks too.
-    doc->FileName = "New.bmp";
-    doc->FileExtension = "bmp";
+    doc->Model().File.FileName = "New.bmp";
+    doc->Model().File.FileExtension = "bmp";
     dialogs.answer = dir + "/new.png";
     EXPECT_TRUE(SaveEnhanced(doc));
     EXPECT_EQ(dialogs.asked.size(), 2);
@@ -151,8 +151,8 @@ TEST(DocumentFiles, SaveWithoutAUsableNameAsks) {
     EXPECT_TRUE(SaveLayered(doc));
     ASSERT_EQ(dialogs.asked.size(), 3);
     EXPECT_TRUE(dialogs.asked[2].startsWith("Save Layered Image as|" + dir + "/|*.olf|"));
-    doc->FileName = dir + "/l.olf";
-    doc->FileExtension = "olf";
+    doc->Model().File.FileName = dir + "/l.olf";
+    doc->Model().File.FileExtension = "olf";
     EXPECT_TRUE(SaveLayered(doc));
     EXPECT_EQ(dialogs.asked.size(), 3);
     EXPECT_EQ(layered, (QStringList{dir + "/l.olf", dir + "/l.olf"}));
@@ -203,7 +203,7 @@ TEST(DocumentFiles, AFileNoLoaderServesEndsInTheErrorMessage) {
     ASSERT_TRUE(SaveImageFile(sample(), (dir + "/z.png").toStdString(), "png").ok);
     fImage* doc = OpenImageFile(dir + "/z.png" + QChar(' '));
     ASSERT_NE(doc, nullptr);
-    EXPECT_EQ(doc->FileName, dir + "/z.png");
+    EXPECT_EQ(doc->Model().File.FileName, dir + "/z.png");
     EXPECT_TRUE(dialogs.informed.isEmpty());
 }
 
@@ -219,7 +219,7 @@ TEST(DocumentFiles, ThePreviewsPixelsServeOnlyTheFileItLoaded) {
     ASSERT_TRUE(LoadImageFile((dir + "/b.png").toStdString(), "png").ok);
     fImage* a = OpenChosenFile(dir + "/a.png", dir + "/b.png", true);
     ASSERT_NE(a, nullptr);
-    EXPECT_EQ(a->GetBits(), sample());
+    EXPECT_EQ(a->bits(), sample());
 
     // The preview loaded the chosen file: its pixels are taken as they are (the marked
     // byte shows that the file was not decoded a second time).
@@ -227,8 +227,8 @@ TEST(DocumentFiles, ThePreviewsPixelsServeOnlyTheFileItLoaded) {
     LoadedBitmap(0, 0, 0) = 77;
     fImage* b = OpenChosenFile(dir + "/b.png", dir + "/b.png", true);
     ASSERT_NE(b, nullptr);
-    EXPECT_EQ(b->GetBits()(0, 0, 0), 77);
-    EXPECT_EQ(b->GetBits()(0, 1, 0), 200);
+    EXPECT_EQ(b->bits()(0, 0, 0), 77);
+    EXPECT_EQ(b->bits()(0, 1, 0), 200);
     EXPECT_TRUE(dialogs.informed.isEmpty());
 }
 
@@ -238,8 +238,8 @@ TEST(DocumentFiles, ANewDocumentIsFilledAndSavedAsItsFirstState) {
     ASSERT_NE(doc, nullptr);
     ASSERT_EQ(host.docs.size(), 1u);
     const Bits expected = test::solidBits(4, 3, 0x33, 0x22, 0x11);
-    EXPECT_EQ(doc->GetBits(), expected);
-    EXPECT_EQ(doc->FileName, "New.bmp");
+    EXPECT_EQ(doc->bits(), expected);
+    EXPECT_EQ(doc->Model().File.FileName, "New.bmp");
     EXPECT_EQ(doc->Caption(), QString("Image%1").arg(doc->HistoryId()));
     EXPECT_EQ(doc->HistoryPosition(), 1);
     EXPECT_EQ(doc->History().ActionNames[0], "New Image Document");
@@ -250,7 +250,7 @@ TEST(DocumentFiles, ANewDocumentIsFilledAndSavedAsItsFirstState) {
 
     fImage* clear = NewDocument(2, 2, true, 0x00FFFFFFu);
     ASSERT_NE(clear, nullptr);
-    EXPECT_EQ(clear->GetBits(), Bits(2, 2));
+    EXPECT_EQ(clear->bits(), Bits(2, 2));
     EXPECT_EQ(clear->HistoryId(), doc->HistoryId() + 1);
     EXPECT_EQ(NewDocument(0, 3, false, 0), nullptr);
     EXPECT_EQ(host.docs.size(), 2u);

@@ -5,6 +5,7 @@
 #include "document/toolcursors.h"
 
 #include "app/settings/settings.h"
+#include "document/clipboard.h"
 #include "document/dialogs.h"
 #include "document/doc_test_util.h"
 #include "document/fake_host.h"
@@ -115,7 +116,7 @@ TEST(fImage, ZoomAndBarsWidthClamps) {
     empty.ZoomIn();
     EXPECT_EQ(empty.ZoomFactor(), 1);
     EXPECT_EQ(empty.PictureWidth(), 0);
-    EXPECT_TRUE(empty.GetBits().empty());
+    EXPECT_TRUE(empty.bits().empty());
 }
 
 TEST(fImage, ScrollLayoutInTwoPassesAndAcrossAZoom) {
@@ -161,7 +162,7 @@ TEST(fImage, ScrollLayoutInTwoPassesAndAcrossAZoom) {
     EXPECT_EQ(vh, 24);
 }
 
-TEST(fImage, PictureReadsPixelsAndClears) {
+TEST(fImage, ThePictureFollowsTheModelsCommits) {
     FakeHost host;
     auto* doc = new fImage;
     host.AddDocumentWindow(doc);
@@ -169,12 +170,12 @@ TEST(fImage, PictureReadsPixelsAndClears) {
     QImage picture(2, 1, QImage::Format_RGB32);
     picture.setPixel(0, 0, qRgb(30, 20, 10));
     picture.setPixel(1, 0, qRgb(60, 50, 40));
-    doc->PPicture(picture);
+    doc->Model().Start(BitsFromImage(picture), "Original");
     ASSERT_TRUE(doc->PictureExists());
     EXPECT_EQ(doc->BitmapHeader.biWidth, 6);
     EXPECT_EQ(doc->BitmapHeader.biHeight, -5);
     EXPECT_EQ(doc->PictureRect, (Rect{0, 0, 2, 1}));
-    const Bits b = doc->GetBits();
+    const Bits& b = doc->bits();
     EXPECT_EQ((std::array<int, 4>{b(0, 0, 0), b(1, 0, 0), b(2, 0, 0), b(3, 0, 0)}),
               (std::array<int, 4>{10, 20, 30, 0}));
     EXPECT_EQ(b(0, 1, 0), 40);
@@ -182,94 +183,89 @@ TEST(fImage, PictureReadsPixelsAndClears) {
     EXPECT_TRUE(doc->Region().RegionMain()->contains(1, 0));
     EXPECT_FALSE(doc->Region().RegionMain()->contains(2, 0));
     EXPECT_FALSE(doc->Region().Region().has_value());
+    // The first state is filed, but it is no change.
+    EXPECT_EQ(doc->HistoryPosition(), 1);
+    EXPECT_EQ(host.panels["Status"], "");
 
-    // CreateBlank leaves the region alone; sizes below 1 are refused.
-    doc->CreateBlank(0, 5);
-    EXPECT_EQ(doc->PictureWidth(), 2);
-    doc->CreateBlank(4, 3);
-    EXPECT_EQ(doc->PictureWidth(), 4);
-    EXPECT_EQ(doc->GetBits()(0, 3, 2), 0);
-    EXPECT_FALSE(doc->Region().RegionMain()->contains(3, 2));
-
-    // From the Layers view, with a save under "Update from Layers".
-    doc->SaveUndoBits("Original");
+    // "Update from Layers" is a commit like any other.
     QImage composite(1, 1, QImage::Format_RGB32);
     composite.setPixel(0, 0, qRgb(7, 8, 9));
-    doc->SetPicture(composite, true);
+    doc->Model().Commit(EditTarget::Enhanced(), BitsFromImage(composite), "Update from Layers");
     EXPECT_EQ(host.ActionLabel, "Update from Layers");
+    EXPECT_EQ(host.panels["Status"], "Update from Layers");
+    EXPECT_EQ(host.panels["Pixel"], "1 x 1");
     EXPECT_EQ(doc->HistoryPosition(), 2);
     EXPECT_EQ(doc->History().ActionNames[1], "Update from Layers");
-    EXPECT_EQ(doc->GetBits()(2, 0, 0), 7);
-    doc->SetPicture(composite, false);
-    EXPECT_EQ(doc->HistoryPosition(), 2);
+    EXPECT_EQ(doc->bits()(2, 0, 0), 7);
+    EXPECT_EQ(host.filter.bits(), doc->bits());
+    EXPECT_EQ(host.savedStates, 2);
+    EXPECT_TRUE(doc->Model().Changed);
 
-    // A buffer of another size resizes the document and resets the selection to the whole
+    // Pixels of another size resize the document and reset the selection to the whole
     // new image.
     doc->Region().CreateRect(0, 0, 1, 1, cBitRegion::ModeUnion, false);
-    doc->SetBits(numbered(5, 4));
+    doc->Model().Commit(EditTarget::Enhanced(), numbered(5, 4), "Size");
     EXPECT_EQ(doc->PictureWidth(), 5);
     EXPECT_EQ(doc->PictureHeight(), 4);
     EXPECT_EQ(doc->BitmapHeader.biHeight, -8);
     EXPECT_EQ(doc->PictureRect, (Rect{0, 0, 5, 4}));
     EXPECT_EQ(doc->Region().RegionMain()->bounds(), (Rect{0, 0, 5, 4}));
     EXPECT_TRUE(doc->Region().IsEmptyRegion());
-    EXPECT_EQ(doc->GetBits(), numbered(5, 4));
-
-    doc->PPicture(QImage());
-    EXPECT_FALSE(doc->PictureExists());
-    EXPECT_EQ(doc->PictureHeight(), 0);
+    EXPECT_EQ(host.filter.region(), &doc->EffectiveRegion());
+    EXPECT_EQ(doc->bits(), numbered(5, 4));
+    EXPECT_EQ(host.panels["Pixel"], "5 x 4");
 }
 
 TEST(fImage, UndoRedoAndASizeChangeOnScreen) {
     FakeHost host;
     fImage* doc = makeDocument(host, numbered(3, 2), 100, 100);
-    const Bits original = doc->GetBits();
-    doc->SaveUndoBits("Original");
+    const Bits original = doc->bits();
     // The first undo looks for slot -1 and changes nothing.
-    doc->UndoBits();
+    doc->Model().Undo();
     EXPECT_EQ(doc->HistoryPosition(), 1);
-    EXPECT_EQ(doc->GetBits(), original);
+    EXPECT_EQ(doc->bits(), original);
 
     // A filter that changes the canvas size: the document now holds 5 x 4.
     const Bits resized = numbered(5, 4);
-    doc->PBits(resized);
-    host.ActionLabel = "Resize";
-    doc->SaveUndoBits();
+    doc->Model().Commit(EditTarget::Enhanced(), Bits(resized), "Resize");
     EXPECT_EQ(host.paste.History()->EntryCaption(1), "Resize");
+    EXPECT_EQ(host.panels["Status"], "Resize");
     doc->Region().CreateRect(1, 1, 2, 2, cBitRegion::ModeUnion, false); // one pixel
 
-    doc->UndoBits();
+    doc->Model().Undo();
     EXPECT_EQ(doc->HistoryPosition(), 1);
     EXPECT_EQ(doc->HistoryTop(), 2);
     EXPECT_EQ(doc->PictureWidth(), 3);
     EXPECT_EQ(doc->PictureHeight(), 2);
-    EXPECT_EQ(doc->GetBits(), original);
+    EXPECT_EQ(doc->bits(), original);
     EXPECT_EQ(doc->BitmapHeader.biWidth, 7);
     EXPECT_EQ(doc->Region().RegionMain()->bounds(), (Rect{0, 0, 3, 2}));
     EXPECT_FALSE(doc->Region().Region().has_value());
     EXPECT_EQ(host.filter.bits(), original);
     EXPECT_EQ(host.filter.region(), &doc->EffectiveRegion());
     EXPECT_EQ(host.filter.region(), &*doc->Region().RegionMain());
-    EXPECT_EQ(host.panels["Pixel"], "3x2");
+    // The status shows the state on screen, the size in its one form.
+    EXPECT_EQ(host.panels["Pixel"], "3 x 2");
+    EXPECT_EQ(host.panels["Status"], "Original");
     EXPECT_TRUE(host.SelectionChanged);
     EXPECT_EQ(host.paste.History()->PointerIndex(), 0);
 
-    doc->RedoBits();
+    doc->Model().Redo();
     EXPECT_EQ(doc->HistoryPosition(), 2);
-    EXPECT_EQ(doc->GetBits(), resized);
-    EXPECT_EQ(host.panels["Pixel"], "5x4");
+    EXPECT_EQ(doc->bits(), resized);
+    EXPECT_EQ(host.panels["Pixel"], "5 x 4");
+    EXPECT_EQ(host.panels["Status"], "Resize");
     // Redo past the top finds no file.
-    doc->RedoBits();
+    doc->Model().Redo();
     EXPECT_EQ(doc->HistoryPosition(), 2);
 
     // An undo of the same size keeps the selection.
     Bits painted = resized;
     painted(0, 0, 0) = 200;
-    doc->SetBits(painted);
-    doc->SaveUndoBits("Brush");
+    doc->Model().Commit(EditTarget::Enhanced(), std::move(painted), "Brush");
     doc->Region().CreateRect(1, 1, 3, 3, cBitRegion::ModeUnion, false);
-    doc->UndoBits();
-    EXPECT_EQ(doc->GetBits(), resized);
+    doc->Model().Undo();
+    EXPECT_EQ(doc->bits(), resized);
     EXPECT_EQ(doc->Region().Region()->bounds(), (Rect{1, 1, 3, 3}));
     EXPECT_EQ(host.filter.region(), &*doc->Region().Region());
 }
@@ -278,14 +274,13 @@ TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {
     FakeHost host;
     HistoryList* list = host.paste.History();
     fImage* doc = makeDocument(host, numbered(2, 2), 100, 100);
-    doc->SaveUndoBits("Original");
-    for (const char* label : {"Brush", "Fill", "Pencil"}) {
-        Bits b = doc->GetBits();
+    // A step that adds one to the first blue byte.
+    auto step = [doc](const char* label) {
+        Bits b = doc->bits();
         b(0, 0, 0) = uint8_t(b(0, 0, 0) + 1);
-        doc->SetBits(b);
-        host.ActionLabel = label;
-        doc->SaveUndoBits();
-    }
+        doc->Model().Commit(EditTarget::Enhanced(), std::move(b), label);
+    };
+    for (const char* label : {"Brush", "Fill", "Pencil"}) step(label);
     EXPECT_EQ(captions(list), (QStringList{"Original", "Brush", "Fill", "Pencil"}));
     EXPECT_EQ(list->EntryNumber(3), "3");
     EXPECT_EQ(list->PointerIndex(), 3);
@@ -295,12 +290,11 @@ TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {
     emit list->entryClicked(1);
     EXPECT_EQ(doc->HistoryPosition(), 2);
     EXPECT_EQ(doc->HistoryTop(), 4);
-    EXPECT_EQ(doc->GetBits()(0, 0, 0), 2);
+    EXPECT_EQ(doc->bits()(0, 0, 0), 2);
     EXPECT_EQ(list->PointerIndex(), 1);
 
     // A save now kills the entries of slots 3 and the file of slot 3; slot 2 is rewritten.
-    host.ActionLabel = "Stamp";
-    doc->SaveUndoBits();
+    step("Stamp");
     EXPECT_EQ(captions(list), (QStringList{"Original", "Brush", "Stamp"}));
     EXPECT_EQ(list->PointerIndex(), 2);
     EXPECT_FALSE(std::filesystem::exists(doc->History().SlotFileName(3)));
@@ -308,7 +302,6 @@ TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {
 
     // Another document becomes active: the list is rebuilt from its captions; back again.
     fImage* other = makeDocument(host, numbered(4, 1), 100, 100);
-    other->SaveUndoBits("Original");
     // Its first save leaves the list of the document shown alone.
     EXPECT_EQ(captions(list), (QStringList{"Original", "Brush", "Stamp"}));
     EXPECT_EQ(list->PointerIndex(), 2);
@@ -316,7 +309,7 @@ TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {
     EXPECT_EQ(list->OwnerId, other->HistoryId());
     EXPECT_EQ(captions(list), QStringList{"Original"});
     EXPECT_EQ(list->PointerIndex(), 0);
-    EXPECT_EQ(host.filter.bits(), other->GetBits());
+    EXPECT_EQ(host.filter.bits(), other->bits());
     EXPECT_EQ(host.panels["Pixel"], "4 x 1");
     EXPECT_EQ(host.panels["Zoom"], "1 : 1");
     EXPECT_EQ(host.LastActiveDocumentId, other->HistoryId());
@@ -336,7 +329,7 @@ TEST(fImage, HistoryListFollowsSavesUndoJumpsAndActivation) {
     doc->Form_Activate();
     EXPECT_EQ(captions(list), (QStringList{"Original", "Brush", "Stamp"}));
     EXPECT_EQ(list->PointerIndex(), 2);
-    EXPECT_EQ(host.filter.bits(), doc->GetBits());
+    EXPECT_EQ(host.filter.bits(), doc->bits());
 }
 
 TEST(fImage, ViewsSetTheCaption) {
@@ -345,13 +338,16 @@ TEST(fImage, ViewsSetTheCaption) {
     doc->SetCaption("/pics/a.png");
     doc->cLayers_Click();
     EXPECT_EQ(doc->windowTitle(), "New Layered Image");
-    doc->LayerTag = "layers.olf";
+    EXPECT_EQ(doc->Model().Target(), EditTarget::LayersCanvas());
+    doc->Model().Layers.Tag = "layers.olf";
     doc->cLayers_Click();
     EXPECT_EQ(doc->windowTitle(), "layers.olf");
     doc->cOptimize_Click();
     EXPECT_EQ(doc->windowTitle(), "New Optimized Image");
     EXPECT_EQ(doc->CurrentView(), fImage::ViewOptimize);
+    EXPECT_EQ(doc->Model().Target(), EditTarget::None());
     doc->cOriginal_Click();
+    EXPECT_EQ(doc->Model().Target(), EditTarget::Enhanced());
     EXPECT_EQ(doc->windowTitle(), "/pics/a.png");
 }
 
@@ -368,14 +364,13 @@ TEST(fImage, CloseQuestionAndUnload) {
     fImage* a = makeDocument(host, numbered(2, 2), 100, 100);
     fImage* b = makeDocument(host, numbered(2, 2), 100, 100);
     a->SetCaption("/pics/a.png");
-    a->SaveUndoBits("Original");
-    a->Changed = true;
+    a->Model().Changed = true;
     // One state only: no question even though changed.
     EXPECT_TRUE(a->QueryUnload());
     EXPECT_TRUE(asked.isEmpty());
     host.AddDocumentWindow(a); // still open for the next steps
 
-    a->SaveUndoBits("Brush");
+    a->Model().Commit(EditTarget::Enhanced(), numbered(2, 2), "Brush");
     EXPECT_FALSE(a->QueryUnload());
     ASSERT_EQ(asked.size(), 1);
     EXPECT_EQ(asked[0], "Ostrivex|/pics/a.png\n\nThis image has changed.\nDo you want to save it ?");
@@ -397,7 +392,7 @@ TEST(fImage, CloseQuestionAndUnload) {
     delete a;
 
     answer = QMessageBox::No;
-    b->Changed = true;
+    b->Model().Changed = true;
     EXPECT_TRUE(b->QueryUnload());
     EXPECT_EQ(host.commands, QStringList{"SAVEAS"});
     b->Unload();

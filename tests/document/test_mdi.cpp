@@ -36,8 +36,7 @@ public:
 fImage* open(MdiHost& host, int w, int h) {
     auto* doc = new fImage;
     doc->BeginDocument(QString());
-    doc->PBits(test::numbered(w, h));
-    doc->SaveUndoBits("Original");
+    doc->Model().Start(test::numbered(w, h), "Original");
     host.AddDocumentWindow(doc);
     return doc;
 }
@@ -47,7 +46,7 @@ TEST(fImageInMdi, ActivationPaintAndClose) {
     MdiHost host;
     fImage* a = open(host, 30, 20);
     EXPECT_EQ(host.LastActiveDocumentId, a->HistoryId());
-    EXPECT_EQ(host.filter.bits(), a->GetBits());
+    EXPECT_EQ(host.filter.bits(), a->bits());
     EXPECT_EQ(host.paste.History()->OwnerId, a->HistoryId());
     // The sub-window fits the picture: the canvas is the picture at zoom 1.
     EXPECT_EQ(a->CanvasSize(), QSize(30, 20));
@@ -57,7 +56,7 @@ TEST(fImageInMdi, ActivationPaintAndClose) {
 
     fImage* b = open(host, 8, 6);
     EXPECT_EQ(host.LastActiveDocumentId, b->HistoryId());
-    EXPECT_EQ(host.filter.bits(), b->GetBits());
+    EXPECT_EQ(host.filter.bits(), b->bits());
     EXPECT_GE(host.deactivated, 1);
 
     auto* subA = qobject_cast<QMdiSubWindow*>(a->parentWidget());
@@ -65,7 +64,7 @@ TEST(fImageInMdi, ActivationPaintAndClose) {
     host.area->setActiveSubWindow(subA);
     QApplication::processEvents();
     EXPECT_EQ(host.LastActiveDocumentId, a->HistoryId());
-    EXPECT_EQ(host.filter.bits(), a->GetBits());
+    EXPECT_EQ(host.filter.bits(), a->bits());
     EXPECT_EQ(host.panels["Pixel"], "30 x 20");
 
     const auto slotA = a->History().SlotFileName(0);

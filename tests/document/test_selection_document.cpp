@@ -123,30 +123,28 @@ TEST(SelectionDocument, FilterRegionZoomAndSizeChanges) {
     }
     EXPECT_EQ(host.filter.Invert(), expected);
 
-    // A buffer of another size (a transform's result) resets the selection, and cFilter,
-    // which worked on this document, gets the new whole image.
-    doc->SetBits(numbered(5, 2));
+    // A commit of another size (a transform's result) resets the selection, and cFilter
+    // gets the new whole image.
+    doc->Model().Commit(EditTarget::Enhanced(), numbered(5, 2), "Resize");
     EXPECT_FALSE(doc->Region().Region().has_value());
     EXPECT_EQ(host.filter.region(), &doc->EffectiveRegion());
     EXPECT_EQ(host.filter.region()->bounds(), (Rect{0, 0, 5, 2}));
     EXPECT_FALSE(doc->SelectionTimerActive());
 
     // Undo keeps a selection of the same size and resets one across a size change.
-    doc->SetBits(numbered(4, 3));
-    doc->SaveUndoBits("Original");
-    doc->SetBits(numbered(5, 2));
-    doc->SaveUndoBits("Resize");
+    doc->Model().Commit(EditTarget::Enhanced(), numbered(4, 3), "Resize");
+    doc->Model().Commit(EditTarget::Enhanced(), numbered(5, 2), "Resize");
     doc->Region().CreateRect(0, 0, 2, 2, cBitRegion::ModeUnion, false);
     doc->SelectionChanged();
     EXPECT_TRUE(doc->SelectionTimerActive());
-    doc->UndoBits();
+    doc->Model().Undo();
     EXPECT_EQ(doc->PictureWidth(), 4);
     EXPECT_FALSE(doc->Region().Region().has_value());
     EXPECT_EQ(doc->Region().RegionMain()->bounds(), (Rect{0, 0, 4, 3}));
     EXPECT_EQ(host.filter.region(), &*doc->Region().RegionMain());
     EXPECT_FALSE(doc->SelectionTimerActive());
     doc->Region().CreateRect(3, 0, 4, 1, cBitRegion::ModeUnion, false);
-    doc->RedoBits(); // 5 x 2 again: reset once more
+    doc->Model().Redo(); // 5 x 2 again: reset once more
     EXPECT_EQ(doc->PictureWidth(), 5);
     EXPECT_FALSE(doc->Region().Region().has_value());
     EXPECT_EQ(doc->EffectiveRegion().bounds(), (Rect{0, 0, 5, 2}));

@@ -72,7 +72,6 @@ fImage* makeDocument(FakeHost& host, Bits pixels, int zoom = 1) {
     fImage* doc = test::makeDocument(host, std::move(pixels), 200, 200);
     doc->SetZoomFactor(zoom);
     doc->Form_Activate();
-    doc->SaveUndoBits("Original");
     return doc;
 }
 
@@ -214,12 +213,12 @@ TEST_F(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
     EXPECT_EQ(doc->HistoryTop(), 2);
     EXPECT_EQ(doc->History().ActionNames[1], "Brush");
     EXPECT_EQ(host.ActionLabel, "Brush");
-    EXPECT_TRUE(doc->Changed);
+    EXPECT_TRUE(doc->Model().Changed);
     EXPECT_FALSE(doc->MouseIsDown);
     // The stroke base is the image as it now stands.
     EXPECT_EQ(host.filter.bits(), doc->bits());
     // Undo brings the black image back.
-    doc->UndoBits();
+    doc->Model().Undo();
     EXPECT_EQ(doc->bits(), solidBits(6, 3, 0, 0, 0));
 }
 

@@ -495,12 +495,11 @@ void fFilter::ApplyFilter() {
             fullRun_ = false;
             tFilter_.SetBits(std::move(result));
         }
-        // 6.
+        // 6. Shown in the document as an edit that is not filed yet.
         doc->SetAutoRedraw(false);
-        doc->SetBits(tFilter_.bits());
+        doc->Model().Preview(EditTarget::Enhanced(), tFilter_.GetBits());
         doc->SetAutoRedraw(true);
         documentWritten_ = true;
-        if (host_.update) host_.update(QString(), false);
         return;
     }
 
@@ -549,9 +548,8 @@ void fFilter::CmdCancel_Click() {
     fImage* doc = host_.document;
     if (doc) {
         doc->SetAutoRedraw(false);
-        doc->SetBits(host_.filter->bits());
+        doc->Model().Revert(host_.filter->bits());
         doc->SetAutoRedraw(true);
-        if (host_.update) host_.update(QString(), false);
     }
     if (host_.hideProgress) host_.hideProgress();
     reject();

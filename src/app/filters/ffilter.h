@@ -74,8 +74,6 @@ struct FilterDialogHost {
     // Progress of a full run (percent), and the end of it.
     std::function<void(int)> progress;
     std::function<void()> hideProgress;
-    // The window's Update(label, saveUndo).
-    std::function<void(const QString&, bool)> update;
     // The filter envelope: runs the operation on cFilter, writes the result to cFilter and
     // the document, and makes the undo step. Called once, on OK.
     std::function<void(const std::function<Bits(cBitFilter&)>&)> commit;

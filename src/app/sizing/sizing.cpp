@@ -24,10 +24,12 @@ std::function<int(QDialog&)> SizingDialogs::Exec = [](QDialog& dialog) { return 
 
 namespace {
 
-// The active document with a picture, or null.
+// The active document with a picture on show in its Enhanced view, or null.
 fImage* activePicture() {
     if (!GetActiveDocument(ActiveDocument)) return nullptr;
-    return ActiveDocument->PictureExists() ? ActiveDocument : nullptr;
+    return ActiveDocument->PictureExists() && ActiveDocument->Model().Target().IsEnhanced()
+               ? ActiveDocument
+               : nullptr;
 }
 
 // Degrees to radians as ROTATE takes them, and its single-precision cosine and sine.
@@ -46,22 +48,10 @@ QString SizingLabel(const QString& word) {
 }
 
 void TakeSizedBits(fMain& main, fImage& doc, const QString& label) {
-    cBitFilter& filter = main.Filter();
-    const int32_t w = filter.BitsWidth(), h = filter.BitsHeight();
-    // 5. A buffer of the new size, then the filter's pixels in it.
-    doc.CreateBlank(w, h);
-    doc.SetBits(filter.bits());
-    // 6. The old selection does not fit the new canvas: the region starts again from the
-    // whole image, and cFilter works on it.
-    doc.Region().Init(0, 0, w, h);
-    doc.StopTimer();
-    doc.GiveFilterRegion(true);
-    // 7.
-    main.SetStatusPanel("Size", QStringLiteral("%1x%2").arg(w).arg(h));
-    main.RefreshPanView();
-    // Writing a document's pixels shows them; Update draws only for an empty label.
-    doc.UpdateImage();
-    main.Update(label, true);
+    // The commit resizes the document, resets its selection to the whole new image (the
+    // old one does not fit the new canvas), files the step, shows the new size and gives
+    // cFilter the pixels back.
+    doc.Model().Commit(EditTarget::Enhanced(), main.Filter().TakeBits(), label);
     QCoreApplication::processEvents();
 }
 
@@ -108,7 +98,7 @@ void ResizeCanvas(fMain& main, int32_t w, int32_t h, int32_t left, int32_t top,
     fImage* doc = activePicture();
     if (!doc || w < 1 || h < 1) return;
     cBitFilter& filter = main.Filter();
-    const Bits old = doc->GetBits();
+    const Bits old = doc->bits();
     // The blank canvas goes to the filter; the whole of it may be written.
     filter.SetBits(Bits(w, h));
     filter.BitsRegion(nullptr);

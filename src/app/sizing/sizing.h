@@ -33,9 +33,9 @@ struct SizingDialogs {
 // in LastCommandCaption), or the word itself when no entry sends it.
 QString SizingLabel(const QString& word);
 
-// The fSize steps after the operation: the filter's Bits become the document's (CreateBlank
-// for the new size first), the region is rebuilt for the new size, the "Size" panel and the
-// pan view follow, and Update(label, true) makes the undo step.
+// The steps after the operation: the filter's Bits are committed to the document under
+// label, which resizes it, resets its selection to the whole new image, shows the new size
+// in the "Pixel" panel and files the undo step.
 void TakeSizedBits(fMain& main, fImage& doc, const QString& label);
 
 // --- The operations on the active document (each does nothing without one) ---------------

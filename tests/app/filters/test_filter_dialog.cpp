@@ -70,7 +70,6 @@ class FilterDialogTest : public ostrivex::testing::WithMainWindow {
             main_->cFilter_Progress(percent);
         };
         h.hideProgress = [this] { main_->progressBar()->setValue(0); };
-        h.update = [this](const QString& l, bool undo) { main_->Update(l, undo); };
         h.commit = [this](const std::function<Bits(cBitFilter&)>& op) {
             main_->RunFilterEnvelope(op, "Test");
         };
@@ -288,7 +287,7 @@ TEST_F(FilterDialogTest, PreviewThenOkRunsOnceAndMakesOneUndoStep) {
     EXPECT_TRUE(test::sameBits(expected, main_->Filter().bits()));
     EXPECT_EQ(doc_->HistoryPosition(), position + 1);
     EXPECT_EQ(doc_->History().ActionNames[size_t(position)], "Brightness...");
-    EXPECT_TRUE(doc_->Changed);
+    EXPECT_TRUE(doc_->Model().Changed);
 }
 
 TEST_F(FilterDialogTest, OkInsideTheModalLoop) {
@@ -355,10 +354,10 @@ TEST_F(FilterDialogTest, CancelAfterPreviewRestoresTheDocumentWithoutAnUndoStep)
     EXPECT_TRUE(test::sameBits(before, doc_->bits()));
     EXPECT_TRUE(test::sameBits(before, main_->Filter().bits()));
     EXPECT_EQ(doc_->HistoryPosition(), position);
-    EXPECT_FALSE(doc_->Changed);
+    EXPECT_FALSE(doc_->Model().Changed);
 
     // Cancel with no preview: the document takes cFilter's pixels again (the same ones) and
-    // the window is updated without an undo step.
+    // the window is updated without an undo step: nothing was changed.
     DocumentChanged = false;
     fFilter::ExecHook = [&](fFilter& d) {
         d.sld[0]->setValue(50);
@@ -366,9 +365,9 @@ TEST_F(FilterDialogTest, CancelAfterPreviewRestoresTheDocumentWithoutAnUndoStep)
     };
     main_->MenuExec("CONTRAST");
     EXPECT_TRUE(test::sameBits(before, doc_->bits()));
-    EXPECT_TRUE(DocumentChanged);
+    EXPECT_FALSE(DocumentChanged);
     EXPECT_EQ(doc_->HistoryPosition(), position);
-    EXPECT_FALSE(doc_->Changed);
+    EXPECT_FALSE(doc_->Model().Changed);
 }
 
 TEST_F(FilterDialogTest, ProgressOnlyOnFullRuns) {

@@ -1,6 +1,6 @@
 // The sizing commands on a document of the main window, as the menus and the words run
 // them: the zoom and quality-sizing words, the four dialogs, the turns, "Original Size" and
-// "Restore Original". Each checks the new pixels, the "Size" panel and the undo step.
+// "Restore Original". Each checks the new pixels, the "Pixel" panel and the undo step.
 #include "app/fmain.h"
 #include "app/globals.h"
 #include "app/sizing/fcanvas.h"
@@ -92,7 +92,7 @@ TEST_F(SizingCommandTest, DivisionWordsScaleByNearestNeighbour) {
     EXPECT_TRUE(sameBits(makeBits(2, 2, {{1, 2, 3}, {7, 8, 9}, {16, 17, 18}, {22, 23, 24}}),
                          doc->bits()));
     EXPECT_TRUE(sameBits(doc->bits(), main_->Filter().bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "2x2");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "2 x 2");
     // A word that no entry sends is filed under the word.
     EXPECT_EQ(main_->statusPanel("Status"), "50");
     EXPECT_EQ(doc->HistoryPosition(), position + 1);
@@ -111,7 +111,7 @@ TEST_F(SizingCommandTest, DivisionWordsScaleByNearestNeighbour) {
     fImage* other = openDocument(wide);
     main_->MenuExec("15");
     EXPECT_TRUE(sameBits(makeBits(2, 1, {{0, 0, 0}, {99, 0, 55}}), other->bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "2x1");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "2 x 1");
 
     // "x5" of a 2 x 2 image would be Round(0.4) = 0 wide: nothing happens.
     fImage* tiny = openDocument(makeBits(2, 2, {grey(1), grey(2), grey(3), grey(4)}));
@@ -129,13 +129,13 @@ TEST_F(SizingCommandTest, ZoomEntriesGrowAndOriginalSizeShrinksBack) {
     click("mnuAdjust", "200 %", "Zoom +");
     EXPECT_EQ(main_->LastRoute(), "ZoomImage");
     EXPECT_TRUE(sameBits(makeBits(4, 2, {p, p, q, q, p, p, q, q}), doc->bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "4x2");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "4 x 2");
     EXPECT_EQ(lastStep(doc), "200 %");
 
     // "Original Size": back to 2 x 1 with ratio 2, columns 0 and 2: the very pixels.
     click("mnuAdjust", "Original Size");
     EXPECT_TRUE(sameBits(source, doc->bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "2x1");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "2 x 1");
     EXPECT_EQ(lastStep(doc), "Original Size");
     // At the original size there is nothing to do.
     const int32_t position = doc->HistoryPosition();
@@ -152,7 +152,7 @@ TEST_F(SizingCommandTest, QualityWordsResample) {
     click("mnuAdjust", "x/2", "Quality Sizing");
     EXPECT_EQ(main_->LastRoute(), "ZoomImage");
     EXPECT_TRUE(sameBits(makeBits(2, 1, {{7, 8, 9}, {16, 15, 2}}), doc->bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "2x1");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "2 x 1");
     EXPECT_EQ(lastStep(doc), "x/2");
 
     // "2x" of 2 x 2: 4 x 4 with ratio 1 / 4. Each value is rounded after the vertical step
@@ -195,7 +195,7 @@ TEST_F(SizingCommandTest, ImageSizeDialogScalesToTheTypedSize) {
     EXPECT_TRUE(sameBits(makeBits(4, 2, {grey(0), grey(45), grey(90), grey(60), // row 0
                                          grey(0), grey(45), grey(90), grey(60)}),
                          doc->bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "4x2");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "4 x 2");
     EXPECT_EQ(lastStep(doc), "Size ...");
 
     // Without "Anti-Alias": nearest neighbour, ratio 3 / 4: columns 0, 0, 1, 2.
@@ -251,7 +251,7 @@ TEST_F(SizingCommandTest, CanvasSizeLaysTheImageWhereItWasDragged) {
     EXPECT_TRUE(sameBits(
         makeBits(4, 3, {{}, {}, {}, {}, {}, {}, {}, {}, {}, {1, 2, 3}, {4, 5, 6}, {}}),
         doc->bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "4x3");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "4 x 3");
     EXPECT_EQ(lastStep(doc), "Canvas ...");
 
     // Dragged one pixel past the left edge: only the second pixel lands, at (0, 0).
@@ -279,7 +279,7 @@ TEST_F(SizingCommandTest, OrientationTurnsAndMirrors) {
     click("mnuAdjust", "Orientation ...");
     EXPECT_TRUE(sameBits(makeBits(2, 3, {grey(6), grey(3), grey(5), grey(2), grey(4), grey(1)}),
                          doc->bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "2x3");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "2 x 3");
     EXPECT_EQ(lastStep(doc), "Orientation ...");
 
     // Portrait again: the image already is; only the vertical mirror runs.
@@ -307,7 +307,7 @@ TEST_F(SizingCommandTest, QuarterTurnsMoveEveryPixel) {
     main_->MenuExec("N90");
     EXPECT_EQ(main_->LastRoute(), "RotateImage");
     EXPECT_TRUE(sameBits(left, doc->bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "2x3");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "2 x 3");
     EXPECT_EQ(lastStep(doc), "N90");
     main_->MenuExec("UNDO");
     main_->MenuExec("N180");
@@ -351,7 +351,7 @@ TEST_F(SizingCommandTest, EighthTurnGrowsTheCanvas) {
     fImage* doc = openDocument(makeBits(2, 2, {A, B, C, D}));
     main_->MenuExec("N45");
     EXPECT_TRUE(sameBits(makeBits(3, 3, {{}, B, {}, A, A, D, {}, C, {}}), doc->bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "3x3");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "3 x 3");
     EXPECT_EQ(lastStep(doc), "N45");
     // The same turn smoothed keeps the size.
     main_->MenuExec("UNDO");
@@ -374,7 +374,7 @@ TEST_F(SizingCommandTest, RestoreOriginalBringsBackTheOpeningState) {
     EXPECT_EQ(main_->LastRoute(), "RestoreOriginal");
     EXPECT_TRUE(sameBits(source, doc->bits()));
     EXPECT_TRUE(sameBits(source, main_->Filter().bits()));
-    EXPECT_EQ(main_->statusPanel("Size"), "2x1");
+    EXPECT_EQ(main_->statusPanel("Pixel"), "2 x 1");
     EXPECT_EQ(doc->HistoryPosition(), position + 1);
     EXPECT_EQ(lastStep(doc), "Restore Original");
     // It is a step like any other: undo goes back to the turned image.

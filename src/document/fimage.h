@@ -13,7 +13,7 @@
 // preview (OptimizeView); the Layers panel `picFrame` is empty for now.
 #pragma once
 
-#include "document/paint/paint.h"
+#include "document/tools/tool.h"
 #include "model/document.h"
 #include "pixel/bits.h"
 #include "pixel/region.h"
@@ -39,6 +39,7 @@ namespace ostrivex {
 
 class DocumentHost;
 class OptimizeView;
+class Tool;
 
 // Where UpdateImage copies from and to: a source rectangle of `Bits` (array coordinates,
 // so x and y of 2 are the first image pixel) and a destination rectangle on the canvas,
@@ -184,25 +185,14 @@ public:
     static constexpr std::array<int32_t, 15> ZoomTable{1, 2,  3,  4,  5,  6,  7, 8,
                                                        9, 10, 11, 12, 13, 14, 15};
 
-    // --- Tool interaction: mouse and keys on the canvas (fimage_tools.cpp) ----------
-    // The canvas forwards its mouse and key events here; the tool word and its settings
-    // come from Settings (ActiveTool and the tool panels' fields), the shared buffers from
-    // the host. Positions are image pixels unless named as canvas or screen points.
-    struct ToolPoint {
-        int32_t x = 0, y = 0;
-        bool operator==(const ToolPoint&) const = default;
-    };
-    ToolPoint PressPoint;  // where the left button went down (polygons move it along)
-    ToolPoint PrevPoint;   // the brush's previous stamp
-    ToolPoint LastPoint;   // the last position seen; arrow keys and space work from it
-    ToolPoint HotSpot;     // from the mouse to the top left of moved or stamped pixels
-    bool MovingSelection = false; // the selection (or its pixels) follows the mouse
-    bool MouseIsDown = false;
-    std::vector<int32_t> PolygonPoints; // x, y pairs of the polygon being selected
-    Bits MovedBits;                     // the lifted pixels of a content move
-    QPoint CursorPoint, PrevCursorPoint; // screen points of hand scrolling
-    bool Dragging = false;
-    int32_t LastCellX = INT32_MIN, LastCellY = INT32_MIN; // last image cell of a move
+    // --- The canvas's mouse and keys (fimage_input.cpp) ------------------------------
+    // The canvas forwards its mouse and key events here; the current tool (the word in
+    // Settings.ActiveTool) gets them through the tools' registry. Positions are image
+    // pixels unless named as canvas or screen points.
+    using ToolPoint = ostrivex::ToolPoint;
+    // The state of the stroke under way, which the tools share.
+    StrokeState& Stroke() { return stroke_; }
+    const StrokeState& Stroke() const { return stroke_; }
 
     // Mouse events of the canvas: canvas position (pixels, before rounding), the button
     // that changed (press, release) or the buttons held (move), the screen position.
@@ -214,8 +204,6 @@ public:
     void iDst_KeyUp(int key);
     // The image cell under a canvas position: (scroll + Round(pos)) div zoom.
     ToolPoint CellAt(QPointF pos) const;
-    // The stroke's table of painted pixels (`CreateDoneBitsTable`).
-    void CreateDoneBitsTable();
 
     // Rubber shapes over the canvas (fimage_shapes.cpp): 0 the rectangle, 1 the ellipse,
     // 2 the lines (the last one moves; keep adds a new last line for the next edge).
@@ -231,6 +219,8 @@ public:
     const RubberShapes& Rubber() const { return rubber_; }
 
 private:
+    friend class ToolContext;
+    Tool* currentTool() const;
     void toolPress(Qt::MouseButton button, ToolPoint at);
     void toolMove(Qt::MouseButtons buttons, ToolPoint at);
     void toolRelease(Qt::MouseButton button, ToolPoint at);
@@ -238,18 +228,14 @@ private:
     void showPosition(ToolPoint at);
     void showPixel(ToolPoint at);
     void showForeground();
-    // The pixels a stroke paints into: the Enhanced image, opened as an edit.
-    Bits& strokePixels();
-    void restoreFromStrokeBase();
-    // The stroke's pixels as they stand become a state of the history under label.
-    void commitStroke(const QString& label);
     void giveFilterSelection();
     void paintRubber(QPainter& painter) const;
-    QString toolWord() const;
+    StrokeState stroke_;
     RubberShapes rubber_;
-    ostrivex::DoneBits doneBits_;
-    bool toolCursorSet_ = false;
-    // --- End of tool interaction --------------------------------------------------------
+    QPoint cursorPoint_, prevCursorPoint_; // screen points of hand scrolling
+    bool dragging_ = false;
+    int32_t lastCellX_ = INT32_MIN, lastCellY_ = INT32_MIN; // last image cell of a move
+
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

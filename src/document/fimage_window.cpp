@@ -152,8 +152,8 @@ void fImage::Unload() {
     unloaded_ = true;
     History().ClearHistoryFiles();
     // The lifted pixels of a content move go with the document.
-    MovedBits = Bits();
-    MovingSelection = false;
+    stroke_.MovedBits = Bits();
+    stroke_.MovingSelection = false;
     DocumentHost* h = host();
     if (!h) return;
     // The undo list no longer shows a closed document.

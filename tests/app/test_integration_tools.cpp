@@ -270,11 +270,11 @@ TEST_F(IntegrationTools, UnloadLetsTheLiftedPixelsGo) {
     clickTool("SelectionMove");
     Settings.SelectMove = 0;
     QTest::mousePress(canvas, Qt::LeftButton, {}, QPoint(2, 2));
-    EXPECT_EQ(doc->MovedBits.width(), 3);
-    EXPECT_EQ(doc->MovedBits.height(), 3);
+    EXPECT_EQ(doc->Stroke().MovedBits.width(), 3);
+    EXPECT_EQ(doc->Stroke().MovedBits.height(), 3);
     QTest::mouseRelease(canvas, Qt::LeftButton, {}, QPoint(2, 2));
     doc->Unload();
-    EXPECT_TRUE(doc->MovedBits.empty());
+    EXPECT_TRUE(doc->Stroke().MovedBits.empty());
 }
 
 } // namespace

@@ -423,6 +423,18 @@ TEST_F(ToolPanelsTest, GetStampBitsReadsTheChosenStampExactly) {
     EXPECT_TRUE(main_->StampBits.empty());
 }
 
+TEST(ToolRegistry, EveryToolButtonThatPaintsOrSelectsHasItsClass) {
+    // The buttons that act once or scroll are not tools; every other one is found by its
+    // word, trailing blanks of the settings field and all.
+    const QStringList notTools{"ZoomIn", "ZoomOut", "MouseScroll", "MM", "Layers"};
+    for (const char* key : fMain::ToolKeys) {
+        SCOPED_TRACE(key);
+        EXPECT_EQ(FindTool(key) != nullptr, !notTools.contains(key));
+    }
+    EXPECT_EQ(FindTool("Brush   "), FindTool("Brush"));
+    EXPECT_EQ(FindTool(""), nullptr);
+}
+
 TEST_F(ToolPanelsTest, ToolButtonsWithoutADocument) {
     SetFieldText(Settings.ActiveTool, "Brush");
     start();

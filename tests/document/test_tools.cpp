@@ -214,7 +214,7 @@ TEST_F(PaintTools, BrushStrokeIsOneUndoStepNamedBrush) {
     EXPECT_EQ(doc->History().ActionNames[1], "Brush");
     EXPECT_EQ(host.ActionLabel, "Brush");
     EXPECT_TRUE(doc->Model().Changed);
-    EXPECT_FALSE(doc->MouseIsDown);
+    EXPECT_FALSE(doc->Stroke().MouseIsDown);
     // The stroke base is the image as it now stands.
     EXPECT_EQ(host.filter.bits(), doc->bits());
     // Undo brings the black image back.
@@ -387,7 +387,7 @@ TEST_F(PaintTools, StampPaintsTheStampAtTheMouseWithItsColourKey) {
     fImage* doc = makeDocument(host, base);
     // Hot spot: half the size plus one, (2, 2): the stamp's top left is at (1, 1).
     pressAt(doc, QPoint(3, 3));
-    EXPECT_EQ(doc->HotSpot, (fImage::ToolPoint{2, 2}));
+    EXPECT_EQ(doc->Stroke().HotSpot, (fImage::ToolPoint{2, 2}));
     EXPECT_EQ(stamped(doc->bits()), (Rows{"......", ".##...", ".o....", "......"}));
     drag(doc, QPoint(5, 3)); // stamps again at (3, 1); the first stays
     release(doc, QPoint(5, 3));
@@ -484,22 +484,22 @@ TEST_F(SelectTool, PolygonTakesPointsBySpaceAndEndsAtTheRelease) {
     doc->Region().CreateRect(6, 0, 8, 2, cBitRegion::ModeUnion, true);
     pressAt(doc, QPoint(1, 1));
     EXPECT_TRUE(doc->Region().IsEmptyRegion()); // new: cleared at the first point
-    EXPECT_EQ(doc->PolygonPoints, (std::vector<int32_t>{1, 1}));
+    EXPECT_EQ(doc->Stroke().PolygonPoints, (std::vector<int32_t>{1, 1}));
     drag(doc, QPoint(5, 1));
     key(doc, Qt::Key_Space);
-    EXPECT_EQ(doc->PressPoint, (fImage::ToolPoint{5, 1}));
+    EXPECT_EQ(doc->Stroke().PressPoint, (fImage::ToolPoint{5, 1}));
     drag(doc, QPoint(5, 4));
     key(doc, Qt::Key_Space);
     drag(doc, QPoint(1, 4));
     key(doc, Qt::Key_Space);
-    EXPECT_EQ(doc->PolygonPoints, (std::vector<int32_t>{1, 1, 5, 1, 5, 4, 1, 4}));
+    EXPECT_EQ(doc->Stroke().PolygonPoints, (std::vector<int32_t>{1, 1, 5, 1, 5, 4, 1, 4}));
     // Three kept edges and the moving one.
     ASSERT_EQ(doc->Rubber().lines.size(), 4u);
     EXPECT_EQ(doc->Rubber().lines[0], QLine(1, 1, 5, 1));
     EXPECT_EQ(doc->Rubber().lines[2], QLine(5, 4, 1, 4));
     release(doc, QPoint(2, 2)); // the release point is no corner
     EXPECT_EQ(selected(doc), (Rects{{1, 1, 5, 4}}));
-    EXPECT_TRUE(doc->PolygonPoints.empty());
+    EXPECT_TRUE(doc->Stroke().PolygonPoints.empty());
     EXPECT_EQ(doc->Rubber().lines.size(), 1u);
     EXPECT_FALSE(doc->Rubber().lineVisible[0]);
 }
@@ -523,14 +523,14 @@ TEST_F(SelectionMoveTool, SelectionOnlyMovesTheRegionAndCropsAtTheRelease) {
     EXPECT_EQ(selected(doc), (Rects{{1, 1, 3, 3}}));
 
     pressAt(doc, QPoint(1, 1));
-    EXPECT_TRUE(doc->MovingSelection);
+    EXPECT_TRUE(doc->Stroke().MovingSelection);
     drag(doc, QPoint(3, 2));
     EXPECT_EQ(selected(doc), (Rects{{3, 2, 5, 4}}));
     drag(doc, QPoint(5, 5)); // past the image's corner
     EXPECT_EQ(selected(doc), (Rects{{5, 5, 7, 7}}));
     release(doc, QPoint(5, 5));
     EXPECT_EQ(selected(doc), (Rects{{5, 5, 6, 6}}));
-    EXPECT_FALSE(doc->MovingSelection);
+    EXPECT_FALSE(doc->Stroke().MovingSelection);
     EXPECT_EQ(doc->bits(), numbered(6, 6)); // the pixels stay
 }
 
@@ -556,10 +556,10 @@ TEST_F(SelectionMoveTool, ContentMovePaintsTheLiftedPixelsAtTheMouse) {
     fImage* doc = makeDocument(host, numbered(6, 5));
     doc->Region().CreateRect(1, 1, 3, 3, cBitRegion::ModeUnion, true);
     pressAt(doc, QPoint(2, 2));
-    EXPECT_TRUE(doc->MovingSelection);
-    EXPECT_EQ(doc->HotSpot, (fImage::ToolPoint{1, 1}));
-    EXPECT_EQ(doc->MovedBits.width(), 2);
-    EXPECT_EQ(doc->MovedBits.height(), 2);
+    EXPECT_TRUE(doc->Stroke().MovingSelection);
+    EXPECT_EQ(doc->Stroke().HotSpot, (fImage::ToolPoint{1, 1}));
+    EXPECT_EQ(doc->Stroke().MovedBits.width(), 2);
+    EXPECT_EQ(doc->Stroke().MovedBits.height(), 2);
     drag(doc, QPoint(3, 2));
     drag(doc, QPoint(4, 3));
     // The 2 x 2 block of (1, 1) now stands at (3, 2) as well; only the last place shows.
@@ -571,7 +571,7 @@ TEST_F(SelectionMoveTool, ContentMovePaintsTheLiftedPixelsAtTheMouse) {
     EXPECT_EQ(doc->bits()(0, 3, 2), 12); // blue of (1, 1)
     EXPECT_EQ(doc->bits()(0, 4, 3), 23); // blue of (2, 2)
     release(doc, QPoint(4, 3));
-    EXPECT_FALSE(doc->MovingSelection);
+    EXPECT_FALSE(doc->Stroke().MovingSelection);
     EXPECT_EQ(host.filter.bits(), expected);
     EXPECT_EQ(doc->HistoryPosition(), 1); // the move is filed by a commit (space)
     key(doc, Qt::Key_Space);
@@ -618,14 +618,14 @@ TEST_F(PasteTool, PasteFollowsTheMouseAndALeftClickFixesItAsOneStep) {
     // Hot spot: half the upper bounds (3 / 2 = 1.5, rounded to 2), so the clip's top left
     // stands two up and left of the mouse.
     hover(doc, QPoint(3, 3));
-    EXPECT_EQ(doc->HotSpot, (fImage::ToolPoint{2, 2}));
+    EXPECT_EQ(doc->Stroke().HotSpot, (fImage::ToolPoint{2, 2}));
     EXPECT_EQ(shape(doc->bits()),
               (Rows{"......", ".##...", ".#....", "......", "......", "......"}));
     hover(doc, QPoint(4, 4));
     EXPECT_EQ(shape(doc->bits()),
               (Rows{"......", "......", "..##..", "..#...", "......", "......"}));
     key(doc, Qt::Key_Right); // the keys move it as well
-    EXPECT_EQ(doc->LastPoint, (fImage::ToolPoint{5, 4}));
+    EXPECT_EQ(doc->Stroke().LastPoint, (fImage::ToolPoint{5, 4}));
     EXPECT_EQ(shape(doc->bits()),
               (Rows{"......", "......", "...##.", "...#..", "......", "......"}));
     press(doc, QPoint(5, 4));
@@ -682,16 +682,16 @@ TEST_F(ToolKeys, ArrowsMoveTheLastPointOnePixel) {
     useTool("GetColor");
     fImage* doc = makeDocument(host, numbered(6, 6), 2);
     hover(doc, QPoint(5, 5)); // cell (2, 2)
-    EXPECT_EQ(doc->LastPoint, (fImage::ToolPoint{2, 2}));
+    EXPECT_EQ(doc->Stroke().LastPoint, (fImage::ToolPoint{2, 2}));
     key(doc, Qt::Key_Right);
     key(doc, Qt::Key_Right);
     key(doc, Qt::Key_Up);
-    EXPECT_EQ(doc->LastPoint, (fImage::ToolPoint{4, 1}));
+    EXPECT_EQ(doc->Stroke().LastPoint, (fImage::ToolPoint{4, 1}));
     EXPECT_EQ(host.panels["Position"], "4, 1");
     key(doc, Qt::Key_Left);
     key(doc, Qt::Key_Down);
     key(doc, Qt::Key_Down);
-    EXPECT_EQ(doc->LastPoint, (fImage::ToolPoint{3, 3}));
+    EXPECT_EQ(doc->Stroke().LastPoint, (fImage::ToolPoint{3, 3}));
     EXPECT_EQ(host.panels["Color"], "R 3  G 2  B 34  #030222");
 }
 
@@ -735,7 +735,7 @@ TEST_F(ToolScroll, HandScrollingMovesTheBarsAndPaintsOn) {
     EXPECT_EQ(v, 47);
     release(doc, QPoint(15, 13));
     // The cell of the move is taken before the bars move: (50 + 15, 50 + 13).
-    EXPECT_EQ(doc->LastPoint, (fImage::ToolPoint{65, 63}));
+    EXPECT_EQ(doc->Stroke().LastPoint, (fImage::ToolPoint{65, 63}));
     EXPECT_NE(doc->bits()(0, 65, 63), 0);
 }
 

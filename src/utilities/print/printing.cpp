@@ -152,6 +152,9 @@ bool PrintImage(QPrinter& printer, const QImage& picture, QPointF imageDpi,
     const QRectF target = ImagePlacement(picture.size(), imageDpi, area, deviceDpi, layout.actualSize);
     painter.setClipRect(area);
     painter.setRenderHint(QPainter::SmoothPixmapTransform);
+    // The picture's own pixels: a PDF file would otherwise carry them as JPEG when that
+    // is smaller.
+    painter.setRenderHint(QPainter::LosslessImageRendering);
     painter.drawImage(target, picture);
     return painter.end();
 }

@@ -9,6 +9,7 @@
 #include "session_bus.h"
 #include "utilities/capture/capture.h"
 #include "utilities/capture/fcapture.h"
+#include "utilities/desktop/portal.h"
 
 #include <QComboBox>
 #include <QImage>
@@ -206,6 +207,19 @@ TEST_F(PortalCaptureTest, NoPictureMeansAMessageNoDocumentAndOurWindowsBack) {
     EXPECT_EQ(messages.texts, QStringList({QString::fromLatin1(kCapturePortalFailedText)}));
     EXPECT_EQ(visibleWindows(), shown_);
     EXPECT_FALSE(capture().Busy());
+}
+
+} // namespace
+
+namespace {
+
+TEST(PortalRequestTest, APortalThatNeverAnswersEndsAsAFailureInTime) {
+    test::FakePortal portal;
+    portal.answer = false;
+    const PortalResult r = RunPortalRequest(QDBusConnection::sessionBus(), kScreenshotInterface,
+                                            "Screenshot", {QString()}, {}, 200);
+    EXPECT_EQ(r.status, PortalResult::Status::Failed);
+    EXPECT_EQ(portal.calls.size(), 1u);
 }
 
 } // namespace

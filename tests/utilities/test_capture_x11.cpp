@@ -1,14 +1,16 @@
 // Screen capture on an X server (run under xvfb-run with the xcb platform). Another process
-// (this program started with --pattern) shows a window of known pixels: every screen pixel
+// (this program started with --pattern) shows a window of known pixels: every pixel of it
 // has its own colour. The main window and a tool box lie over it, so a capture that did not
-// wait for our windows to be gone would see them. There is no window manager: where a
-// test needs one's word on the active window, it writes _NET_ACTIVE_WINDOW itself.
+// wait for our windows to be gone would see them. Without a window manager, where a test
+// needs one's word on the active window, it writes _NET_ACTIVE_WINDOW itself; the
+// WindowManager case runs openbox (on a server of its own, see CMakeLists.txt).
 #include "app/app_test_util.h"
 #include "app/toolbox.h"
 #include "messages.h"
 #include "pixel/pixel_test_util.h"
 #include "utilities/capture/capture.h"
 #include "utilities/capture/fcapture.h"
+#include "utilities/desktop/x11.h"
 
 #include <QComboBox>
 #include <QGuiApplication>
@@ -27,8 +29,8 @@ using namespace ostrivex;
 
 namespace {
 
-// The colour of screen pixel (x, y): red and green from the position within blocks of
-// 251 x 241 pixels, blue from the block, so no two pixels of an 800 x 600 screen match.
+// The colour of pixel (x, y) of the pattern: red and green from the position within blocks
+// of 251 x 241 pixels, blue from the block, so no two pixels of 800 x 600 match.
 QRgb patternAt(int x, int y) {
     return qRgb(x % 251, y % 241, (x / 251 + 4 * (y / 241)) * 20 + 7);
 }
@@ -49,29 +51,66 @@ void setActiveWindow(uint32_t window) {
     std::free(xcb_get_input_focus_reply(c, xcb_get_input_focus(c), nullptr)); // a round trip
 }
 
+// True once a window manager has put its check window on the root window.
+bool windowManagerRunning() {
+    xcb_connection_t* c = xcb();
+    const char* name = "_NET_SUPPORTING_WM_CHECK";
+    xcb_intern_atom_reply_t* a =
+        xcb_intern_atom_reply(c, xcb_intern_atom(c, 0, uint16_t(std::strlen(name)), name), nullptr);
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(c)).data->root;
+    xcb_get_property_reply_t* p = xcb_get_property_reply(
+        c, xcb_get_property(c, 0, root, a->atom, XCB_ATOM_WINDOW, 0, 1), nullptr);
+    const bool running = p && xcb_get_property_value_length(p) >= 4;
+    std::free(p);
+    std::free(a);
+    return running;
+}
+
+// Where the window's own area starts on the screen.
+QPoint clientOrigin(uint32_t window) {
+    xcb_connection_t* c = xcb();
+    const xcb_window_t root = xcb_setup_roots_iterator(xcb_get_setup(c)).data->root;
+    xcb_translate_coordinates_reply_t* t =
+        xcb_translate_coordinates_reply(c, xcb_translate_coordinates(c, window, root, 0, 0), nullptr);
+    const QPoint p = t ? QPoint(t->dst_x, t->dst_y) : QPoint(-1, -1);
+    std::free(t);
+    return p;
+}
+
+// The rectangle `r` of `bits`.
+Bits part(const Bits& bits, const QRect& r) {
+    Bits out(r.width(), r.height());
+    for (int y = 0; y < r.height(); ++y)
+        for (int x = 0; x < r.width(); ++x)
+            for (int c = 0; c < 3; ++c) out(c, x, y) = bits(c, r.x() + x, r.y() + y);
+    return out;
+}
+
 // --- The other program: a window of the pattern at a place of the screen -----------------
 
 class PatternWindow : public QWidget {
   public:
-    PatternWindow() : QWidget(nullptr, Qt::Window | Qt::FramelessWindowHint) {}
+    explicit PatternWindow(bool framed)
+        : QWidget(nullptr, framed ? Qt::Window : Qt::Window | Qt::FramelessWindowHint) {}
 
   protected:
     void paintEvent(QPaintEvent*) override {
         QImage image(size(), QImage::Format_RGB32);
         for (int y = 0; y < height(); ++y)
-            for (int x = 0; x < width(); ++x) image.setPixel(x, y, patternAt(this->x() + x, this->y() + y));
+            for (int x = 0; x < width(); ++x) image.setPixel(x, y, patternAt(x, y));
         QPainter(this).drawImage(0, 0, image);
     }
 };
 
 int runPattern(int argc, char** argv) {
     QApplication app(argc, argv);
-    PatternWindow window;
+    const std::string option = argc > 6 ? argv[6] : "";
+    PatternWindow window(option == "--framed");
     window.setGeometry(std::stoi(argv[2]), std::stoi(argv[3]), std::stoi(argv[4]), std::stoi(argv[5]));
     window.show();
     if (!QTest::qWaitForWindowExposed(&window)) return 1;
     QTest::qWait(100);
-    if (argc > 6 && std::string(argv[6]) == "--active") setActiveWindow(uint32_t(window.winId()));
+    if (option == "--active") setActiveWindow(uint32_t(window.winId()));
     std::printf("ready %u\n", unsigned(window.winId()));
     std::fflush(stdout);
     return app.exec();
@@ -89,10 +128,12 @@ class X11CaptureTest : public ostrivex::testing::WithMainWindow {
         WithMainWindow::TearDown();
     }
     // The other program's window at `rect`; its X window id.
-    uint32_t showPattern(const QRect& rect, bool active) {
+    // `option`: "--active" names it the active window, "--framed" asks the window manager
+    // for a frame.
+    uint32_t showPattern(const QRect& rect, const QString& option = QString()) {
         QStringList args{"--pattern", QString::number(rect.x()), QString::number(rect.y()),
                          QString::number(rect.width()), QString::number(rect.height())};
-        if (active) args << "--active";
+        if (!option.isEmpty()) args << option;
         other_.start(QCoreApplication::applicationFilePath(), args);
         EXPECT_TRUE(other_.waitForStarted(5000));
         QByteArray line;
@@ -139,7 +180,7 @@ class X11CaptureTest : public ostrivex::testing::WithMainWindow {
         QObject::disconnect(c);
         return made;
     }
-    // The pattern of the screen rectangle `r`.
+    // The pattern's rectangle `r`.
     static Bits pattern(const QRect& r) {
         Bits b(r.width(), r.height());
         for (int y = 0; y < r.height(); ++y)
@@ -161,7 +202,7 @@ class X11CaptureTest : public ostrivex::testing::WithMainWindow {
 
 TEST_F(X11CaptureTest, DesktopAndBackgroundSeeTheScreenWithoutOurWindows) {
     ASSERT_EQ(capture().source(), ScreenCapture::Source::X11);
-    showPattern(QRect(0, 0, 800, 600), false);
+    showPattern(QRect(0, 0, 800, 600));
     showOurs();
     test::RecordMessages messages;
     int number = 0;
@@ -178,12 +219,12 @@ TEST_F(X11CaptureTest, DesktopAndBackgroundSeeTheScreenWithoutOurWindows) {
 
 TEST_F(X11CaptureTest, ForegroundIsTheActiveWindowOfAnotherProgram) {
     const QRect place(100, 80, 200, 150);
-    showPattern(place, true);
+    showPattern(place, "--active");
     showOurs(); // lies over the window's lower right part
     test::RecordMessages messages;
     fImage* doc = run([&] { main_->MenuStatic("CAPTUREFOREGROUND"); });
     ASSERT_NE(doc, nullptr);
-    EXPECT_TRUE(test::sameBits(pattern(place), doc->bits()));
+    EXPECT_TRUE(test::sameBits(pattern(QRect(QPoint(0, 0), place.size())), doc->bits()));
     EXPECT_EQ(visibleWindows(), shown_);
     EXPECT_TRUE(messages.texts.isEmpty());
 
@@ -200,7 +241,7 @@ TEST_F(X11CaptureTest, ForegroundIsTheActiveWindowOfAnotherProgram) {
 }
 
 TEST_F(X11CaptureTest, CustomTakesTheRectangleDraggedOverTheScreen) {
-    showPattern(QRect(0, 0, 800, 600), false);
+    showPattern(QRect(0, 0, 800, 600));
     showOurs();
     test::RecordMessages messages;
     main_->action(*FindMenuEntry("mnuCapture", "Custom..."))->trigger();
@@ -228,6 +269,35 @@ TEST_F(X11CaptureTest, CustomTakesTheRectangleDraggedOverTheScreen) {
     EXPECT_EQ(visibleWindows(), shown_);
     EXPECT_EQ(main_->Documents().size(), 1u);
     EXPECT_TRUE(messages.texts.isEmpty());
+}
+
+TEST_F(X11CaptureTest, WindowManagerHandsTheFocusOnAndTheFrameIsTaken) {
+    QProcess wm;
+    wm.start("openbox", {"--sm-disable"});
+    ASSERT_TRUE(wm.waitForStarted(5000)) << "openbox is not installed";
+    for (int waited = 0; !windowManagerRunning() && waited < 10000; waited += 20) QTest::qWait(20);
+    ASSERT_TRUE(windowManagerRunning());
+
+    const QSize size(200, 150);
+    const uint32_t other = showPattern(QRect(QPoint(100, 80), size), "--framed");
+    showOurs();
+    // Ours came last and is active; once hidden, the window manager activates the other.
+    for (int waited = 0; x11::ActiveWindow() != uint32_t(main_->winId()) && waited < 5000; waited += 20)
+        QTest::qWait(20);
+    ASSERT_EQ(x11::ActiveWindow(), uint32_t(main_->winId()));
+    test::RecordMessages messages;
+    fImage* doc = run([&] { main_->MenuStatic("CAPTUREFOREGROUND"); });
+    ASSERT_NE(doc, nullptr) << messages.texts.join("/").toStdString();
+    // The whole frame, title bar included, with the window's own pixels inside it.
+    const QRect frame = x11::FrameRect(other);
+    EXPECT_GT(frame.height(), size.height());
+    EXPECT_EQ(QSize(doc->PictureWidth(), doc->PictureHeight()), frame.size());
+    const QPoint inside = clientOrigin(other) - frame.topLeft();
+    EXPECT_TRUE(test::sameBits(pattern(QRect(QPoint(0, 0), size)),
+                               part(doc->bits(), QRect(inside, size))));
+    EXPECT_EQ(visibleWindows(), shown_);
+    wm.kill();
+    wm.waitForFinished(5000);
 }
 
 } // namespace

@@ -177,8 +177,10 @@ void ScreenCapture::grabPortal() {
     // portal's own dialog; a chosen rectangle is chosen there too.
     const bool interactive = rectangle_ || kind_ == Foreground;
     portal_ = std::make_unique<PortalRequest>(QDBusConnection::sessionBus());
-    // An answer without a dialog comes at once; one with a dialog waits for the user.
-    if (!interactive) portal_->SetTimeout(30000);
+    // Our windows stay away until the portal answers, so a portal that never does must not
+    // keep them away for good. A desktop may ask the user's leave even for a plain
+    // screenshot: two minutes for that, ten for a dialog where the user chooses.
+    portal_->SetTimeout(interactive ? 600000 : 120000);
     const QString parent = main_->isVisible() ? PortalRequest::ParentWindow(main_) : QString();
     QVariantMap options;
     options.insert(QStringLiteral("modal"), true);

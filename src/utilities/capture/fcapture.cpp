@@ -49,6 +49,7 @@ fCapture::fCapture(ScreenCapture& capture, QWidget* parent)
     auto* layout = new QVBoxLayout(this);
     layout->addWidget(cb);
     layout->addLayout(buttons);
+    layout->setSizeConstraint(QLayout::SetFixedSize);
 
     connect(cmdCapture, &QPushButton::clicked, this, &fCapture::cmdCapture_Click);
     connect(CmdCustom, &QPushButton::clicked, this, &fCapture::CmdCustom_Click);

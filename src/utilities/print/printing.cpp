@@ -200,10 +200,12 @@ bool PrintSession::Print(fImage& document, QWidget* parent) {
     QPrinter& p = printer();
     p.setDocName(document.Caption());
     if (p.outputFormat() == QPrinter::PdfFormat && p.outputFileName().isEmpty()) {
-        const QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        // The user's documents folder where it exists, else the home folder.
+        QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
+        if (folder.isEmpty() || !QDir(folder).exists()) folder = QDir::homePath();
         const QString name = QFileInfo(document.Caption()).completeBaseName();
-        p.setOutputFileName(QDir(folder.isEmpty() ? QDir::homePath() : folder)
-                                .filePath((name.isEmpty() ? QStringLiteral("Ostrivex") : name) + ".pdf"));
+        p.setOutputFileName(
+            QDir(folder).filePath((name.isEmpty() ? QStringLiteral("Ostrivex") : name) + ".pdf"));
     }
     if (!PrintDialogs::AskPrint(p, layout, parent)) return false;
     const QPointF dpi = layout.actualSize ? documentDpi(document)

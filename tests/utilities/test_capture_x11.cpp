@@ -108,7 +108,8 @@ int runPattern(int argc, char** argv) {
     PatternWindow window(option == "--framed");
     window.setGeometry(std::stoi(argv[2]), std::stoi(argv[3]), std::stoi(argv[4]), std::stoi(argv[5]));
     window.show();
-    if (!QTest::qWaitForWindowExposed(&window)) return 1;
+    // A window manager that has just started can take seconds to map it on a busy machine.
+    if (!QTest::qWaitForWindowExposed(&window, 30000)) return 1;
     QTest::qWait(100);
     if (option == "--active") setActiveWindow(uint32_t(window.winId()));
     std::printf("ready %u\n", unsigned(window.winId()));
@@ -137,8 +138,10 @@ class X11CaptureTest : public ostrivex::testing::WithMainWindow {
         other_.start(QCoreApplication::applicationFilePath(), args);
         EXPECT_TRUE(other_.waitForStarted(5000));
         QByteArray line;
-        while (!line.contains('\n') && other_.waitForReadyRead(10000)) line += other_.readAllStandardOutput();
-        EXPECT_TRUE(line.startsWith("ready ")) << line.constData();
+        while (!line.contains('\n') && other_.waitForReadyRead(40000)) line += other_.readAllStandardOutput();
+        EXPECT_TRUE(line.startsWith("ready "))
+            << line.constData() << other_.readAllStandardError().constData() << " exit "
+            << other_.exitCode() << " state " << other_.state();
         return line.mid(6).trimmed().toUInt();
     }
     // Our windows over the other program's: the main window and the Color Box.
@@ -146,7 +149,7 @@ class X11CaptureTest : public ostrivex::testing::WithMainWindow {
         main_->setGeometry(40, 60, 520, 380);
         main_->show();
         main_->box(fMain::BoxColor)->show();
-        ASSERT_TRUE(QTest::qWaitForWindowExposed(main_.get()));
+        ASSERT_TRUE(QTest::qWaitForWindowExposed(main_.get(), 30000));
         QTest::qWait(200);
         shown_ = visibleWindows();
         ASSERT_GE(shown_.size(), 2);
@@ -282,7 +285,7 @@ TEST_F(X11CaptureTest, WindowManagerHandsTheFocusOnAndTheFrameIsTaken) {
     const uint32_t other = showPattern(QRect(QPoint(100, 80), size), "--framed");
     showOurs();
     // Ours came last and is active; once hidden, the window manager activates the other.
-    for (int waited = 0; x11::ActiveWindow() != uint32_t(main_->winId()) && waited < 5000; waited += 20)
+    for (int waited = 0; x11::ActiveWindow() != uint32_t(main_->winId()) && waited < 15000; waited += 20)
         QTest::qWait(20);
     ASSERT_EQ(x11::ActiveWindow(), uint32_t(main_->winId()));
     test::RecordMessages messages;

@@ -200,7 +200,7 @@ TEST_F(PortalCaptureTest, NoPictureMeansAMessageNoDocumentAndOurWindowsBack) {
     QTRY_COMPARE_WITH_TIMEOUT(int(portal->calls.size()), 1, 5000);
     EXPECT_TRUE(capture().Busy());
     main_->MenuStatic("CAPTUREBACKGROUND");
-    QTest::qWait(ScreenCapture::kSettleMs + 200);
+    QTest::qWait(ScreenCapture::kSettleMs + 300);
     EXPECT_EQ(portal->calls.size(), 1u);
     portal.reset();
     QTRY_VERIFY_WITH_TIMEOUT(ended, 5000);

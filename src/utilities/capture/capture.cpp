@@ -121,13 +121,14 @@ void ScreenCapture::start(Kind kind, bool rectangle, bool hideWindows) {
     rectangle_ = rectangle;
     screen_ = main_->screen();
     if (hideWindows) hideOurWindows();
-    settling_ = false;
+    phase_ = Phase::Polling;
     pollStart_ = std::chrono::steady_clock::now();
     timerCapture.start(kPollMs);
 }
 
 void ScreenCapture::timerCapture_Timer() {
-    if (!settling_) {
+    switch (phase_) {
+    case Phase::Polling: {
         // First our windows leave the screen, as the X server tells; then the screen
         // settles. (A portal gives no such answer: only the settling time is waited.)
         const auto waited = std::chrono::steady_clock::now() - pollStart_;
@@ -136,23 +137,34 @@ void ScreenCapture::timerCapture_Timer() {
             timerCapture.start(kPollMs);
             return;
         }
-        settling_ = true;
+        phase_ = Phase::Settling;
         timerCapture.start(kSettleMs);
         return;
     }
-    settling_ = false;
-    grab();
+    case Phase::Settling:
+        grab();
+        return;
+    case Phase::Steadying: {
+        QImage picture;
+        if (!readX11(picture)) return;
+        if (picture != reading_ && ++readings_ < kSteadyReads) {
+            reading_ = picture;
+            timerCapture.start(kSteadyMs);
+            return;
+        }
+        reading_ = QImage();
+        gotPicture(picture);
+        return;
+    }
+    }
 }
 
 void ScreenCapture::grab() {
-    if (source_ == Source::X11)
-        grabX11();
-    else
+    if (source_ == Source::Portal) {
         grabPortal();
-}
-
-void ScreenCapture::grabX11() {
-    QImage picture;
+        return;
+    }
+    foreground_ = 0;
     if (kind_ == Foreground && !rectangle_) {
         // The window manager's active window once ours are gone; never one of ours.
         const uint32_t active = x11::ActiveWindow();
@@ -160,16 +172,28 @@ void ScreenCapture::grabX11() {
             fail(kCaptureNoForegroundText);
             return;
         }
-        const QRect frame = x11::FrameRect(active);
-        picture = CaptureWindow(active, QRect(QPoint(0, 0), frame.size()));
+        foreground_ = active;
+    }
+    if (!readX11(reading_)) return;
+    readings_ = 1;
+    phase_ = Phase::Steadying;
+    timerCapture.start(kSteadyMs);
+}
+
+bool ScreenCapture::readX11(QImage& picture) {
+    if (foreground_ != 0) {
+        const QRect frame = x11::FrameRect(foreground_);
+        picture = CaptureWindow(foreground_, QRect(QPoint(0, 0), frame.size()));
     } else {
         picture = CaptureDesktop(screen_ ? screen_.data() : nullptr);
     }
     if (picture.isNull()) {
+        // The screen, or the window, could not be read (a window that closed meanwhile).
+        reading_ = QImage();
         fail(kCaptureUnreadableText);
-        return;
+        return false;
     }
-    gotPicture(picture);
+    return true;
 }
 
 void ScreenCapture::grabPortal() {

@@ -57,12 +57,17 @@ class ScreenCapture : public QObject {
     // Where pictures come from: the X server, or the desktop portal.
     enum class Source { X11, Portal };
 
-    // How long the timer lets the screen settle once our windows are unmapped: the windows
-    // under them repaint, and a compositor fades them out (about 150 to 250 ms).
-    static constexpr int kSettleMs = 400;
     // How often the timer asks the X server whether our windows are gone, and for how long.
     static constexpr int kPollMs = 20;
     static constexpr int kPollLimitMs = 3000;
+    // How long the timer then lets the screen settle: the windows under ours repaint, and a
+    // compositor fades ours out (about 150 to 250 ms).
+    static constexpr int kSettleMs = 250;
+    // On X11 the screen is read again every kSteadyMs until two readings agree (a slow
+    // program may still be repainting what our windows covered), at most kSteadyReads
+    // times: a screen with a moving picture never agrees, and its last reading is taken.
+    static constexpr int kSteadyMs = 100;
+    static constexpr int kSteadyReads = 8;
 
     // The capture object of the main window: made on first use, a child of the window.
     static ScreenCapture& For(QWidget* mainWindow);
@@ -95,7 +100,7 @@ class ScreenCapture : public QObject {
     void start(Kind kind, bool rectangle, bool hideWindows);
     void timerCapture_Timer();
     void grab();
-    void grabX11();
+    bool readX11(QImage& picture);
     void grabPortal();
     void gotPicture(const QImage& picture);
     void fail(const char* text);
@@ -110,7 +115,11 @@ class ScreenCapture : public QObject {
     Kind kind_ = Desktop;
     bool rectangle_ = false;
     bool busy_ = false;
-    bool settling_ = false;
+    enum class Phase { Polling, Settling, Steadying };
+    Phase phase_ = Phase::Polling;
+    QImage reading_;       // the last reading of the screen while it steadies
+    int readings_ = 0;
+    uint32_t foreground_ = 0; // the window a foreground capture takes
     std::chrono::steady_clock::time_point pollStart_;
     std::vector<QPointer<QWidget>> hidden_; // our windows taken off the screen, to show again
     QPointer<QScreen> screen_;              // the screen the main window was on

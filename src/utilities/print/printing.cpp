@@ -199,13 +199,16 @@ bool PrintSession::Print(fImage& document, QWidget* parent) {
     if (!document.PictureExists()) return false;
     QPrinter& p = printer();
     p.setDocName(document.Caption());
-    if (p.outputFormat() == QPrinter::PdfFormat && p.outputFileName().isEmpty()) {
+    // A PDF file is named after the document, unless the user chose another name.
+    if (p.outputFormat() == QPrinter::PdfFormat &&
+        (p.outputFileName().isEmpty() || p.outputFileName() == defaultPdf_)) {
         // The user's documents folder where it exists, else the home folder.
         QString folder = QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation);
         if (folder.isEmpty() || !QDir(folder).exists()) folder = QDir::homePath();
         const QString name = QFileInfo(document.Caption()).completeBaseName();
-        p.setOutputFileName(
-            QDir(folder).filePath((name.isEmpty() ? QStringLiteral("Ostrivex") : name) + ".pdf"));
+        defaultPdf_ =
+            QDir(folder).filePath((name.isEmpty() ? QStringLiteral("Ostrivex") : name) + ".pdf");
+        p.setOutputFileName(defaultPdf_);
     }
     if (!PrintDialogs::AskPrint(p, layout, parent)) return false;
     const QPointF dpi = layout.actualSize ? documentDpi(document)

@@ -82,6 +82,7 @@ class PrintSession : public QObject {
     QPointF documentDpi(const fImage& document);
 
     std::unique_ptr<QPrinter> printer_;
+    QString defaultPdf_; // the PDF file name the program last offered
     QString dpiFile_;
     qint64 dpiStamp_ = -1;
     QPointF dpi_{kDefaultImageDpi, kDefaultImageDpi};

@@ -3,7 +3,7 @@
 // words go through the main window's dispatch, as from the menu.
 #include "app/app_test_util.h"
 #include "app/toolbox.h"
-#include "document/undostore.h"
+#include "model/undostore.h"
 #include "messages.h"
 #include "pixel/pixel_test_util.h"
 #include "session_bus.h"
@@ -113,7 +113,7 @@ TEST_F(PortalCaptureTest, TheDesktopFromThePortalBecomesANewDocument) {
     ASSERT_NE(doc, nullptr);
     EXPECT_TRUE(test::sameBits(bitsOf(picture_), doc->bits()));
     EXPECT_EQ(doc->Caption(), "Image1");
-    EXPECT_EQ(doc->FileName, "New.bmp");
+    EXPECT_EQ(doc->Model().File.FileName, "New.bmp");
     EXPECT_EQ(main_->Documents(), std::vector<fImage*>{doc});
     // Undo slot 0 holds the picture as "Original".
     EXPECT_EQ(doc->HistoryPosition(), 1);

@@ -109,7 +109,7 @@ TEST_F(WallpaperTest, WithoutAPortalTheSettingsAreReadThenWrittenForEachMode) {
         clearLog();
         Bits changed = doc->bits();
         changed.pixel(0, 0)[1] ^= 0xFF;
-        doc->SetBits(changed);
+        doc->Model().Commit(EditTarget::Enhanced(), Bits(changed), "Brush");
         main_->MenuStatic(word);
         const QStringList runs = log();
         ASSERT_EQ(runs.size(), 5) << runs.join(" ").toStdString();

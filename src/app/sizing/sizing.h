@@ -2,10 +2,10 @@
 // "Canvas size", "Orientation" and "Rotate", the zoom and quality-sizing words, "Original
 // Size", "Restore Original", and the quarter and eighth turns.
 //
-// Every one of them ends the same way (TakeSizedBits): the result lies in cFilter, the
-// document gets a blank buffer of the new size and the filter's pixels, the selection is
-// reset to the whole new image (cFilter works on RegionMain), the "Size" status panel shows
-// W "x" H, and the state goes to the undo history under the command's caption.
+// Every one of them ends the same way (TakeSizedBits): the result lies in cFilter and is
+// committed to the document under the command's caption, which resizes it, resets the
+// selection to the whole new image (cFilter works on RegionMain), shows "W x H" in the
+// "Pixel" status panel and files the state in the undo history.
 #pragma once
 
 #include "pixel/bits.h"

@@ -1,5 +1,6 @@
 #include "utilities/capture/capture.h"
 
+#include "document/clipboard.h"
 #include "document/dialogs.h"
 #include "document/fimage.h"
 #include "document/host.h"
@@ -73,12 +74,10 @@ fImage* NewCaptureDocument(const QImage& picture) {
     if (!host || picture.isNull() || picture.width() < 1 || picture.height() < 1) return nullptr;
     auto* doc = new fImage;
     doc->BeginDocument(QString());
-    doc->PPicture(picture);
     // No file yet: named like a new blank image, so Save asks for a name.
-    doc->FileName = QStringLiteral("New.bmp");
-    doc->FileExtension = QStringLiteral("bmp");
-    doc->SaveUndoBits(QStringLiteral("Original"));
-    doc->UpdateImage();
+    doc->Model().File.FileName = QStringLiteral("New.bmp");
+    doc->Model().File.FileExtension = QStringLiteral("bmp");
+    doc->Model().Start(BitsFromImage(picture), QStringLiteral("Original"));
     host->AddDocumentWindow(doc);
     return doc;
 }

@@ -182,9 +182,10 @@ QPrinter& PrintSession::printer() {
 void PrintSession::PrinterSetup(QWidget* parent) { PrintDialogs::AskPageSetup(printer(), parent); }
 
 QPointF PrintSession::documentDpi(const fImage& document) {
-    const QFileInfo file(document.FileName);
+    const QString& name = document.Model().File.FileName;
+    const QFileInfo file(name);
     // A document made in the program ("New.bmp") has no file to ask.
-    if (!document.FileName.contains('/') || !file.isFile())
+    if (!name.contains('/') || !file.isFile())
         return QPointF(kDefaultImageDpi, kDefaultImageDpi);
     const qint64 stamp = file.lastModified().toMSecsSinceEpoch();
     if (file.absoluteFilePath() != dpiFile_ || stamp != dpiStamp_) {

@@ -1,7 +1,7 @@
 // A thumbnail run of each filter dialog row: the row's call on a 160 x 110 picture with
 // the values the dialog opens with (sliders at their defaults less their offsets, options
-// at their defaults, the centre in the middle, Lens and Light at their scaled extension).
-#include "app/filters/filter_table.h"
+// at their defaults, the centre in the middle).
+#include "operations/filter_table.h"
 #include "../bench_pattern.h"
 
 #include <benchmark/benchmark.h>
@@ -25,7 +25,6 @@ FilterValues startValues(const FilterRow& row) {
     }
     v.option = row.optionLabel && row.optionDefault;
     v.colours = {0xFFFFFF, 0};
-    v.extension = float(v.s[0]) / float(std::max(kW, kH));
     if (row.frame == FilterFrame::Curtain) {
         v.style = kCurtainStyle;
         v.styleValue = 1;

@@ -10,7 +10,7 @@
 #include "app/globals.h"
 #include "app/filters/ffilter.h"
 #include "app/filters/fhistogram.h"
-#include "app/filters/filter_table.h"
+#include "operations/filter_table.h"
 #include "app/filters/fpaletteapply.h"
 #include "app/filters/fuserfilter.h"
 #include "app/settings/settings.h"

@@ -178,7 +178,7 @@ TEST_F(BatchTest, BadInputEndsWithOneLineAndWritesNothing) {
         {{in, out, "BRIGHTNESS:1.5"}, "step BRIGHTNESS, argument level: 1.5 is not a whole number from -100 to 250"},
         {{in, out, "BRIGHTNESS"}, "step BRIGHTNESS takes 1 argument(s), got 0"},
         {{in, out, "ROTATE:90"}, "step ROTATE takes 2 argument(s), got 1"},
-        {{in, out, "COLORIZE:0.5,x,1"}, "step COLORIZE, argument saturation: 'x' is not a number"},
+        {{in, out, "COLORIZE:50,x,100"}, "step COLORIZE, argument saturation: 'x' is not a number"},
         {{in, out, "GLASS:wavy,1"}, "step GLASS, argument style: 'wavy' is not one of slanting | horizontal | vertical | squary | curtain"},
         {{in, out, "--select", "circle:1,2,3,4"}, "unknown selection 'circle:1,2,3,4' (rect:L,T,R,B, ellipse:L,T,R,B or osf:FILE)"},
         {{in, out, "--select", "rect:1,2,3"}, "selection box needs four numbers L,T,R,B"},

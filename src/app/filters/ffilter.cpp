@@ -459,10 +459,6 @@ void fFilter::ApplyFilter() {
     values_.colours = colours_;
     values_.centreX = centreX_;
     values_.centreY = centreY_;
-    // Lens and Light: the first slider counts in thumbnail pixels, so it is kept as a
-    // fraction of the thumbnail, which the full run uses unchanged.
-    if (number_ == 27 || number_ == 36)
-        values_.extension = float(values_.s[0]) / float(std::max(previewW_, previewH_));
     fImage* doc = host_.document;
 
     if (commit_) {

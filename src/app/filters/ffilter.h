@@ -11,7 +11,7 @@
 // cFilter inside the envelope.
 #pragma once
 
-#include "app/filters/filter_table.h"
+#include "operations/filter_table.h"
 #include "model/bitregion.h"
 #include "pixel/bitfilter.h"
 #include "pixel/bits.h"

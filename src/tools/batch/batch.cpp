@@ -27,6 +27,18 @@ void StepContext::bufferReplaced() {
     filter.BitsRegion(&region);
 }
 
+ArgSpec ArgOf(const OperationParam& param) {
+    return {param.name, param.kind, param.ValueMinimum(), param.ValueMaximum(), param.words};
+}
+
+StepDef OperationStep(const char* name, std::function<void(StepContext&, const std::vector<ArgValue>&)> run) {
+    const Operation* op = FindOperation(name);
+    if (!op) throw std::logic_error(std::string("no operation ") + name + " in the table");
+    StepDef step{name, {}, op->note, std::move(run)};
+    for (const OperationParam& p : op->params) step.args.push_back(ArgOf(p));
+    return step;
+}
+
 void addSteps(std::vector<StepDef>& out, std::vector<StepDef>&& more) {
     for (StepDef& s : more) out.push_back(std::move(s));
 }

@@ -10,6 +10,7 @@
 // colon, comma separated (BRIGHTNESS:40, COLORIZE:0.5,0.25,1, BitsResample:320,200).
 #pragma once
 
+#include "operations/operations.h"
 #include "pixel/bitfilter.h"
 #include "pixel/region.h"
 
@@ -22,15 +23,17 @@
 
 namespace ostrivex::batch {
 
-// One argument of an operation: its name, kind and the range the editor's dialogs allow.
+// One argument of an operation: its name, kind and the range of the value the operation
+// takes, from the operations' table (a centred parameter counts from its middle).
 struct ArgSpec {
-    enum class Kind { Int, Float, Bool, Colour, Word, Path };
+    using Kind = OperationParam::Kind;
     std::string name;
     Kind kind = Kind::Int;
     double min = 0;
     double max = 0;
     std::vector<std::string> words; // the accepted words of a Word argument
 };
+ArgSpec ArgOf(const OperationParam& param);
 
 // A parsed argument value (colours and flags are carried as integers: -1 is true).
 struct ArgValue {
@@ -62,6 +65,10 @@ struct StepDef {
     std::string note; // one line shown by --help
     std::function<void(StepContext&, const std::vector<ArgValue>&)> run;
 };
+
+// The step of an operation of the operations' table: its arguments and note from there, the
+// call from the caller.
+StepDef OperationStep(const char* name, std::function<void(StepContext&, const std::vector<ArgValue>&)> run);
 
 // Every operation step, each family registering its own (see batch_steps_*.cpp).
 const std::vector<StepDef>& operationSteps();

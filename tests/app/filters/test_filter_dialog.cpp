@@ -3,7 +3,7 @@
 // preview, OK and Cancel with their undo steps, the picker, the scaling of Lens and Light,
 // the progress of full runs, and every command word that opens the dialog.
 #include "app/filters/ffilter.h"
-#include "app/filters/filter_table.h"
+#include "operations/filter_table.h"
 #include "app/fmain.h"
 #include "app/globals.h"
 #include "app_test_util.h"
@@ -446,14 +446,18 @@ TEST_F(FilterDialogTest, PickerSetsTheCentreAndColourZero) {
 
 TEST_F(FilterDialogTest, LensAndLightScaleTheFirstSliderToTheThumbnail) {
     openDocument(stripes()); // thumbnail 160 x 11
+    // The first slider of both is a length in thumbnail pixels, which the operation takes
+    // as a fraction of the thumbnail's longer side.
+    const auto extension = [this](const fFilter& d) {
+        return ThumbnailExtension(d.values().s[0], doc_->PictureWidth(), doc_->PictureHeight());
+    };
     {
         fFilter d(27, host());
-        EXPECT_FLOAT_EQ(d.values().extension, 50.0f / 160.0f);
+        EXPECT_FLOAT_EQ(extension(d), 50.0f / 160.0f);
         d.sld[0]->setValue(80);
-        EXPECT_FLOAT_EQ(d.values().extension, 0.5f);
+        EXPECT_FLOAT_EQ(extension(d), 0.5f);
         // The full run uses the same fraction of the whole picture.
         d.cmdPreview_Click();
-        EXPECT_FLOAT_EQ(d.values().extension, 0.5f);
         cBitFilter reference;
         reference.SetBits(stripes());
         EXPECT_TRUE(test::sameBits(reference.LENS(0.5f, 0.5f, 0.5f, 50), doc_->bits()));
@@ -463,7 +467,7 @@ TEST_F(FilterDialogTest, LensAndLightScaleTheFirstSliderToTheThumbnail) {
     {
         fFilter d(36, host());
         d.sld[0]->setValue(40);
-        EXPECT_FLOAT_EQ(d.values().extension, 0.25f);
+        EXPECT_FLOAT_EQ(extension(d), 0.25f);
         EXPECT_EQ(d.values().s[1], 250);
     }
     // A tall picture scales by its height: 40 x 220 gives a thumbnail of 20 x 110.
@@ -473,7 +477,7 @@ TEST_F(FilterDialogTest, LensAndLightScaleTheFirstSliderToTheThumbnail) {
     EXPECT_EQ(d.previewWidth(), 20);
     EXPECT_EQ(d.previewHeight(), 110);
     d.sld[0]->setValue(11);
-    EXPECT_FLOAT_EQ(d.values().extension, 0.1f);
+    EXPECT_FLOAT_EQ(extension(d), 0.1f);
 }
 
 TEST_F(FilterDialogTest, TheSelectionOutlineStopsWhileTheDialogIsOpen) {

@@ -1,7 +1,7 @@
 // The rows of the filter dialog as data: titles, sliders, options, pickers, wells and frames
 // of all 41 filters; the words that open the dialog; the thumbnail size; the hue of
 // Colorize; the combo of the glass styles.
-#include "app/filters/filter_table.h"
+#include "operations/filter_table.h"
 #include "pixel/fixedcommands.h"
 
 #include <gtest/gtest.h>

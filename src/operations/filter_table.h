@@ -1,14 +1,16 @@
 // The rows of the filter dialog fFilter, as data: for each of the 41 filters its title,
-// its slider rows, its check box, whether the source thumbnail picks a point and colour,
-// which colour wells show, which special frame it has, and the call that runs it on the
-// values the dialog collected. Plain C++ (no Qt), so the table is tested on its own.
+// the operation it runs, its slider rows, its check box, whether the source thumbnail
+// picks a point and colour, which colour wells show, which special frame it has, and the
+// call that runs it on the values the dialog collected. The sliders and the check box are
+// the operation's parameters (operations.h): their captions, ranges and defaults are read
+// from there. Plain C++ (no Qt), so the table is tested on its own.
 //
-// Also here: the command words that open the dialog, and the thumbnail size rule.
+// Also here: the command words that open the dialog.
 #pragma once
 
+#include "operations/operations.h"
 #include "pixel/bitfilter.h"
 #include "pixel/bits.h"
-#include "pixel/thumbfit.h"
 
 #include <array>
 #include <cstdint>
@@ -18,7 +20,8 @@
 
 namespace ostrivex {
 
-// One slider row: what AddSlider takes. Every row of the table has scale 1.
+// One slider row: what AddSlider takes, from the operation's parameter. Every row of the
+// table has scale 1.
 struct FilterSliderRow {
     const char* label;
     int32_t minimum;
@@ -27,6 +30,7 @@ struct FilterSliderRow {
     bool centred = false;    // the value is read relative to the middle of the range
     const char* suffix = ""; // put behind the value label
     double scale = 1.0;
+    const OperationParam* param = nullptr; // where the row comes from
 };
 
 // The special frames that replace the sliders.
@@ -47,8 +51,6 @@ struct FilterValues {
     bool option = false;                  // the check box
     std::array<int32_t, 2> colours{};     // the two wells, 0x00BBGGRR
     float centreX = 0.5f, centreY = 0.5f; // the picked point, fractions of the thumbnail
-    // Numbers 27 and 36: the first slider as a fraction of the larger thumbnail side.
-    float extension = 0.0f;
     // Number 26: source channel (0 blue, 1 green, 2 red) of the red, green, blue outputs,
     // and the invert and kill boxes of the same rows.
     std::array<int32_t, 3> sources{2, 1, 0};
@@ -64,6 +66,7 @@ using FilterCall = Bits (*)(cBitFilter& filter, const FilterValues& v);
 struct FilterRow {
     int32_t number;
     const char* title;
+    const char* operation; // the operation of operations.h the call runs
     std::vector<FilterSliderRow> sliders; // 0 to 3 rows
     const char* optionLabel = nullptr;    // the check box, or none
     bool optionDefault = false;
@@ -89,10 +92,6 @@ inline constexpr const char* kCurtainStyle = "curtain";
 // an entry is the value GLASS takes.
 std::vector<const char*> GlassComboItems(std::string_view style);
 
-// COLORIZE's hue from the Hue slider (0 to 100): x = round(slider * 2.4), less 240 from
-// 201 on, then x / 40.
-float ColorizeHue(int32_t slider);
-
 // The command words that open the dialog and their filter numbers.
 struct FilterDialogWord {
     const char* word;
@@ -101,11 +100,5 @@ struct FilterDialogWord {
 const std::vector<FilterDialogWord>& FilterDialogWords();
 // The number a word opens the dialog with, or -1 for a word that doesn't.
 int32_t FilterDialogNumber(std::string_view word);
-
-// The thumbnail of a picture of width x height: the largest size with the picture's aspect
-// ratio that fits maxWidth x maxHeight; a picture that fits already keeps its size.
-using ThumbSize = FitSize;
-ThumbSize FitThumbnail(int32_t width, int32_t height, int32_t maxWidth = 160,
-                       int32_t maxHeight = 110);
 
 } // namespace ostrivex

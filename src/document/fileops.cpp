@@ -53,7 +53,8 @@ QString FolderOf(const QString& path) {
     return slash < 0 ? QString() : path.left(slash + 1);
 }
 
-fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
+fImage* loadBitmap(const QString& path, const QString& extension, bool reload,
+                   std::optional<ImageFileResult> loaded) {
     DocumentHost* host = GetDocumentHost();
     if (!reload && host) {
         // Compared as absolute, cleaned paths: "./a.png" and "/home/u/a.png" are one file.
@@ -75,10 +76,12 @@ fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
         SetFieldText(Settings.OpenFolder, FolderOf(path).toStdString());
         return doc;
     }
-    if (IsPictureExtension(ext.toStdString()) &&
-        !LoadPictureFile(path.toStdString(), ext.toStdString()).ok)
-        return loadFailed();
-    if (LoadedBitmap.empty() || LoadedBitmap.width() < 1 || LoadedBitmap.height() < 1)
+    if (!loaded) {
+        const std::string file = path.toStdString(), type = ext.toStdString();
+        loaded = IsPictureExtension(type) ? LoadPictureFile(file, type) : LoadImageFile(file, type);
+    }
+    Bits& pixels = loaded->pixels;
+    if (!loaded->ok || pixels.empty() || pixels.width() < 1 || pixels.height() < 1)
         return loadFailed();
 
     // Any failure while the document is made (a buffer too large to allocate) ends in the
@@ -90,7 +93,7 @@ fImage* loadBitmap(const QString& path, const QString& extension, bool reload) {
         doc->Model().File.FileName = path;
         doc->Model().File.FileExtension = ext;
         // The state shown at open is the first undo level.
-        doc->Model().Start(Bits(LoadedBitmap), QStringLiteral("Original"));
+        doc->Model().Start(std::move(pixels), QStringLiteral("Original"));
     } catch (const std::exception&) {
         delete doc;
         return loadFailed();
@@ -113,14 +116,14 @@ fImage* OpenCommand(QWidget* parent) {
     if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) return nullptr;
     QCoreApplication::processEvents();
     return OpenChosenFile(dialog.selectedFiles().first(), dialog.previewPath(),
-                          dialog.previewLoaded());
+                          std::move(dialog.loaded));
 }
 
-fImage* OpenChosenFile(QString path, const QString& previewPath, bool previewLoaded) {
+fImage* OpenChosenFile(QString path, const QString& previewPath, ImageFileResult preview) {
     if (!path.isEmpty() && !FileExists(path.toStdString())) path.chop(1);
     const QString ext = lowerExtension(path);
-    if (previewLoaded && previewPath == path && ext != "olf" && !IsPictureExtension(ext.toStdString()))
-        return loadBitmap(path, ext, false);
+    if (preview.ok && previewPath == path && ext != "olf" && !IsPictureExtension(ext.toStdString()))
+        return loadBitmap(path, ext, false, std::move(preview));
     return OpenImageFile(path);
 }
 
@@ -155,10 +158,7 @@ fImage* NewDocument(int32_t w, int32_t h, bool transparent, uint32_t colour) {
 
 fImage* OpenImageFile(QString path) {
     if (!path.isEmpty() && !FileExists(path.toStdString())) path.chop(1);
-    const QString ext = lowerExtension(path);
-    if (ext != "olf" && !IsPictureExtension(ext.toStdString()))
-        LoadImageFile(path.toStdString(), ext.toStdString()); // a failure empties LoadedBitmap
-    return loadBitmap(path, ext, false);
+    return loadBitmap(path, lowerExtension(path), false);
 }
 
 bool SaveEnhanced(fImage* document) {

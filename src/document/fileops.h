@@ -1,8 +1,8 @@
 // From a file to a shown document, and from a document back to a file.
 //
-// `loadBitmap` makes a document from the pixels of the last load (`LoadedBitmap`), or
-// through the platform picture loader for gif, wmf, emf, dib and bmp, or hands an "olf"
-// file to the layered file reader. The three save families write the Enhanced image, the
+// `loadBitmap` makes a document from the pixels a load handed back (LoadImageFile, or the
+// platform picture loader for gif, wmf, emf, dib and bmp), or hands an "olf" file to the
+// layered file reader. The three save families write the Enhanced image, the
 // layered file, or the Optimize Box's result, each asking for a name when it has none.
 //
 // The layered file and the Optimize Box are other parts of the program: they plug in
@@ -10,10 +10,13 @@
 // load or save error message.
 #pragma once
 
+#include "imagefile/imagefile.h"
+
 #include <QString>
 
 #include <cstdint>
 #include <functional>
+#include <optional>
 
 class QWidget;
 
@@ -37,23 +40,26 @@ inline constexpr const char* kAlreadyOpenedTitle = "Opened";
 
 // `loadBitmap`. With reload false, a file that an open document already holds is refused
 // with "File Already Opened!" (title "Opened"). Returns the new document, or nullptr.
-// A reload skips that refusal and makes a further document of the file.
-fImage* loadBitmap(const QString& path, const QString& extension, bool reload);
+// A reload skips that refusal and makes a further document of the file. `loaded` is a load
+// of the file made already (the open dialog's preview); without one the file is loaded
+// here (LoadImageFile, or LoadPictureFile for the platform's picture extensions).
+fImage* loadBitmap(const QString& path, const QString& extension, bool reload,
+                   std::optional<ImageFileResult> loaded = std::nullopt);
 
 // The end of File > Open once the dialog closed on path: a name the file system does not
 // know loses its last character (a trailing terminator from the dialog), the extension is
-// lower-cased, the file is loaded (LoadImageFile unless it is "olf" or a platform picture)
-// and `loadBitmap` makes the document. The Recent entries and the Browser Box use it too.
+// lower-cased, and `loadBitmap` loads the file and makes the document. The Recent entries
+// and the Browser Box use it too.
 fImage* OpenImageFile(QString path);
 
 // The OPEN command: the open dialog with its preview at `OpenFolder`; on Open, the chosen
 // file goes to OpenChosenFile. Cancel does nothing.
 fImage* OpenCommand(QWidget* parent);
 // The end of OPEN for the chosen path. The dialog's preview has normally loaded that very
-// file already (previewPath, previewLoaded); only then are the pixels of the load state
-// used as they are, otherwise the file is loaded again, so a document is never made from
-// the pixels of another file.
-fImage* OpenChosenFile(QString path, const QString& previewPath, bool previewLoaded);
+// file already (previewPath, its load `preview`); only then are the preview's pixels used
+// as they are, otherwise the file is loaded again, so a document is never made from the
+// pixels of another file.
+fImage* OpenChosenFile(QString path, const QString& previewPath, ImageFileResult preview);
 
 // A blank document of w x h from the new-image dialog: named "New.bmp" (no folder, so
 // SAVE asks for a name), captioned from the document counter, filled with `colour`

@@ -27,10 +27,10 @@ bool DibToBits(FIBITMAP* dib, Bits& out);
 // A 32-bit FreeImage bitmap of channels 0..2 of `bits` (alpha byte 0), or null.
 FIBITMAP* BitsToDib(const Bits& bits);
 
-// The load state: empty it, or fill it from decoded pixels (false if the size is out of
-// range, in which case the state is left as it was).
-void ClearLoadState();
-bool StoreLoadState(Bits&& pixels, int bpp, int dpiX, int dpiY);
+// The result of a decode: the pixels and their facts, or the load error when the size is
+// out of range.
+struct ImageFileResult;
+ImageFileResult LoadedImage(Bits&& pixels, int bpp, int dpiX, int dpiY);
 // Dots per metre to dots per inch, rounded.
 inline int DotsPerInch(unsigned dotsPerMetre) {
     return int(dotsPerMetre * 0.0254 + 0.5);

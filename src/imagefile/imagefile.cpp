@@ -12,13 +12,6 @@
 
 namespace ostrivex {
 
-Bits LoadedBitmap;
-int16_t LoadedWidth = 0;
-int16_t LoadedHeight = 0;
-int16_t LoadedBpp = 0;
-int32_t LoadedDpiX = 0;
-int32_t LoadedDpiY = 0;
-
 namespace {
 
 // DevIL type numbers (IL/il.h) of the save targets.
@@ -106,7 +99,6 @@ bool plausibleFile(const std::string& path, const std::string& ext) {
 }
 
 ImageFileResult loadFailed() {
-    ClearLoadState();
     return {false, kLoadErrorText};
 }
 
@@ -116,23 +108,11 @@ ImageFileResult saveFailed() {
 
 } // namespace
 
-void ClearLoadState() {
-    LoadedBitmap = Bits();
-    LoadedWidth = LoadedHeight = LoadedBpp = 0;
-    LoadedDpiX = LoadedDpiY = 0;
-}
-
-bool StoreLoadState(Bits&& pixels, int bpp, int dpiX, int dpiY) {
+ImageFileResult LoadedImage(Bits&& pixels, int bpp, int dpiX, int dpiY) {
     if (pixels.empty() || pixels.width() < 1 || pixels.height() < 1 ||
         pixels.width() > kMaxImageSide || pixels.height() > kMaxImageSide)
-        return false;
-    LoadedWidth = int16_t(pixels.width());
-    LoadedHeight = int16_t(pixels.height());
-    LoadedBpp = int16_t(bpp);
-    LoadedDpiX = dpiX;
-    LoadedDpiY = dpiY;
-    LoadedBitmap = std::move(pixels);
-    return true;
+        return loadFailed();
+    return {true, {}, std::move(pixels), int16_t(bpp), dpiX, dpiY};
 }
 
 ImageFileResult LoadImageFile(const std::string& path, const std::string& extension) {
@@ -168,8 +148,8 @@ ImageFileResult LoadImageFile(const std::string& path, const std::string& extens
     Bits pixels;
     const bool converted = DibToBits(dib, pixels);
     FreeImage_Unload(dib);
-    if (!converted || !StoreLoadState(std::move(pixels), bpp, dpiX, dpiY)) return loadFailed();
-    return {true, {}};
+    if (!converted) return loadFailed();
+    return LoadedImage(std::move(pixels), bpp, dpiX, dpiY);
 }
 
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,

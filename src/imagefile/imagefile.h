@@ -27,40 +27,34 @@ inline constexpr const char* kLoadErrorText = "Unexpected error loading image";
 inline constexpr const char* kSaveErrorText = "Unexpected error saving image";
 
 // Outcome of a load or a save. On failure `message` is the text to show (the load or
-// the save error above); on success it is empty.
+// the save error above); on success it is empty. A successful load hands back what it
+// loaded; a failed one has no pixels, so no document is ever made from another file's.
 struct ImageFileResult {
     bool ok = false;
     std::string message;
+    // The pixels of a load: blue, green, red in channels 0..2, channel 3 zero.
+    Bits pixels;
+    // Bits per pixel of the decoded file as the library reported them (before the
+    // conversion to 24 bits): 1, 4, 8, 16, 24, 32...
+    int16_t bpp = 0;
+    // The resolution in dots per inch as the file states it (FreeImage reports 72 for files
+    // that state none; metafiles are drawn at 96).
+    int32_t dpiX = 0;
+    int32_t dpiY = 0;
     explicit operator bool() const { return ok; }
 };
 
-// --- Load state ------------------------------------------------------------------------
-// The last successful load. `LoadedBitmap` holds the pixels as a Bits (blue, green, red in
-// channels 0..2, channel 3 zero), so the document is made from it without another decode.
-// A failed load empties `LoadedBitmap` and zeroes the three numbers, so a caller can never
-// build a document from the pixels of an earlier file by mistake.
-extern Bits LoadedBitmap;
-extern int16_t LoadedWidth;
-extern int16_t LoadedHeight;
-// Bits per pixel of the decoded file as the library reported them (before the
-// conversion to 24 bits): 1, 4, 8, 16, 24, 32...
-extern int16_t LoadedBpp;
-// Resolution of the last loaded picture in dots per inch, as the file states it (FreeImage
-// reports 72 for files that state none; metafiles are drawn at 96).
-extern int32_t LoadedDpiX;
-extern int32_t LoadedDpiY;
-
 // --- Loading ---------------------------------------------------------------------------
 // Loads `path` by its extension (compared in lower case; the table's first match wins)
-// through FreeImage or DevIL, and fills the load state. Extensions outside the table
+// through FreeImage or DevIL, and hands back the pixels. Extensions outside the table
 // (jpe, jif, rle, sun, ico, gif, wmf, emf, dib, olf, anything else) yield no bitmap: the
 // result is the load error.
 ImageFileResult LoadImageFile(const std::string& path, const std::string& extension);
 
 // The platform picture loader for gif, wmf, emf, dib and bmp: Qt for the raster files,
 // libwmf for WMF, libemf2svg + Qt SVG for EMF, metafiles rendered at their own size on
-// white. Fills the load state like `LoadImageFile` (LoadedBpp is the file's own depth for
-// raster files, 24 for metafiles). Any other extension is the load error. EMF needs a
+// white. Hands back the pixels like `LoadImageFile` (bpp is the file's own depth for raster
+// files, 24 for metafiles). Any other extension is the load error. EMF needs a
 // QGuiApplication (an offscreen one will do); without one it is the load error.
 ImageFileResult LoadPictureFile(const std::string& path, const std::string& extension);
 

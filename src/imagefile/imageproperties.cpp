@@ -84,21 +84,6 @@ const TypeName kTypes[] = {
     {"jng", "JPEG Network Graphics"},
 };
 
-// The load state, kept aside while the dialog decodes the file for its facts.
-struct SavedLoadState {
-    Bits bitmap = LoadedBitmap;
-    int16_t w = LoadedWidth, h = LoadedHeight, bpp = LoadedBpp;
-    int32_t dx = LoadedDpiX, dy = LoadedDpiY;
-    ~SavedLoadState() {
-        LoadedBitmap = std::move(bitmap);
-        LoadedWidth = w;
-        LoadedHeight = h;
-        LoadedBpp = bpp;
-        LoadedDpiX = dx;
-        LoadedDpiY = dy;
-    }
-};
-
 } // namespace
 
 std::string DepthText(int bpp) {
@@ -199,14 +184,13 @@ ImagePropertiesText ImageProperties(const std::string& path, const std::string& 
     if (info.fileName().startsWith('.')) attributes |= 2;
     t.attribute = AttributeText(attributes);
 
-    SavedLoadState saved;
     const ImageFileResult r = LoadDocumentImage(path, ext);
     if (r.ok) {
-        t.width = std::to_string(LoadedWidth);
-        t.height = std::to_string(LoadedHeight);
-        t.resolution = std::to_string(LoadedDpiX) + " x " + std::to_string(LoadedDpiY);
-        t.depth = DepthText(LoadedBpp);
-        t.bits = std::to_string(LoadedBpp);
+        t.width = std::to_string(r.pixels.width());
+        t.height = std::to_string(r.pixels.height());
+        t.resolution = std::to_string(r.dpiX) + " x " + std::to_string(r.dpiY);
+        t.depth = DepthText(r.bpp);
+        t.bits = std::to_string(r.bpp);
     } else {
         if (documentWidth > 0) t.width = std::to_string(documentWidth);
         if (documentHeight > 0) t.height = std::to_string(documentHeight);

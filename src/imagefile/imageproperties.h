@@ -22,8 +22,8 @@ struct ImagePropertiesText {
 };
 
 // Fills the texts for the file at `path` (the active document's file). The picture is
-// decoded by the loader of its extension to learn its own size, depth and resolution; the
-// load state is left as it was. With an empty or missing path only the fields that need no
+// decoded by the loader of its extension to learn its own size, depth and resolution.
+// With an empty or missing path only the fields that need no
 // file are filled: `documentName`, and the document's own width and height.
 ImagePropertiesText ImageProperties(const std::string& path, const std::string& documentName,
                                     int documentWidth, int documentHeight);

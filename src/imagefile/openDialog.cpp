@@ -98,6 +98,7 @@ void OpenImageDialog::ShowPreview(const QString& path) {
     caption_->clear();
     previewPath_ = path;
     previewLoaded_ = false;
+    loaded = ImageFileResult();
     const QFileInfo info(path);
     if (!info.isFile()) return;
     const std::string file = path.toStdString();
@@ -107,13 +108,13 @@ void OpenImageDialog::ShowPreview(const QString& path) {
         caption_->setText(QString::fromStdString(SizeText(uint64_t(info.size()))));
         return;
     }
-    const ImageFileResult r = LoadDocumentImage(file, ext);
-    if (!r.ok) return;
+    loaded = LoadDocumentImage(file, ext);
+    if (!loaded.ok) return;
     previewLoaded_ = true;
-    preview_->setPixmap(previewPixmap(LoadedBitmap));
+    preview_->setPixmap(previewPixmap(loaded.pixels));
     caption_->setText(QString("%1 x %2, %3")
-                          .arg(LoadedWidth)
-                          .arg(LoadedHeight)
+                          .arg(loaded.pixels.width())
+                          .arg(loaded.pixels.height())
                           .arg(QString::fromStdString(SizeText(uint64_t(info.size())))));
 }
 

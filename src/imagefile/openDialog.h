@@ -1,8 +1,10 @@
 // The file dialog of File > Open and of Open Image as Layer: a Qt file dialog (not the
 // desktop's, which offers no preview) with a preview pane. A change of the selected file
 // loads it at once (`LoadImageFile`, or `LoadPictureFile` for gif, wmf, emf and dib) and
-// shows it with its size, so the pixels are in the load state when the user presses Open.
+// shows it with its size, so the pixels are at hand when the user presses Open.
 #pragma once
+
+#include "imagefile/imagefile.h"
 
 #include <QFileDialog>
 
@@ -26,9 +28,11 @@ class OpenImageDialog : public QFileDialog {
     OpenImageDialog(Kind kind, const QString& startFolder, QWidget* parent = nullptr);
 
     // The file that the preview last loaded, and whether that load succeeded: the caller
-    // uses the load state only if this is the chosen file, else loads again.
+    // uses the preview's pixels only if this is the chosen file, else loads again.
     const QString& previewPath() const { return previewPath_; }
     bool previewLoaded() const { return previewLoaded_; }
+    // The preview's load, pixels and all.
+    ImageFileResult loaded;
 
     // The preview pane and its caption ("<w> x <h>, <n> KB").
     QLabel* preview() const { return preview_; }

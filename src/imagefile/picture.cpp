@@ -21,7 +21,6 @@ namespace ostrivex {
 namespace {
 
 ImageFileResult loadFailed() {
-    ClearLoadState();
     return {false, kLoadErrorText};
 }
 
@@ -102,9 +101,8 @@ ImageFileResult loadRaster(const std::string& path, const char* format) {
     Bits pixels;
     const int dpiX = img.dotsPerMeterX() > 0 ? DotsPerInch(unsigned(img.dotsPerMeterX())) : 96;
     const int dpiY = img.dotsPerMeterY() > 0 ? DotsPerInch(unsigned(img.dotsPerMeterY())) : 96;
-    if (!imageToBits(img, pixels) || !StoreLoadState(std::move(pixels), bpp, dpiX, dpiY))
-        return loadFailed();
-    return {true, {}};
+    if (!imageToBits(img, pixels)) return loadFailed();
+    return LoadedImage(std::move(pixels), bpp, dpiX, dpiY);
 }
 
 ImageFileResult loadWmf(const std::string& path) {
@@ -117,8 +115,8 @@ ImageFileResult loadWmf(const std::string& path) {
     const bool ok = dib && DibToBits(dib, pixels);
     if (dib) FreeImage_Unload(dib);
     std::remove(temp.c_str());
-    if (!ok || !StoreLoadState(std::move(pixels), 24, 96, 96)) return loadFailed();
-    return {true, {}};
+    if (!ok) return loadFailed();
+    return LoadedImage(std::move(pixels), 24, 96, 96);
 }
 
 // The EMF's frame (its header's rclFrame, in hundredths of a millimetre) at 96 dots per
@@ -166,9 +164,8 @@ ImageFileResult loadEmf(const std::string& path) {
     renderer.render(&p);
     p.end();
     Bits pixels;
-    if (!imageToBits(img, pixels) || !StoreLoadState(std::move(pixels), 24, 96, 96))
-        return loadFailed();
-    return {true, {}};
+    if (!imageToBits(img, pixels)) return loadFailed();
+    return LoadedImage(std::move(pixels), 24, 96, 96);
 }
 
 } // namespace

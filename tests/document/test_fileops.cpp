@@ -103,8 +103,7 @@ TEST(DocumentFiles, OpenRefuseASecondOpenAndSaveUnderAnotherExtension) {
     EXPECT_EQ(doc->Model().File.FileName, dir + "/copy.bmp");
     EXPECT_EQ(doc->Model().File.FileExtension, "bmp");
     EXPECT_EQ(FieldText(Settings.SaveFolder), (dir + "/").toStdString());
-    ASSERT_TRUE(LoadImageFile((dir + "/copy.bmp").toStdString(), "bmp").ok);
-    EXPECT_EQ(LoadedBitmap, sample());
+    EXPECT_EQ(LoadImageFile((dir + "/copy.bmp").toStdString(), "bmp").pixels, sample());
 
     // A bmp document with a name: SAVE writes at once, with no dialog.
     Bits changed = sample();
@@ -112,8 +111,7 @@ TEST(DocumentFiles, OpenRefuseASecondOpenAndSaveUnderAnotherExtension) {
     doc->Model().Commit(EditTarget::Enhanced(), Bits(changed), "Brush");
     ASSERT_TRUE(SaveEnhanced(doc));
     EXPECT_EQ(dialogs.asked.size(), 1);
-    ASSERT_TRUE(LoadImageFile((dir + "/copy.bmp").toStdString(), "bmp").ok);
-    EXPECT_EQ(LoadedBitmap, changed);
+    EXPECT_EQ(LoadImageFile((dir + "/copy.bmp").toStdString(), "bmp").pixels, changed);
 }
 
 TEST(DocumentFiles, SaveWithoutAUsableNameAsks) {
@@ -216,16 +214,16 @@ TEST(DocumentFiles, ThePreviewsPixelsServeOnlyTheFileItLoaded) {
     ASSERT_TRUE(SaveImageFile(other, (dir + "/b.png").toStdString(), "png").ok);
 
     // The preview last showed b.png, the user chose a.png: a.png is loaded again.
-    ASSERT_TRUE(LoadImageFile((dir + "/b.png").toStdString(), "png").ok);
-    fImage* a = OpenChosenFile(dir + "/a.png", dir + "/b.png", true);
+    ImageFileResult preview = LoadImageFile((dir + "/b.png").toStdString(), "png");
+    ASSERT_TRUE(preview.ok);
+    fImage* a = OpenChosenFile(dir + "/a.png", dir + "/b.png", preview);
     ASSERT_NE(a, nullptr);
     EXPECT_EQ(a->bits(), sample());
 
     // The preview loaded the chosen file: its pixels are taken as they are (the marked
     // byte shows that the file was not decoded a second time).
-    ASSERT_TRUE(LoadImageFile((dir + "/b.png").toStdString(), "png").ok);
-    LoadedBitmap(0, 0, 0) = 77;
-    fImage* b = OpenChosenFile(dir + "/b.png", dir + "/b.png", true);
+    preview.pixels(0, 0, 0) = 77;
+    fImage* b = OpenChosenFile(dir + "/b.png", dir + "/b.png", preview);
     ASSERT_NE(b, nullptr);
     EXPECT_EQ(b->bits()(0, 0, 0), 77);
     EXPECT_EQ(b->bits()(0, 1, 0), 200);

@@ -18,6 +18,14 @@
 
 namespace ostrivex::test {
 
+// The result of the last load a test kept with Keep: the checks that follow a load read
+// its pixels, size and depth from there (a failed load keeps no pixels).
+inline ImageFileResult& Last() {
+    static ImageFileResult last;
+    return last;
+}
+inline const ImageFileResult& Keep(ImageFileResult r) { return Last() = std::move(r); }
+
 inline std::string dataFile(const std::string& name) {
     return std::string(OSTRIVEX_TEST_DATA) + "/formats/" + name;
 }

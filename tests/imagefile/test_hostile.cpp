@@ -18,20 +18,20 @@ const char* const kTableExtensions[] = {
 const char* const kPictureExtensions[] = {"gif", "wmf", "emf", "dib", "bmp"};
 
 ImageFileResult loadAs(const std::string& path, const std::string& ext, bool picture) {
-    return picture ? LoadPictureFile(path, ext) : LoadImageFile(path, ext);
+    return picture ? Keep(LoadPictureFile(path, ext)) : Keep(LoadImageFile(path, ext));
 }
 
 void expectFailure(const std::string& path, const std::string& ext, bool picture,
                    const char* what) {
     SCOPED_TRACE(std::string(what) + " ." + ext + (picture ? " (picture loader)" : ""));
-    // A good load first, so that a failure must also empty the load state.
-    ASSERT_TRUE(LoadImageFile(dataFile("small.cut"), "cut").ok);
+    // A good load first, so that a failure must hand back no pixels of its own.
+    ASSERT_TRUE(Keep(LoadImageFile(dataFile("small.cut"), "cut")).ok);
     ImageFileResult r = loadAs(path, ext, picture);
     EXPECT_FALSE(r.ok);
     EXPECT_EQ(r.message, "Unexpected error loading image");
-    EXPECT_TRUE(LoadedBitmap.empty());
-    EXPECT_EQ(LoadedWidth, 0);
-    EXPECT_EQ(LoadedBpp, 0);
+    EXPECT_TRUE(Last().pixels.empty());
+    EXPECT_EQ(Last().pixels.width(), 0);
+    EXPECT_EQ(Last().bpp, 0);
 }
 
 class HostileFiles : public ::testing::Test {

@@ -8,34 +8,34 @@ namespace ostrivex::test {
 namespace {
 
 Bits roseReference() {
-    EXPECT_TRUE(LoadImageFile(dataFile("rose.ppm"), "ppm").ok);
-    EXPECT_EQ(LoadedWidth, 70);
-    EXPECT_EQ(LoadedHeight, 46);
-    EXPECT_EQ(LoadedBpp, 24);
-    return LoadedBitmap;
+    EXPECT_TRUE(Keep(LoadImageFile(dataFile("rose.ppm"), "ppm")).ok);
+    EXPECT_EQ(Last().pixels.width(), 70);
+    EXPECT_EQ(Last().pixels.height(), 46);
+    EXPECT_EQ(Last().bpp, 24);
+    return Last().pixels;
 }
 
 TEST(LoadImageFile, DevilSamplesDecodeToTheReferencePicture) {
     const Bits rose = roseReference();
     for (const char* name : {"rose.pix", "rose.pxr", "rose-v4.psp", "rose-v5.psp", "rose.sgi"}) {
         SCOPED_TRACE(name);
-        ImageFileResult r = LoadImageFile(dataFile(name), ExtensionOf(name));
+        ImageFileResult r = Keep(LoadImageFile(dataFile(name), ExtensionOf(name)));
         ASSERT_TRUE(r.ok);
         EXPECT_EQ(r.message, "");
-        EXPECT_EQ(LoadedWidth, 70);
-        EXPECT_EQ(LoadedHeight, 46);
-        EXPECT_TRUE(samePixels(rose, LoadedBitmap));
+        EXPECT_EQ(Last().pixels.width(), 70);
+        EXPECT_EQ(Last().pixels.height(), 46);
+        EXPECT_TRUE(samePixels(rose, Last().pixels));
     }
     // DXT compression is lossy (4 x 4 blocks of two interpolated colours): close on
     // average, with no transposed or flipped rows.
-    ASSERT_TRUE(LoadImageFile(dataFile("rose.dds"), "dds").ok);
-    ASSERT_EQ(LoadedBitmap.width(), 70);
-    ASSERT_EQ(LoadedBitmap.height(), 46);
+    ASSERT_TRUE(Keep(LoadImageFile(dataFile("rose.dds"), "dds")).ok);
+    ASSERT_EQ(Last().pixels.width(), 70);
+    ASSERT_EQ(Last().pixels.height(), 46);
     long total = 0;
     for (int y = 0; y < 46; ++y)
         for (int x = 0; x < 70; ++x)
             for (int c = 0; c < 3; ++c)
-                total += std::abs(int(rose(c, x, y)) - int(LoadedBitmap(c, x, y)));
+                total += std::abs(int(rose(c, x, y)) - int(Last().pixels(c, x, y)));
     EXPECT_LT(double(total) / (70 * 46 * 3), 8.0);
 }
 
@@ -52,17 +52,17 @@ TEST(LoadImageFile, SmallSamplesHaveTheirSizesAndDepths) {
                           {"small.wal", 16, 16, 8},    {"small.mdl", 8, 4, 8}};
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
-        ASSERT_TRUE(LoadImageFile(dataFile(c.name), ExtensionOf(c.name)).ok);
-        EXPECT_EQ(LoadedWidth, c.w);
-        EXPECT_EQ(LoadedHeight, c.h);
-        EXPECT_EQ(LoadedBpp, c.bpp);
-        EXPECT_EQ(LoadedBitmap.width(), c.w);
-        EXPECT_EQ(LoadedBitmap.height(), c.h);
+        ASSERT_TRUE(Keep(LoadImageFile(dataFile(c.name), ExtensionOf(c.name))).ok);
+        EXPECT_EQ(Last().pixels.width(), c.w);
+        EXPECT_EQ(Last().pixels.height(), c.h);
+        EXPECT_EQ(Last().bpp, c.bpp);
+        EXPECT_EQ(Last().pixels.width(), c.w);
+        EXPECT_EQ(Last().pixels.height(), c.h);
     }
     // The MNG is the rose stored losslessly.
     const Bits rose = roseReference();
-    ASSERT_TRUE(LoadImageFile(dataFile("small.mng"), "mng").ok);
-    EXPECT_TRUE(samePixels(rose, LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(dataFile("small.mng"), "mng")).ok);
+    EXPECT_TRUE(samePixels(rose, Last().pixels));
 }
 
 TEST(LoadImageFile, ExtensionIsComparedInLowerCase) {
@@ -72,15 +72,15 @@ TEST(LoadImageFile, ExtensionIsComparedInLowerCase) {
     // A plain 200,100,50 square: JPEG keeps a flat colour within a step or two.
     const std::string jpg = dir.file("FLAT.JPG");
     ASSERT_TRUE(imageMagick("-size 16x16 xc:'rgb(200,100,50)' " + jpg));
-    ASSERT_TRUE(LoadImageFile(jpg, "JPG").ok);
-    EXPECT_EQ(LoadedWidth, 16);
-    EXPECT_EQ(LoadedHeight, 16);
-    EXPECT_EQ(LoadedBpp, 24);
+    ASSERT_TRUE(Keep(LoadImageFile(jpg, "JPG")).ok);
+    EXPECT_EQ(Last().pixels.width(), 16);
+    EXPECT_EQ(Last().pixels.height(), 16);
+    EXPECT_EQ(Last().bpp, 24);
     EXPECT_LE(
-        maxDifference(rgbBits(16, 16, std::vector<Rgb>(256, Rgb{200, 100, 50})), LoadedBitmap), 2);
+        maxDifference(rgbBits(16, 16, std::vector<Rgb>(256, Rgb{200, 100, 50})), Last().pixels), 2);
     EXPECT_EQ(ExtensionOf(jpg), "jpg");
-    ASSERT_TRUE(LoadImageFile(ppm, "PPM").ok);
-    EXPECT_TRUE(samePixels(patternPicture(), LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(ppm, "PPM")).ok);
+    EXPECT_TRUE(samePixels(patternPicture(), Last().pixels));
 }
 
 TEST(LoadImageFile, FilesWrittenByImageMagick) {
@@ -108,17 +108,17 @@ TEST(LoadImageFile, FilesWrittenByImageMagick) {
         SCOPED_TRACE(c.file);
         const std::string out = dir.file(c.file);
         ASSERT_TRUE(imageMagick("-depth 8 " + source + " " + c.target + out));
-        ImageFileResult r = LoadImageFile(out, c.ext);
+        ImageFileResult r = Keep(LoadImageFile(out, c.ext));
         ASSERT_TRUE(r.ok) << r.message;
         if (c.bpp > 0) {
-            EXPECT_EQ(LoadedBpp, c.bpp);
+            EXPECT_EQ(Last().bpp, c.bpp);
         }
         if (std::string(c.ext) == "dds") {
-            EXPECT_EQ(LoadedWidth, 4);
-            EXPECT_EQ(LoadedHeight, 3);
+            EXPECT_EQ(Last().pixels.width(), 4);
+            EXPECT_EQ(Last().pixels.height(), 3);
             continue; // DXT: lossy
         }
-        EXPECT_TRUE(samePixels(expected, LoadedBitmap));
+        EXPECT_TRUE(samePixels(expected, Last().pixels));
     }
 }
 
@@ -135,19 +135,19 @@ TEST(LoadImageFile, GreyAndOneBitFilesFromImageMagick) {
     // In PBM a 1 is black.
     const Bits bwPicture = rgbBits(
         3, 2, {{0, 0, 0}, {255, 255, 255}, {0, 0, 0}, {255, 255, 255}, {0, 0, 0}, {255, 255, 255}});
-    ASSERT_TRUE(LoadImageFile(grey, "pgm").ok);
-    EXPECT_EQ(LoadedBpp, 8);
-    EXPECT_TRUE(samePixels(greyPicture, LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(grey, "pgm")).ok);
+    EXPECT_EQ(Last().bpp, 8);
+    EXPECT_TRUE(samePixels(greyPicture, Last().pixels));
     ASSERT_TRUE(imageMagick(grey + " pgm:" + dir.file("g2.pgm")));
-    ASSERT_TRUE(LoadImageFile(dir.file("g2.pgm"), "pgm").ok);
-    EXPECT_TRUE(samePixels(greyPicture, LoadedBitmap));
-    ASSERT_TRUE(LoadImageFile(bw, "pbm").ok);
-    EXPECT_EQ(LoadedBpp, 1);
-    EXPECT_TRUE(samePixels(bwPicture, LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(dir.file("g2.pgm"), "pgm")).ok);
+    EXPECT_TRUE(samePixels(greyPicture, Last().pixels));
+    ASSERT_TRUE(Keep(LoadImageFile(bw, "pbm")).ok);
+    EXPECT_EQ(Last().bpp, 1);
+    EXPECT_TRUE(samePixels(bwPicture, Last().pixels));
     ASSERT_TRUE(imageMagick(bw + " wbmp:" + dir.file("p.wbmp")));
-    ASSERT_TRUE(LoadImageFile(dir.file("p.wbmp"), "wbmp").ok);
-    EXPECT_EQ(LoadedBpp, 1);
-    EXPECT_TRUE(samePixels(bwPicture, LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(dir.file("p.wbmp"), "wbmp")).ok);
+    EXPECT_EQ(Last().bpp, 1);
+    EXPECT_TRUE(samePixels(bwPicture, Last().pixels));
 }
 
 TEST(LoadImageFile, DevilCrashesAreFailedLoads) {
@@ -158,50 +158,50 @@ TEST(LoadImageFile, DevilCrashesAreFailedLoads) {
     ASSERT_TRUE(imageMagick(dir.file("four.ppm") + " xpm:" + dir.file("four.xpm")));
     for (const std::string& path : {dataFile("devil-crash.pic"), dir.file("four.xpm")}) {
         SCOPED_TRACE(path);
-        ASSERT_TRUE(LoadImageFile(dataFile("rose.ppm"), "ppm").ok);
-        ImageFileResult r = LoadImageFile(path, ExtensionOf(path));
+        ASSERT_TRUE(Keep(LoadImageFile(dataFile("rose.ppm"), "ppm")).ok);
+        ImageFileResult r = Keep(LoadImageFile(path, ExtensionOf(path)));
         EXPECT_FALSE(r.ok);
         EXPECT_EQ(r.message, "Unexpected error loading image");
-        EXPECT_TRUE(LoadedBitmap.empty());
+        EXPECT_TRUE(Last().pixels.empty());
     }
     // The 30-colour XPM crashes DevIL in most runs, depending on where its heap lies; when
     // DevIL survives, the picture is right. Either way the editor carries on.
     ASSERT_TRUE(imageMagick(dataFile("devil-crash-30colours.xpm") + " ppm:" + dir.file("c30.ppm")));
-    ASSERT_TRUE(LoadImageFile(dir.file("c30.ppm"), "ppm").ok);
-    const Bits c30 = LoadedBitmap;
+    ASSERT_TRUE(Keep(LoadImageFile(dir.file("c30.ppm"), "ppm")).ok);
+    const Bits c30 = Last().pixels;
     for (int run = 0; run < 4; ++run) {
-        ImageFileResult r = LoadImageFile(dataFile("devil-crash-30colours.xpm"), "xpm");
+        ImageFileResult r = Keep(LoadImageFile(dataFile("devil-crash-30colours.xpm"), "xpm"));
         if (r.ok) {
-            EXPECT_TRUE(samePixels(c30, LoadedBitmap));
+            EXPECT_TRUE(samePixels(c30, Last().pixels));
         } else {
             EXPECT_EQ(r.message, "Unexpected error loading image");
-            EXPECT_TRUE(LoadedBitmap.empty());
+            EXPECT_TRUE(Last().pixels.empty());
         }
     }
     // A CRLF JASC palette makes DevIL loop for ever: the time limit ends it.
     writeText(dir.file("loop.pal"), "JASC-PAL\r\n0100\r\n2\r\n0 0 0\r\n255 255 255\r\n");
     const int limit = DevilTimeLimit();
     SetDevilTimeLimit(1500);
-    ImageFileResult r = LoadImageFile(dir.file("loop.pal"), "pal");
+    ImageFileResult r = Keep(LoadImageFile(dir.file("loop.pal"), "pal"));
     SetDevilTimeLimit(limit);
     EXPECT_FALSE(r.ok);
     EXPECT_EQ(r.message, "Unexpected error loading image");
     // After all that, DevIL loads still work.
-    EXPECT_TRUE(LoadImageFile(dataFile("rose.sgi"), "sgi").ok);
+    EXPECT_TRUE(Keep(LoadImageFile(dataFile("rose.sgi"), "sgi")).ok);
 }
 
 TEST(LoadImageFile, JngUsesTheTypeFoundInTheFile) {
     ScratchDir dir;
     ASSERT_TRUE(imageMagick("-size 8x8 xc:'rgb(40,80,160)' jng:" + dir.file("flat.jng")));
-    ASSERT_TRUE(LoadImageFile(dir.file("flat.jng"), "jng").ok);
-    EXPECT_EQ(LoadedWidth, 8);
-    EXPECT_LE(maxDifference(rgbBits(8, 8, std::vector<Rgb>(64, Rgb{40, 80, 160})), LoadedBitmap),
+    ASSERT_TRUE(Keep(LoadImageFile(dir.file("flat.jng"), "jng")).ok);
+    EXPECT_EQ(Last().pixels.width(), 8);
+    EXPECT_LE(maxDifference(rgbBits(8, 8, std::vector<Rgb>(64, Rgb{40, 80, 160})), Last().pixels),
               2);
     // The type comes from the contents, so a PNG named .jng loads as well.
     writeText(dir.file("pattern.ppm"), patternPpmText());
     ASSERT_TRUE(imageMagick(dir.file("pattern.ppm") + " png24:" + dir.file("png.jng")));
-    ASSERT_TRUE(LoadImageFile(dir.file("png.jng"), "jng").ok);
-    EXPECT_TRUE(samePixels(patternPicture(), LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(dir.file("png.jng"), "jng")).ok);
+    EXPECT_TRUE(samePixels(patternPicture(), Last().pixels));
 }
 
 TEST(LoadImageFile, TwoDevilLoadsInARowShareTheWorkFile) {
@@ -209,12 +209,12 @@ TEST(LoadImageFile, TwoDevilLoadsInARowShareTheWorkFile) {
     ScratchDir dir;
     writeText(dir.file("pattern.ppm"), patternPpmText());
     ASSERT_TRUE(imageMagick(dir.file("pattern.ppm") + " sgi:" + dir.file("pattern.sgi")));
-    ASSERT_TRUE(LoadImageFile(dataFile("rose.sgi"), "sgi").ok);
-    EXPECT_TRUE(samePixels(rose, LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(dataFile("rose.sgi"), "sgi")).ok);
+    EXPECT_TRUE(samePixels(rose, Last().pixels));
     ASSERT_TRUE(std::filesystem::exists(TempLoadName()));
     const auto firstSize = std::filesystem::file_size(TempLoadName());
-    ASSERT_TRUE(LoadImageFile(dir.file("pattern.sgi"), "sgi").ok);
-    EXPECT_TRUE(samePixels(patternPicture(), LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(dir.file("pattern.sgi"), "sgi")).ok);
+    EXPECT_TRUE(samePixels(patternPicture(), Last().pixels));
     // The same work file, now holding the second picture (a smaller BMP).
     ASSERT_TRUE(std::filesystem::exists(TempLoadName()));
     EXPECT_LT(std::filesystem::file_size(TempLoadName()), firstSize);
@@ -225,21 +225,21 @@ TEST(LoadImageFile, OutsideTheTableThereIsNoBitmap) {
     ScratchDir dir;
     writeText(dir.file("pattern.ppm"), patternPpmText());
     ASSERT_TRUE(imageMagick(dir.file("pattern.ppm") + " jpeg:" + dir.file("photo.jpe")));
-    ASSERT_TRUE(LoadImageFile(dataFile("rose.ppm"), "ppm").ok);
+    ASSERT_TRUE(Keep(LoadImageFile(dataFile("rose.ppm"), "ppm")).ok);
     // jpe is offered by the open filter and yet has no row: the error, and no picture left.
     for (const char* ext :
          {"jpe", "jif", "rle", "sun", "ico", "gif", "wmf", "emf", "dib", "olf", ""}) {
         SCOPED_TRACE(ext);
-        ImageFileResult r = LoadImageFile(dir.file("photo.jpe"), ext);
+        ImageFileResult r = Keep(LoadImageFile(dir.file("photo.jpe"), ext));
         EXPECT_FALSE(r.ok);
         EXPECT_EQ(r.message, "Unexpected error loading image");
-        EXPECT_TRUE(LoadedBitmap.empty());
-        EXPECT_EQ(LoadedWidth, 0);
-        EXPECT_EQ(LoadedHeight, 0);
-        EXPECT_EQ(LoadedBpp, 0);
+        EXPECT_TRUE(Last().pixels.empty());
+        EXPECT_EQ(Last().pixels.width(), 0);
+        EXPECT_EQ(Last().pixels.height(), 0);
+        EXPECT_EQ(Last().bpp, 0);
     }
     // The same file under its right name loads.
-    EXPECT_TRUE(LoadImageFile(dir.file("photo.jpe"), "jpeg").ok);
+    EXPECT_TRUE(Keep(LoadImageFile(dir.file("photo.jpe"), "jpeg")).ok);
 }
 
 TEST(LoadPictureFile, RasterFilesThroughThePlatformLoader) {
@@ -259,32 +259,32 @@ TEST(LoadPictureFile, RasterFilesThroughThePlatformLoader) {
         SCOPED_TRACE(name);
         if (std::string(name) == "p.GIF")
             std::filesystem::copy_file(dir.file("p.gif"), dir.file(name));
-        ASSERT_TRUE(LoadPictureFile(dir.file(name), ExtensionOf(name)).ok);
+        ASSERT_TRUE(Keep(LoadPictureFile(dir.file(name), ExtensionOf(name))).ok);
         const bool gif = ExtensionOf(name) == "gif";
-        EXPECT_TRUE(samePixels(gif ? rgbBits(4, 3, gifColours) : patternPicture(), LoadedBitmap));
+        EXPECT_TRUE(samePixels(gif ? rgbBits(4, 3, gifColours) : patternPicture(), Last().pixels));
     }
-    ASSERT_TRUE(LoadPictureFile(dir.file("p.gif"), "gif").ok);
-    EXPECT_EQ(LoadedBpp, 4); // twelve colours need a 4-bit palette
-    ASSERT_TRUE(LoadPictureFile(dir.file("p.bmp"), "bmp").ok);
-    EXPECT_EQ(LoadedBpp, 24);
+    ASSERT_TRUE(Keep(LoadPictureFile(dir.file("p.gif"), "gif")).ok);
+    EXPECT_EQ(Last().bpp, 4); // twelve colours need a 4-bit palette
+    ASSERT_TRUE(Keep(LoadPictureFile(dir.file("p.bmp"), "bmp")).ok);
+    EXPECT_EQ(Last().bpp, 24);
     // A transparent gif pixel comes out white.
     ASSERT_TRUE(imageMagick("-size 1x1 xc:red -size 1x1 xc:none +append gif:" + dir.file("t.gif")));
-    ASSERT_TRUE(LoadPictureFile(dir.file("t.gif"), "gif").ok);
-    EXPECT_EQ(rgbAt(LoadedBitmap, 0, 0), (std::vector<int>{255, 0, 0}));
-    EXPECT_EQ(rgbAt(LoadedBitmap, 1, 0), (std::vector<int>{255, 255, 255}));
+    ASSERT_TRUE(Keep(LoadPictureFile(dir.file("t.gif"), "gif")).ok);
+    EXPECT_EQ(rgbAt(Last().pixels, 0, 0), (std::vector<int>{255, 0, 0}));
+    EXPECT_EQ(rgbAt(Last().pixels, 1, 0), (std::vector<int>{255, 255, 255}));
 
     // The document's load picks the loader by the extension.
-    ASSERT_TRUE(LoadDocumentImage(dir.file("p.GIF"), "GIF").ok);
-    EXPECT_EQ(LoadedBpp, 4);
-    ASSERT_TRUE(LoadDocumentImage(dataFile("rose.sgi"), "sgi").ok);
-    EXPECT_EQ(LoadedWidth, 70);
-    EXPECT_EQ(LoadDocumentImage(dir.file("p.gif"), "olf").message,
+    ASSERT_TRUE(Keep(LoadDocumentImage(dir.file("p.GIF"), "GIF")).ok);
+    EXPECT_EQ(Last().bpp, 4);
+    ASSERT_TRUE(Keep(LoadDocumentImage(dataFile("rose.sgi"), "sgi")).ok);
+    EXPECT_EQ(Last().pixels.width(), 70);
+    EXPECT_EQ(Keep(LoadDocumentImage(dir.file("p.gif"), "olf")).message,
               "Unexpected error loading image");
 
     EXPECT_TRUE(IsPictureExtension("GIF"));
     EXPECT_TRUE(IsPictureExtension("dib"));
     EXPECT_FALSE(IsPictureExtension("png"));
-    EXPECT_FALSE(LoadPictureFile(dir.file("p.bmp"), "png").ok);
+    EXPECT_FALSE(Keep(LoadPictureFile(dir.file("p.bmp"), "png")).ok);
 }
 
 TEST(LoadPictureFile, MetafilesAtTheirOwnSize) {
@@ -292,33 +292,33 @@ TEST(LoadPictureFile, MetafilesAtTheirOwnSize) {
     // ellipse in (120,20)-(190,95), on a 200 x 100 white frame.
     for (const char* name : {"shapes.wmf", "shapes.emf"}) {
         SCOPED_TRACE(name);
-        ImageFileResult r = LoadPictureFile(dataFile(name), ExtensionOf(name));
+        ImageFileResult r = Keep(LoadPictureFile(dataFile(name), ExtensionOf(name)));
         ASSERT_TRUE(r.ok);
-        EXPECT_EQ(LoadedWidth, 200);
-        EXPECT_EQ(LoadedHeight, 100);
-        EXPECT_EQ(LoadedBpp, 24);
-        EXPECT_EQ(rgbAt(LoadedBitmap, 0, 0), (std::vector<int>{255, 255, 255}));
-        EXPECT_EQ(rgbAt(LoadedBitmap, 5, 50), (std::vector<int>{255, 255, 255}));
-        EXPECT_EQ(rgbAt(LoadedBitmap, 199, 99), (std::vector<int>{255, 255, 255}));
-        EXPECT_EQ(rgbAt(LoadedBitmap, 50, 50), (std::vector<int>{255, 0, 0}));
-        EXPECT_EQ(rgbAt(LoadedBitmap, 100, 80), (std::vector<int>{255, 0, 0}));
-        EXPECT_EQ(rgbAt(LoadedBitmap, 115, 50), (std::vector<int>{255, 255, 255}));
+        EXPECT_EQ(Last().pixels.width(), 200);
+        EXPECT_EQ(Last().pixels.height(), 100);
+        EXPECT_EQ(Last().bpp, 24);
+        EXPECT_EQ(rgbAt(Last().pixels, 0, 0), (std::vector<int>{255, 255, 255}));
+        EXPECT_EQ(rgbAt(Last().pixels, 5, 50), (std::vector<int>{255, 255, 255}));
+        EXPECT_EQ(rgbAt(Last().pixels, 199, 99), (std::vector<int>{255, 255, 255}));
+        EXPECT_EQ(rgbAt(Last().pixels, 50, 50), (std::vector<int>{255, 0, 0}));
+        EXPECT_EQ(rgbAt(Last().pixels, 100, 80), (std::vector<int>{255, 0, 0}));
+        EXPECT_EQ(rgbAt(Last().pixels, 115, 50), (std::vector<int>{255, 255, 255}));
         // The rectangle's left edge carries the blue pen (smoothed in the EMF).
-        EXPECT_EQ(LoadedBitmap(0, 9, 50), 255);
-        EXPECT_LT(LoadedBitmap(1, 9, 50), 200);
+        EXPECT_EQ(Last().pixels(0, 9, 50), 255);
+        EXPECT_LT(Last().pixels(1, 9, 50), 200);
     }
     // The EMF renderer fills the ellipse; libwmf's raster device draws only its outline.
-    ASSERT_TRUE(LoadPictureFile(dataFile("shapes.emf"), "emf").ok);
-    EXPECT_EQ(rgbAt(LoadedBitmap, 155, 57), (std::vector<int>{0, 160, 0}));
+    ASSERT_TRUE(Keep(LoadPictureFile(dataFile("shapes.emf"), "emf")).ok);
+    EXPECT_EQ(rgbAt(Last().pixels, 155, 57), (std::vector<int>{0, 160, 0}));
 }
 
 TEST(LoadImageFile, AMissingHelperIsAFailedLoad) {
     SetDevilHelperPath("/nonexistent/ostrivex-devil");
-    ImageFileResult r = LoadImageFile(dataFile("rose.ppm"), "ppm");
+    ImageFileResult r = Keep(LoadImageFile(dataFile("rose.ppm"), "ppm"));
     SetDevilHelperPath("");
     EXPECT_FALSE(r.ok);
     EXPECT_EQ(r.message, "Unexpected error loading image");
-    EXPECT_TRUE(LoadImageFile(dataFile("rose.ppm"), "ppm").ok);
+    EXPECT_TRUE(Keep(LoadImageFile(dataFile("rose.ppm"), "ppm")).ok);
 }
 
 TEST(TempFolder, IsPrivateAndHoldsTheFixedNames) {

@@ -21,20 +21,20 @@ TEST(SaveImageFile, LosslessRoundTripsOfEverySavableExtension) {
         ImageFileResult saved = SaveImageFile(picture, path, ext);
         ASSERT_TRUE(saved.ok) << saved.message;
         EXPECT_EQ(saved.message, "");
-        ImageFileResult loaded = LoadImageFile(path, ext);
+        ImageFileResult loaded = Keep(LoadImageFile(path, ext));
         ASSERT_TRUE(loaded.ok);
-        EXPECT_TRUE(samePixels(picture, LoadedBitmap));
-        EXPECT_EQ(LoadedWidth, 4);
-        EXPECT_EQ(LoadedHeight, 3);
+        EXPECT_TRUE(samePixels(picture, Last().pixels));
+        EXPECT_EQ(Last().pixels.width(), 4);
+        EXPECT_EQ(Last().pixels.height(), 3);
     }
     // The DevIL targets go through the BMP work file, which holds the picture after the save.
     ASSERT_TRUE(fs::exists(TempBitmapName()));
-    ASSERT_TRUE(LoadImageFile(TempBitmapName(), "bmp").ok);
-    EXPECT_TRUE(samePixels(picture, LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(TempBitmapName(), "bmp")).ok);
+    EXPECT_TRUE(samePixels(picture, Last().pixels));
     // The extension is lowered first.
     ASSERT_TRUE(SaveImageFile(picture, dir.file("UP.PNG"), "PNG").ok);
-    ASSERT_TRUE(LoadImageFile(dir.file("UP.PNG"), "png").ok);
-    EXPECT_TRUE(samePixels(picture, LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(dir.file("UP.PNG"), "png")).ok);
+    EXPECT_TRUE(samePixels(picture, Last().pixels));
 }
 
 TEST(SaveImageFile, PixelBytesOfBmpAndPpm) {
@@ -81,12 +81,12 @@ TEST(SaveImageFile, PbmAndPgmAreEightBitGrey) {
         EXPECT_EQ(bytes[0], 'P');
         EXPECT_EQ(bytes[1], '5'); // a graymap, whatever the name says
         EXPECT_EQ(std::vector<uint8_t>(bytes.end() - 12, bytes.end()), grey);
-        ASSERT_TRUE(LoadImageFile(path, ext).ok);
-        EXPECT_EQ(LoadedBpp, 8);
+        ASSERT_TRUE(Keep(LoadImageFile(path, ext)).ok);
+        EXPECT_EQ(Last().bpp, 8);
         std::vector<Rgb> greys;
         for (uint8_t g : grey)
             greys.push_back({g, g, g});
-        EXPECT_TRUE(samePixels(rgbBits(4, 3, greys), LoadedBitmap));
+        EXPECT_TRUE(samePixels(rgbBits(4, 3, greys), Last().pixels));
     }
 }
 
@@ -101,15 +101,15 @@ TEST(SaveImageFile, JpegAtBestQuality) {
         ASSERT_GT(bytes.size(), 4u);
         EXPECT_EQ(bytes[0], 0xFF);
         EXPECT_EQ(bytes[1], 0xD8);
-        ASSERT_TRUE(LoadImageFile(path, ext).ok);
-        EXPECT_LE(maxDifference(flat, LoadedBitmap), 2);
+        ASSERT_TRUE(Keep(LoadImageFile(path, ext)).ok);
+        EXPECT_LE(maxDifference(flat, Last().pixels), 2);
     }
     // Best quality keeps a sharp pattern close too (chroma is averaged over 2 x 2).
     const Bits sharp = patternPicture();
     ASSERT_TRUE(SaveImageFile(sharp, dir.file("sharp.jpg"), "jpg").ok);
-    ASSERT_TRUE(LoadImageFile(dir.file("sharp.jpg"), "jpg").ok);
-    EXPECT_EQ(LoadedWidth, 4);
-    EXPECT_EQ(LoadedHeight, 3);
+    ASSERT_TRUE(Keep(LoadImageFile(dir.file("sharp.jpg"), "jpg")).ok);
+    EXPECT_EQ(Last().pixels.width(), 4);
+    EXPECT_EQ(Last().pixels.height(), 3);
 }
 
 TEST(SaveImageFile, GifWritesNothingAndUnknownNamesFail) {
@@ -144,8 +144,8 @@ TEST(SaveImageFile, SavingReplacesAnExistingFile) {
         const std::string path = dir.file(std::string("again.") + ext);
         ASSERT_TRUE(SaveImageFile(patternPicture(), path, ext).ok);
         ASSERT_TRUE(SaveImageFile(flat, path, ext).ok);
-        ASSERT_TRUE(LoadImageFile(path, ext).ok);
-        EXPECT_TRUE(samePixels(flat, LoadedBitmap));
+        ASSERT_TRUE(Keep(LoadImageFile(path, ext)).ok);
+        EXPECT_TRUE(samePixels(flat, Last().pixels));
     }
 }
 
@@ -153,8 +153,8 @@ TEST(DevilConvert, ConvertsBetweenDevilFormats) {
     ScratchDir dir;
     ASSERT_TRUE(SaveImageFile(patternPicture(), dir.file("p.bmp"), "bmp").ok);
     EXPECT_TRUE(DevilConvert(dir.file("p.bmp"), dir.file("p.sgi"), 0x042C));
-    ASSERT_TRUE(LoadImageFile(dir.file("p.sgi"), "sgi").ok);
-    EXPECT_TRUE(samePixels(patternPicture(), LoadedBitmap));
+    ASSERT_TRUE(Keep(LoadImageFile(dir.file("p.sgi"), "sgi")).ok);
+    EXPECT_TRUE(samePixels(patternPicture(), Last().pixels));
     EXPECT_FALSE(DevilConvert(dir.file("missing.bmp"), dir.file("q.sgi"), 0x042C));
     EXPECT_FALSE(fs::exists(dir.file("q.sgi")));
     // A failed conversion leaves a file of the target's name as it was.

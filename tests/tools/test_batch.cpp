@@ -50,8 +50,9 @@ protected:
         return p;
     }
     Bits readBack(const std::string& p, const std::string& ext) {
-        EXPECT_TRUE(LoadImageFile(p, ext).ok) << p;
-        return LoadedBitmap;
+        ImageFileResult r = LoadImageFile(p, ext);
+        EXPECT_TRUE(r.ok) << p;
+        return std::move(r.pixels);
     }
     int run(std::vector<std::string> args) {
         out_.str("");

@@ -1,6 +1,6 @@
 // Small pictures of the program's own folders (stamps, textures) as pixels. They are read
 // with the platform picture reader, which decides the format from the file's content, and
-// they never touch the load state of the File menu's loaders (`LoadedBitmap`).
+// they never go through the File menu's loaders.
 #pragma once
 
 #include "pixel/bits.h"

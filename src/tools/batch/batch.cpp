@@ -327,11 +327,11 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
     const std::string& input = positional[0];
     const std::string& output = positional[1];
     const std::string inExt = extensionOf(input);
-    const ImageFileResult loaded = LoadDocumentImage(input, inExt);
+    ImageFileResult loaded = LoadDocumentImage(input, inExt);
     if (!loaded.ok) return fail(err, input + ": " + loaded.message);
 
     cBitFilter filter;
-    filter.SetBits(LoadedBitmap);
+    filter.SetBits(std::move(loaded.pixels));
     const Rect image{0, 0, filter.BitsWidth(), filter.BitsHeight()};
     Region region = Region::rect(image);
     if (selection) {

@@ -14,9 +14,9 @@ namespace {
 Bits loadArgumentImage(const std::string& path) {
     const size_t dot = path.rfind('.');
     const std::string ext = dot == std::string::npos ? "" : path.substr(dot + 1);
-    const ImageFileResult r = LoadDocumentImage(path, ext);
+    ImageFileResult r = LoadDocumentImage(path, ext);
     if (!r.ok) throw StepError("cannot load image '" + path + "': " + r.message);
-    return LoadedBitmap;
+    return std::move(r.pixels);
 }
 
 using V = const std::vector<ArgValue>&;

@@ -15,9 +15,9 @@ using V = const std::vector<ArgValue>&;
 Bits loadImageArgument(const std::string& path) {
     const size_t dot = path.rfind('.');
     const std::string ext = dot == std::string::npos ? "" : path.substr(dot + 1);
-    const ImageFileResult r = LoadDocumentImage(path, ext);
+    ImageFileResult r = LoadDocumentImage(path, ext);
     if (!r.ok) throw StepError("cannot load image '" + path + "': " + r.message);
-    return LoadedBitmap;
+    return std::move(r.pixels);
 }
 
 // One stroke: a copy of the picture, a fresh done-table, the primitive, the result back.

@@ -31,30 +31,6 @@ namespace {
 constexpr const char* kPrintTitle = "Ostrivex";
 constexpr const char* kPrintFailedText = "The picture could not be printed.";
 
-// The load state of the last opened file, kept aside while a file is read for its
-// resolution (the open dialog's preview may still rely on it).
-class KeepLoadState {
-  public:
-    KeepLoadState()
-        : bitmap_(std::move(LoadedBitmap)), w_(LoadedWidth), h_(LoadedHeight), bpp_(LoadedBpp),
-          dx_(LoadedDpiX), dy_(LoadedDpiY) {}
-    ~KeepLoadState() {
-        LoadedBitmap = std::move(bitmap_);
-        LoadedWidth = w_;
-        LoadedHeight = h_;
-        LoadedBpp = bpp_;
-        LoadedDpiX = dx_;
-        LoadedDpiY = dy_;
-    }
-    KeepLoadState(const KeepLoadState&) = delete;
-    KeepLoadState& operator=(const KeepLoadState&) = delete;
-
-  private:
-    Bits bitmap_;
-    int16_t w_, h_, bpp_;
-    int32_t dx_, dy_;
-};
-
 // The dialog's "Image" tab: how the picture lies on the page.
 QWidget* layoutTab(const PrintLayout& layout, QRadioButton*& actual) {
     auto* tab = new QWidget;
@@ -133,11 +109,10 @@ QRectF ImagePlacement(QSize pixels, QPointF imageDpi, const QRectF& area, QPoint
 QPointF FileDpi(const QString& path) {
     const QPointF none(kDefaultImageDpi, kDefaultImageDpi);
     if (path.isEmpty() || !QFileInfo(path).isFile()) return none;
-    const KeepLoadState keep;
     const std::string file = path.toStdString();
-    if (!LoadDocumentImage(file, ExtensionOf(file)).ok) return none;
-    return QPointF(LoadedDpiX > 0 ? LoadedDpiX : kDefaultImageDpi,
-                   LoadedDpiY > 0 ? LoadedDpiY : kDefaultImageDpi);
+    const ImageFileResult r = LoadDocumentImage(file, ExtensionOf(file));
+    if (!r.ok) return none;
+    return QPointF(r.dpiX > 0 ? r.dpiX : kDefaultImageDpi, r.dpiY > 0 ? r.dpiY : kDefaultImageDpi);
 }
 
 bool PrintImage(QPrinter& printer, const QImage& picture, QPointF imageDpi,

@@ -57,10 +57,13 @@ const std::array<const char*, 15> fMain::ToolKeys{
     "GetColor", "SelectionMove", "Select",   "Brush",       "Airbrush",
     "Stamp",    "Fill",          "Gradient", "Shape",       "Layers"};
 
-// The zoom factors the combo offers; a document's factor runs from 1 to 15, and one past
-// the ninth shows in the combo as no selection.
-const std::array<const char*, 9> fMain::ZoomItems{"1 : 1", "2 : 1", "3 : 1", "4 : 1", "5 : 1",
-                                                  "6 : 1", "7 : 1", "8 : 1", "9 : 1"};
+// The zoom factors the combo offers: 1 : 1 to 9 : 1 first, as they always were (a
+// document's factor runs from 1 to 15, and one past the ninth shows as no selection), then
+// the reductions below 1 : 1 and "Fit in window".
+const std::array<const char*, 19> fMain::ZoomItems{
+    "1 : 1", "2 : 1", "3 : 1", "4 : 1",  "5 : 1",  "6 : 1",  "7 : 1",
+    "8 : 1", "9 : 1", "1 : 2", "1 : 3",  "1 : 4",  "1 : 5",  "1 : 6",
+    "1 : 8", "1 : 10", "1 : 12", "1 : 16", "Fit in window"};
 
 namespace {
 
@@ -248,9 +251,44 @@ void fMain::buildToolBar() {
     connect(cbZoom_, &QComboBox::activated, this, [this](int index) {
         fImage* doc = nullptr;
         if (!GetActiveDocument(doc)) return;
-        doc->SetZoomFactor(index + 1);
-        doc->UpdateImage();
+        constexpr int reductions = int(ViewState::kReductions.size());
+        if (index < 9)
+            doc->SetZoomFactor(index + 1);
+        else if (index < 9 + reductions)
+            doc->SetScale({1, ViewState::kReductions[size_t(index - 9)]});
+        else
+            doc->FitInWindow();
+        ShowZoom(doc->Scale());
     });
+    // The keys of the view's zoom: a step in or out, 1 : 1, and the whole image.
+    const struct {
+        const char* name;
+        QList<QKeySequence> keys;
+        void (fImage::*act)();
+    } zoomKeys[] = {
+        {"ViewZoomIn", {QKeySequence(Qt::CTRL | Qt::Key_Plus), QKeySequence(Qt::CTRL | Qt::Key_Equal)},
+         &fImage::ZoomIn},
+        {"ViewZoomOut", {QKeySequence(Qt::CTRL | Qt::Key_Minus)}, &fImage::ZoomOut},
+        {"ViewActualPixels", {QKeySequence(Qt::CTRL | Qt::Key_1)}, nullptr},
+        {"ViewFit", {QKeySequence(Qt::CTRL | Qt::Key_0)}, &fImage::FitInWindow},
+    };
+    for (const auto& k : zoomKeys) {
+        auto* a = new QAction(this);
+        a->setObjectName(k.name);
+        a->setShortcuts(k.keys);
+        a->setShortcutContext(Qt::WindowShortcut);
+        addAction(a);
+        const auto act = k.act;
+        connect(a, &QAction::triggered, this, [this, act] {
+            fImage* doc = nullptr;
+            if (!GetActiveDocument(doc)) return;
+            if (act)
+                (doc->*act)();
+            else
+                doc->SetZoomFactor(1);
+            ShowZoom(doc->Scale());
+        });
+    }
 
     // The text toolbar's buttons: a grip, style text, 3D text, logo maker, a grip.
     const char* texts[] = {"Grip", "Style Text", "3D Text", "Logo", "Layer Grip"};
@@ -316,7 +354,7 @@ void fMain::tbTool_ButtonClick(int index) {
                 doc->ZoomIn();
             else
                 doc->ZoomOut();
-            ShowZoom(doc->Zoom());
+            ShowZoom(doc->Scale());
         }
     } else if (key == "MouseScroll" || key == "MM") {
         if (haveDoc) doc->SetMouseScroll(true);
@@ -486,14 +524,20 @@ void fMain::ClearStatusPanels() {
     progress_->setValue(0);
 }
 
-void fMain::ShowZoom(int zoom) {
-    cbZoom_->setCurrentIndex(zoom >= 1 && zoom <= int(ZoomItems.size()) ? zoom - 1 : -1);
-    SetStatusPanel("Zoom", QString("Zoom %1 : 1").arg(zoom));
+void fMain::ShowZoom(ViewScale scale) {
+    // The combo's entry of the scale, if it has one ("Fit in window" is an action, and what
+    // it gives shows as its step).
+    const QString text = QStringLiteral("%1 : %2").arg(scale.num).arg(scale.den);
+    cbZoom_->setCurrentIndex(cbZoom_->findText(text));
+    SetStatusPanel("Zoom", text);
 }
 
 bool fMain::HandScrollDown() {
-    const auto list = tbTool_->actions();
-    return list.size() > 14 && list[14]->isChecked();
+    // The two hand scrolling buttons, "MouseScroll" and "MM".
+    for (QAction* a : tbTool_->actions())
+        if ((a->objectName() == "MouseScroll" || a->objectName() == "MM") && a->isChecked())
+            return true;
+    return false;
 }
 
 void fMain::cFilter_Progress(int value) {

@@ -50,8 +50,8 @@ class fMain : public QMainWindow, public DocumentHost {
     };
     // The keys of the `tbTool` buttons, in button order (index 0 first).
     static const std::array<const char*, 15> ToolKeys;
-    // The nine items of the zoom combo.
-    static const std::array<const char*, 9> ZoomItems;
+    // The items of the zoom combo.
+    static const std::array<const char*, 19> ZoomItems;
 
     // The load handler: builds the window, fills the zoom combo and selects its first item,
     // seeds the random generator from the clock, and sets the document counter to 0.
@@ -146,7 +146,7 @@ class fMain : public QMainWindow, public DocumentHost {
     void RunCommand(const QString& word) override;
     void SetStatusPanel(const QString& key, const QString& text) override;
     void ClearStatusPanels() override;
-    void ShowZoom(int zoom) override;
+    void ShowZoom(ViewScale scale) override;
     bool HandScrollDown() override;
     void RefreshPanView() override {}
     void ClearPanView() override {}

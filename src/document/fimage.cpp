@@ -74,7 +74,7 @@ void fImage::SetCaption(const QString& caption) {
 QSize fImage::sizeHint() const {
     // The picture at the zoom under the tab strip (the sub-window adds its own frame).
     if (!PictureExists()) return QSize(500, 500);
-    const int64_t w = int64_t(PictureWidth()) * Zoom(), h = int64_t(PictureHeight()) * Zoom();
+    const int64_t w = onCanvas(PictureWidth()), h = onCanvas(PictureHeight());
     return QSize(int(std::min<int64_t>(w, 32767)),
                  int(std::min<int64_t>(h + tabs_->sizeHint().height(), 32767)));
 }

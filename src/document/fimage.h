@@ -54,6 +54,9 @@ struct StretchPlan {
 // the given scroll values and maxima (a maximum below 1 means that bar is not in use).
 StretchPlan PlanStretch(int32_t w, int32_t h, int32_t z, int32_t canvasW, int32_t canvasH,
                         int32_t hValue, int32_t hMax, int32_t vValue, int32_t vMax);
+// The rectangles below 1 : 1, at 1 : n: canvas pixel (x, y) shows image pixel
+// ((hValue + x) * n, (vValue + y) * n), every n-th pixel of the image.
+StretchPlan PlanReduced(int32_t n, int32_t canvasW, int32_t canvasH, int32_t hValue, int32_t vValue);
 
 // Nearest-neighbour integer stretch of the plan's source rectangle of bits onto target
 // (Format_RGB32): target pixel (dx, dy) takes source (srcX + (dx - dstX) * srcW / dstW,
@@ -136,13 +139,26 @@ public:
     // `SwapHistoy`: the history list of the History Box shows this document's states.
     void SwapHistoy();
 
-    // --- Zoom and view -------------------------------------------------------------
-    // `ZoomFactor`: the index into ZoomTable (1..15); the effective zoom is the entry.
+    // --- Zoom and view (fimage_zoom.cpp) ------------------------------------------
+    // `ZoomFactor`: the index into ZoomTable (1..15); the effective zoom is the entry. It
+    // is 1 while the view is reduced below 1 : 1.
     int32_t ZoomFactor() const { return model_->View.ZoomIndex; }
     void SetZoomFactor(int32_t index);
     int32_t Zoom() const { return ZoomTable[size_t(model_->View.ZoomIndex - 1)]; }
+    // The scale the canvas shows the image at: ZoomIndex : 1, or 1 : n below 1 : 1.
+    ViewScale Scale() const { return model_->View.Scale(); }
+    // A step of the ladder 1 : 16 ... 1 : 2, 1 : 1 ... 15 : 1; another scale is ignored.
+    void SetScale(ViewScale scale);
+    // One step up or down the ladder.
     void ZoomIn();
     void ZoomOut();
+    // The largest step at which the whole image shows in the window.
+    void FitInWindow();
+    // One step in or out with the image point under the canvas position kept under it.
+    void ZoomAbout(bool in, QPointF canvasPos);
+    // The wheel over the canvas: it scrolls down and up (across with Shift, or a sideways
+    // wheel); with Ctrl it zooms about the pointer. Deltas as Qt gives them (120 a notch).
+    void iDst_Wheel(QPointF pos, QPoint angleDelta, QPoint pixelDelta, Qt::KeyboardModifiers modifiers);
     int32_t BarsWidth() const { return barsWidth_; }
     void SetBarsWidth(int32_t value);
     bool MouseScroll() const { return mouseScroll_; }
@@ -202,7 +218,8 @@ public:
     // Key events of the canvas (Qt key codes); true when the key was used.
     bool iDst_KeyDown(int key);
     void iDst_KeyUp(int key);
-    // The image cell under a canvas position: (scroll + Round(pos)) div zoom.
+    // The image cell under a canvas position: (scroll + Round(pos)) div zoom, or times n
+    // at 1 : n.
     ToolPoint CellAt(QPointF pos) const;
 
     // Rubber shapes over the canvas (fimage_shapes.cpp): 0 the rectangle, 1 the ellipse,
@@ -225,6 +242,7 @@ private:
     void toolMove(Qt::MouseButtons buttons, ToolPoint at);
     void toolRelease(Qt::MouseButton button, ToolPoint at);
     void mouseMoveAt(Qt::MouseButtons buttons, QPointF pos, QPoint screen, bool forceCell);
+    void moveAtCell(Qt::MouseButtons buttons, ToolPoint cell, QPoint screen, bool forceCell);
     void showPosition(ToolPoint at);
     void showPixel(ToolPoint at);
     void showForeground();
@@ -233,6 +251,7 @@ private:
     StrokeState stroke_;
     RubberShapes rubber_;
     QPoint cursorPoint_, prevCursorPoint_; // screen points of hand scrolling
+    int wheelZoom_ = 0; // Ctrl + wheel turned short of a notch
     bool dragging_ = false;
     int32_t lastCellX_ = INT32_MIN, lastCellY_ = INT32_MIN; // last image cell of a move
 
@@ -258,6 +277,12 @@ private:
     void historyMoved(int32_t shown);
     void fillHeader();
     void pictureResized();
+    // The zoom changed: the outline, the layout and the zoom shown follow.
+    void zoomChanged();
+    // The size of n image pixels on the canvas at the view's scale (at least 1 for n > 0).
+    int64_t onCanvas(int64_t n) const;
+    // The canvas position of an image point at the view's scale.
+    QPointF canvasPoint(ToolPoint p) const;
     void layoutPanels();
     void showView(View v);
     void writePixelPanel();

@@ -17,6 +17,7 @@
 #include <QResizeEvent>
 #include <QScrollBar>
 #include <QTabBar>
+#include <QWheelEvent>
 
 #include <algorithm>
 #include <cstring>
@@ -56,6 +57,12 @@ StretchPlan PlanStretch(int32_t w, int32_t h, int32_t z, int32_t canvasW, int32_
     return p;
 }
 
+StretchPlan PlanReduced(int32_t n, int32_t canvasW, int32_t canvasH, int32_t hValue, int32_t vValue) {
+    if (n < 1) n = 1;
+    // Every canvas pixel takes the n-th image pixel; the scroll values count canvas pixels.
+    return StretchPlan{0, 0, canvasW, canvasH, hValue * n + 2, vValue * n + 2, canvasW * n, canvasH * n};
+}
+
 bool StretchBits(const Bits& bits, const StretchPlan& plan, QImage& target) {
     if (plan.dstW <= 0 || plan.dstH <= 0 || plan.srcW <= 0 || plan.srcH <= 0 || bits.empty() ||
         target.isNull() || target.format() != QImage::Format_RGB32)
@@ -73,6 +80,9 @@ bool StretchBits(const Bits& bits, const StretchPlan& plan, QImage& target) {
         const int64_t sx = plan.srcX + int64_t(dx - plan.dstX) * plan.srcW / plan.dstW;
         column[size_t(dx - x0)] = (sx >= 0 && sx < arrayW) ? int32_t(sx) : -1;
     }
+    const int32_t count = x1 - x0;
+    // At 1 : 1 the columns are one run of the array: a row is one straight copy.
+    const bool straight = column.front() >= 0 && column.back() - column.front() == count - 1;
     const uint8_t* data = bits.data();
     const size_t stride = bits.stride();
     int64_t lastRow = -2;
@@ -81,20 +91,28 @@ bool StretchBits(const Bits& bits, const StretchPlan& plan, QImage& target) {
         const int64_t sy = plan.srcY + int64_t(dy - plan.dstY) * plan.srcH / plan.dstH;
         uint32_t* out = reinterpret_cast<uint32_t*>(target.scanLine(dy)) + x0;
         if (sy == lastRow && lastOut) { // zoomed rows repeat the row above
-            std::memcpy(out, lastOut, size_t(x1 - x0) * 4u);
+            std::memcpy(out, lastOut, size_t(count) * 4u);
             continue;
         }
         if (sy < 0 || sy >= arrayH) {
-            std::fill(out, out + (x1 - x0), 0xFF000000u);
+            std::fill(out, out + count, 0xFF000000u);
         } else {
+            // Blue, green, red and the marker byte read as one little-endian word are
+            // 0xMMRRGGBB: the canvas's pixel once the marker gives way to an opaque alpha.
             const uint8_t* row = data + size_t(sy) * stride;
-            for (int32_t i = 0; i < x1 - x0; ++i) {
-                const int32_t sx = column[size_t(i)];
-                if (sx < 0) {
-                    out[i] = 0xFF000000u;
-                } else {
-                    const uint8_t* px = row + size_t(sx) * 4u;
-                    out[i] = 0xFF000000u | uint32_t(px[2]) << 16 | uint32_t(px[1]) << 8 | px[0];
+            if (straight) {
+                const uint8_t* in = row + size_t(column.front()) * 4u;
+                for (int32_t i = 0; i < count; ++i) {
+                    uint32_t v;
+                    std::memcpy(&v, in + size_t(i) * 4u, 4);
+                    out[i] = v | 0xFF000000u;
+                }
+            } else {
+                for (int32_t i = 0; i < count; ++i) {
+                    const int32_t sx = column[size_t(i)];
+                    uint32_t v = 0;
+                    if (sx >= 0) std::memcpy(&v, row + size_t(sx) * 4u, 4);
+                    out[i] = v | 0xFF000000u;
                 }
             }
         }
@@ -177,6 +195,10 @@ protected:
     void mouseReleaseEvent(QMouseEvent* e) override {
         owner_->iDst_MouseUp(e->button(), e->position(), e->globalPosition().toPoint());
     }
+    void wheelEvent(QWheelEvent* e) override {
+        owner_->iDst_Wheel(e->position(), e->angleDelta(), e->pixelDelta(), e->modifiers());
+        e->accept();
+    }
     void keyPressEvent(QKeyEvent* e) override {
         if (!owner_->iDst_KeyDown(e->key())) QWidget::keyPressEvent(e);
     }
@@ -205,91 +227,22 @@ void fImage::buildCanvas() {
     connect(vSB_, &QScrollBar::valueChanged, this, [this] { onScroll(); });
 }
 
-// --- Zoom and view ----------------------------------------------------------------------------
-
-void fImage::SetZoomFactor(int32_t index) {
-    model_->View.SetZoomIndex(index);
-    Region().SetZoomFactor(float(Zoom()));
-    UserControl_Resize();
-    DocumentHost* h = host();
-    if (h && h->LastActiveDocumentId == HistoryId()) h->ShowZoom(Zoom());
-}
-
-void fImage::ZoomIn() {
-    if (!PictureExists()) return;
-    SetZoomFactor(ZoomFactor() + 1);
-}
-
-void fImage::ZoomOut() {
-    if (!PictureExists()) return;
-    SetZoomFactor(ZoomFactor() - 1);
-}
-
-void fImage::SetBarsWidth(int32_t value) {
-    barsWidth_ = value < 14 ? 13 : value;
-    UserControl_Resize();
-}
-
-void fImage::SetMouseScroll(bool on) {
-    mouseScroll_ = on;
-    const bool barInUse = hSB_->maximum() >= 1 || vSB_->maximum() >= 1;
-    if (on && barInUse)
-        iDst_->setCursor(ToolCursor("cRelease"));
-    else
-        iDst_->unsetCursor();
-}
-
-void fImage::Scroll(int32_t x, int32_t y) {
-    suppressScrollPaint_ = true;
-    hSB_->setValue(x);
-    vSB_->setValue(y);
-    suppressScrollPaint_ = false;
-    UpdateImage();
-}
-
-void fImage::GetDimensions(int16_t& imageW, int16_t& imageH, int16_t& viewW,
-                           int16_t& viewH) const {
-    imageW = int16_t(PictureWidth());
-    imageH = int16_t(PictureHeight());
-    viewW = int16_t(iDst_->width());
-    viewH = int16_t(iDst_->height());
-}
-
-void fImage::GetSBV(int32_t& h, int32_t& v) const {
-    h = hSB_->value();
-    v = vSB_->value();
-}
-
-void fImage::GetSBM(int32_t& h, int32_t& v) const {
-    h = hSB_->maximum();
-    v = vSB_->maximum();
-}
-
-QSize fImage::CanvasSize() const { return iDst_->size(); }
-
-void fImage::SetAutoRedraw(bool on) {
-    autoRedraw_ = on;
-    if (on) {
-        UpdateImage();
-        iDst_->repaint();
-    }
-}
-
-void fImage::onScroll() {
-    lastHScroll_ = hSB_->value();
-    lastVScroll_ = vSB_->value();
-    if (!suppressScrollPaint_) UpdateImage();
-}
-
 void fImage::UpdateImage() {
     if (!PictureExists()) return;
     const QSize size = iDst_->size();
     if (size.width() < 1 || size.height() < 1) return;
-    lastPlan_ = PlanStretch(PictureWidth(), PictureHeight(), Zoom(), size.width(), size.height(),
-                            hSB_->value(), hSB_->maximum(), vSB_->value(), vSB_->maximum());
+    const ViewScale scale = Scale();
+    lastPlan_ = scale.den > 1
+                    ? PlanReduced(scale.den, size.width(), size.height(), hSB_->value(), vSB_->value())
+                    : PlanStretch(PictureWidth(), PictureHeight(), Zoom(), size.width(), size.height(),
+                                  hSB_->value(), hSB_->maximum(), vSB_->value(), vSB_->maximum());
     if (canvasImage_.size() != size) canvasImage_ = QImage(size, QImage::Format_RGB32);
-    canvasImage_.fill(0xFF000000u);
-    if (!StretchBits(bits(), lastPlan_, canvasImage_) && ZoomFactor() != 1) {
+    // Only the visible part is drawn; black where the plan leaves part of the canvas.
+    const StretchPlan& p = lastPlan_;
+    if (p.dstX > 0 || p.dstY > 0 || int64_t(p.dstX) + p.dstW < size.width() ||
+        int64_t(p.dstY) + p.dstH < size.height())
+        canvasImage_.fill(0xFF000000u);
+    if (!StretchBits(bits(), lastPlan_, canvasImage_) && (ZoomFactor() != 1 || scale.den != 1)) {
         SetZoomFactor(1);
         return;
     }
@@ -299,87 +252,5 @@ void fImage::UpdateImage() {
 }
 
 void fImage::UpdateRegion() { iDst_->update(); }
-
-void fImage::layoutPanels() {
-    const int tabH = tabs_->sizeHint().height();
-    tabs_->setGeometry(0, 0, width(), tabH);
-    const QRect area(0, tabH, width(), std::max(0, height() - tabH));
-    PImage_->setGeometry(area);
-    picFrame_->setGeometry(area);
-    oImage_->setGeometry(area);
-}
-
-void fImage::writePixelPanel() {
-    if (DocumentHost* h = host())
-        h->SetStatusPanel("Pixel", QStringLiteral("%1 x %2").arg(PictureWidth()).arg(PictureHeight()));
-}
-
-void fImage::UserControl_Resize() {
-    if (!PictureExists()) return;
-    layoutPanels();
-    const int64_t w = PictureWidth(), h = PictureHeight();
-    int32_t panelW = PImage_->width(), panelH = PImage_->height();
-    if (w < 1 || h < 1 || panelW < 1 || panelH < 1) {
-        model_->View.SetZoomIndex(1);
-        Region().SetZoomFactor(1.0f); // the outline keeps the document's zoom
-    }
-    const int64_t z = Zoom();
-    // A viewport narrower than two zoomed pixels is enlarged to two.
-    panelW = int32_t(std::max<int64_t>(panelW, 2 * z));
-    panelH = int32_t(std::max<int64_t>(panelH, 2 * z));
-    const int32_t bw = barsWidth_;
-
-    // Two passes: a bar that shows takes room from the other.
-    bool needH = w * z - panelW > 0;
-    bool needV = h * z - panelH > 0;
-    needH = w * z - (panelW - (needV ? bw : 0)) > 0;
-    needV = h * z - (panelH - (needH ? bw : 0)) > 0;
-    const int32_t viewW = std::max(1, panelW - (needV ? bw : 0));
-    const int32_t viewH = std::max(1, panelH - (needH ? bw : 0));
-
-    // New value of a bar: keep the centre across a zoom, or the middle for a bar that
-    // was not in use.
-    auto place = [this](bool need, int64_t extent, int32_t view, int32_t oldValue,
-                        int32_t oldMax, QScrollBar* bar, int32_t& storeValue,
-                        int32_t& storeMax) {
-        int32_t max = 0, value = 0;
-        if (need) {
-            max = int32_t(std::min<int64_t>(extent - view, INT32_MAX));
-            if (layoutDone_ && oldMax != 0)
-                value = int32_t(vbRound(double(max) * double(oldValue) / double(oldMax)));
-            else
-                value = int32_t(vbRound(double(max) / 2.0));
-            value = std::clamp(value, 0, max);
-        }
-        bar->setRange(0, max);
-        bar->setSingleStep(int(Zoom()));
-        bar->setPageStep(std::max(1, view / 2));
-        bar->setValue(value);
-        bar->setVisible(need);
-        storeValue = value;
-        storeMax = max;
-    };
-    suppressScrollPaint_ = true;
-    place(needH, w * z, viewW, lastHScroll_, lastHMax_, hSB_, lastHScroll_, lastHMax_);
-    place(needV, h * z, viewH, lastVScroll_, lastVMax_, vSB_, lastVScroll_, lastVMax_);
-    suppressScrollPaint_ = false;
-
-    const int32_t canvasW = needH ? viewW : int32_t(std::min<int64_t>(w * z, viewW));
-    const int32_t canvasH = needV ? viewH : int32_t(std::min<int64_t>(h * z, viewH));
-    iDst_->setGeometry(0, 0, canvasW, canvasH);
-    hSB_->setGeometry(0, panelH - bw, viewW, bw);
-    vSB_->setGeometry(panelW - bw, 0, bw, viewH);
-    iDst_->show();
-    layoutDone_ = true;
-    writePixelPanel();
-    UpdateImage();
-}
-
-void fImage::resizeEvent(QResizeEvent* event) {
-    QWidget::resizeEvent(event);
-    if (isMinimized() || (window() && window()->isMinimized())) return;
-    layoutPanels();
-    UserControl_Resize();
-}
 
 } // namespace ostrivex

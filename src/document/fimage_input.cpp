@@ -24,11 +24,11 @@ Tool* fImage::currentTool() const {
 }
 
 fImage::ToolPoint fImage::CellAt(QPointF pos) const {
-    const int32_t z = Zoom();
+    const ViewScale s = Scale();
     // The sum is rounded first; the division truncates as the program's integer division.
-    const int32_t x = vbRound(double(hSB_->value()) + pos.x());
-    const int32_t y = vbRound(double(vSB_->value()) + pos.y());
-    return ToolPoint{x / z, y / z};
+    const int64_t x = vbRound(double(hSB_->value()) + pos.x());
+    const int64_t y = vbRound(double(vSB_->value()) + pos.y());
+    return ToolPoint{int32_t(x * s.den / s.num), int32_t(y * s.den / s.num)};
 }
 
 // cFilter gets the selection, or the whole image when nothing is selected; the ants run
@@ -95,8 +95,11 @@ void fImage::iDst_MouseMove(Qt::MouseButtons buttons, QPointF pos, QPoint screen
 
 void fImage::mouseMoveAt(Qt::MouseButtons buttons, QPointF pos, QPoint screen, bool forceCell) {
     if (!PictureExists()) return;
+    moveAtCell(buttons, CellAt(pos), screen, forceCell);
+}
+
+void fImage::moveAtCell(Qt::MouseButtons buttons, ToolPoint cell, QPoint screen, bool forceCell) {
     // Moves inside one image cell do no tool work.
-    const ToolPoint cell = CellAt(pos);
     const bool changed = forceCell || cell.x != lastCellX_ || cell.y != lastCellY_;
     if (changed) {
         lastCellX_ = cell.x;
@@ -189,11 +192,6 @@ void fImage::toolRelease(Qt::MouseButton button, ToolPoint at) {
 bool fImage::iDst_KeyDown(int key) {
     if (!PictureExists()) return false;
     DocumentHost* h = host();
-    const int32_t z = Zoom();
-    // The canvas position of an image point (the reverse of CellAt).
-    auto canvasAt = [&](ToolPoint p) {
-        return QPointF(double(p.x) * z - hSB_->value(), double(p.y) * z - vSB_->value());
-    };
     int dx = 0, dy = 0;
     switch (key) {
     case Qt::Key_Left: dx = -1; break;
@@ -204,10 +202,10 @@ bool fImage::iDst_KeyDown(int key) {
     }
     ToolPoint& last = stroke_.LastPoint;
     if (dx != 0 || dy != 0) {
+        // The image point itself moves on (below 1 : 1 a canvas pixel holds several).
         last.x += dx;
         last.y += dy;
-        const QPointF pos = canvasAt(last);
-        mouseMoveAt(Qt::NoButton, pos, iDst_->mapToGlobal(pos.toPoint()), false);
+        moveAtCell(Qt::NoButton, last, iDst_->mapToGlobal(canvasPoint(last).toPoint()), false);
         return true;
     }
     Tool* tool = currentTool();
@@ -223,11 +221,10 @@ bool fImage::iDst_KeyDown(int key) {
         // One more move at the same place (its cell is taken anew), so the paste or the
         // stamp goes on from there. The screen point stays where the hand last was, so
         // hand scrolling stays put.
-        const QPointF pos = canvasAt(last);
         if (paste)
-            mouseMoveAt(Qt::NoButton, pos, prevCursorPoint_, true);
+            moveAtCell(Qt::NoButton, last, prevCursorPoint_, true);
         else if (stroke_.MouseIsDown)
-            mouseMoveAt(Qt::LeftButton, pos, prevCursorPoint_, true);
+            moveAtCell(Qt::LeftButton, last, prevCursorPoint_, true);
     }
     return true;
 }

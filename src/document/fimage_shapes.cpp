@@ -12,9 +12,7 @@ namespace ostrivex {
 
 void fImage::ShowShape(int32_t shape, int32_t x1, int32_t y1, int32_t x2, int32_t y2,
                        bool keep) {
-    const int32_t z = Zoom();
-    const int32_t h = hSB_->value(), v = vSB_->value();
-    const QPoint a(x1 * z - h, y1 * z - v), b(x2 * z - h, y2 * z - v);
+    const QPoint a = canvasPoint(ToolPoint{x1, y1}).toPoint(), b = canvasPoint(ToolPoint{x2, y2}).toPoint();
     if (shape == 0) {
         rubber_.rect = QRect(a, b - QPoint(1, 1)); // right and bottom exclusive
         rubber_.rectVisible = true;

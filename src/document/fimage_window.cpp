@@ -96,8 +96,7 @@ void fImage::Form_Activate() {
         filter.SetBits(bits());
         GiveFilterRegion(true); // the selection if there is one, else the whole image
         h->SetStatusPanel("Pixel", QStringLiteral("%1 x %2").arg(PictureWidth()).arg(PictureHeight()));
-        h->SetStatusPanel("Zoom", QStringLiteral("%1 : 1").arg(Zoom()));
-        h->ShowZoom(Zoom());
+        h->ShowZoom(Scale()); // the combo and the "Zoom" panel, "Z : 1"
         h->RefreshPanView();
         h->SelectionChanged = true;
         SetMouseScroll(h->HandScrollDown());

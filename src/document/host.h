@@ -7,6 +7,7 @@
 // are plain fields here, so every host shares one definition of them.
 #pragma once
 
+#include "model/viewstate.h"
 #include "pixel/bits.h"
 
 #include <QString>
@@ -78,8 +79,9 @@ public:
     // has). ClearStatusPanels empties all of them.
     virtual void SetStatusPanel(const QString& key, const QString& text) = 0;
     virtual void ClearStatusPanels() = 0;
-    // Shows the zoom factor (1 to 15) in the main window's zoom combo.
-    virtual void ShowZoom(int zoom) = 0;
+    // Shows the active document's scale in the main window's zoom combo and in the "Zoom"
+    // panel ("3 : 1", "1 : 4").
+    virtual void ShowZoom(ViewScale scale) = 0;
 
     // Toolbar button 14 (hand scrolling) is down.
     virtual bool HandScrollDown() = 0;

@@ -28,7 +28,7 @@ struct ViewScale {
 struct ViewState {
     static constexpr int32_t kMaxZoomIndex = 15;
     // The reductions below 1 : 1, in the order zooming out goes through them.
-    static constexpr std::array<int32_t, 7> kReductions{2, 3, 4, 6, 8, 12, 16};
+    static constexpr std::array<int32_t, 9> kReductions{2, 3, 4, 5, 6, 8, 10, 12, 16};
 
     ViewTab Tab = ViewTab::Enhanced;
     int32_t ZoomIndex = 1;

@@ -448,13 +448,18 @@ TEST_F(MainWindowTest, ToolButtonsProgressAndZoom) {
     main_->Filter().Progress(p);
     EXPECT_EQ(main_->progressBar()->value(), 70);
 
-    ASSERT_EQ(main_->zoomCombo()->count(), 9);
+    // 1 : 1 to 9 : 1 keep their places; the reductions and "Fit in window" follow.
+    ASSERT_EQ(main_->zoomCombo()->count(), 19);
     EXPECT_EQ(main_->zoomCombo()->currentIndex(), 0);
-    main_->ShowZoom(4);
+    main_->ShowZoom({4, 1});
     EXPECT_EQ(main_->zoomCombo()->currentIndex(), 3);
-    EXPECT_EQ(main_->statusPanel("Zoom"), "Zoom 4 : 1");
-    main_->ShowZoom(12);
+    EXPECT_EQ(main_->statusPanel("Zoom"), "4 : 1");
+    main_->ShowZoom({12, 1});
     EXPECT_EQ(main_->zoomCombo()->currentIndex(), -1);
+    EXPECT_EQ(main_->statusPanel("Zoom"), "12 : 1");
+    main_->ShowZoom({1, 4});
+    EXPECT_EQ(main_->zoomCombo()->currentText(), "1 : 4");
+    EXPECT_EQ(main_->zoomCombo()->itemText(18), "Fit in window");
 
     // The text toolbar's buttons need a document.
     main_->clearLastRoute();

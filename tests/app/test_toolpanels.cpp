@@ -493,14 +493,23 @@ TEST_F(ToolPanelsTest, ToolButtonsWithADocument) {
     main_->show();
     fImage* doc = openDocument();
     QApplication::processEvents();
+    // Activation shows the zoom in the one form the zoom buttons use too.
+    EXPECT_EQ(main_->statusPanel("Zoom"), "1 : 1");
     button("ZoomIn")->trigger();
     EXPECT_EQ(doc->ZoomFactor(), 2);
-    EXPECT_EQ(main_->statusPanel("Zoom"), "Zoom 2 : 1");
+    EXPECT_EQ(main_->statusPanel("Zoom"), "2 : 1");
     button("ZoomIn")->trigger();
-    EXPECT_EQ(main_->statusPanel("Zoom"), "Zoom 3 : 1");
+    EXPECT_EQ(main_->statusPanel("Zoom"), "3 : 1");
     button("ZoomOut")->trigger();
     EXPECT_EQ(doc->ZoomFactor(), 2);
-    EXPECT_EQ(main_->statusPanel("Zoom"), "Zoom 2 : 1");
+    EXPECT_EQ(main_->statusPanel("Zoom"), "2 : 1");
+    // Down past 1 : 1 the view is reduced; the combo follows.
+    button("ZoomOut")->trigger();
+    button("ZoomOut")->trigger();
+    EXPECT_EQ(doc->Scale(), (ViewScale{1, 2}));
+    EXPECT_EQ(main_->statusPanel("Zoom"), "1 : 2");
+    EXPECT_EQ(main_->zoomCombo()->currentText(), "1 : 2");
+    button("ZoomIn")->trigger();
     EXPECT_EQ(activeTool(), "");
 
     button("MouseScroll")->trigger();

@@ -27,7 +27,7 @@ public:
     std::vector<fImage*> docs;
     QStringList commands;
     QMap<QString, QString> panels;
-    int zoomShown = 0;
+    ViewScale zoomShown{0, 0};
     bool handDown = false;
     int activated = 0, deactivated = 0, clearedPanels = 0, clearedPan = 0, savedStates = 0, optimizeReloads = 0, recentFills = 0;
 
@@ -45,7 +45,7 @@ public:
         panels.clear();
         ++clearedPanels;
     }
-    void ShowZoom(int z) override { zoomShown = z; }
+    void ShowZoom(ViewScale s) override { zoomShown = s; }
     bool HandScrollDown() override { return handDown; }
     void RefreshPanView() override {}
     void ClearPanView() override { ++clearedPan; }

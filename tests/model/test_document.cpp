@@ -183,15 +183,15 @@ TEST(ViewState, TheZoomLadderRunsFromOneSixteenthToFifteen) {
     // Below 1 : 1 the tools' zoom stays 1.
     std::vector<std::string> out;
     while (v.ZoomOut()) out.push_back(v.ZoomText().toStdString());
-    EXPECT_EQ(out, (std::vector<std::string>{"1 : 2", "1 : 3", "1 : 4", "1 : 6", "1 : 8",
-                                             "1 : 12", "1 : 16"}));
+    EXPECT_EQ(out, (std::vector<std::string>{"1 : 2", "1 : 3", "1 : 4", "1 : 5", "1 : 6",
+                                             "1 : 8", "1 : 10", "1 : 12", "1 : 16"}));
     EXPECT_EQ(v.ZoomIndex, 1);
-    for (int i = 0; i < 7; ++i) EXPECT_TRUE(v.ZoomIn());
+    for (int i = 0; i < 9; ++i) EXPECT_TRUE(v.ZoomIn());
     EXPECT_EQ(v.Scale(), (ViewScale{1, 1}));
     v.SetZoomIndex(99);
     EXPECT_EQ(v.ZoomText(), "15 : 1");
     EXPECT_FALSE(v.ZoomIn());
-    EXPECT_FALSE(v.SetScale({1, 5}));
+    EXPECT_FALSE(v.SetScale({1, 7}));
     EXPECT_TRUE(v.SetScale({1, 6}));
     v.SetZoomIndex(0); // the text's clamp; any reduction ends
     EXPECT_EQ(v.Scale(), (ViewScale{1, 1}));
@@ -199,8 +199,8 @@ TEST(ViewState, TheZoomLadderRunsFromOneSixteenthToFifteen) {
     // Fit: the largest step that shows the whole image.
     v.Fit(6000, 4000, 1600, 1000);
     EXPECT_EQ(v.Scale(), (ViewScale{1, 4}));
-    v.Fit(6001, 4000, 1500, 1000);
-    EXPECT_EQ(v.Scale(), (ViewScale{1, 6}));
+    v.Fit(6000, 4000, 1600, 975); // a window of 1600 x 1000 less its tab strip
+    EXPECT_EQ(v.Scale(), (ViewScale{1, 5}));
     v.Fit(100, 50, 1600, 1000);
     EXPECT_EQ(v.Scale(), (ViewScale{15, 1}));
     v.Fit(100000, 10, 100, 100);

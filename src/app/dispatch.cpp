@@ -340,6 +340,11 @@ void fMain::RunFilterEnvelope(const std::function<Bits(cBitFilter&)>& operation,
     Bits result;
     {
         const cBitFilter::ReuseScope reuse(filter); // the result replaces the buffer: build it in place
+        // The bar shows no progress once the operation is over, whether or not it ended well.
+        struct ProgressEnd {
+            QProgressBar* bar;
+            ~ProgressEnd() { bar->setValue(0); }
+        } end{progressBar()};
         result = operation(filter);
     }
     // The commit writes the document, files the step, redraws and gives cFilter the pixels.

@@ -33,6 +33,7 @@
 #include <QStatusBar>
 #include <QTimer>
 #include <QToolBar>
+#include <QWindow>
 #include <QWindowStateChangeEvent>
 
 namespace ostrivex {
@@ -405,9 +406,16 @@ void fMain::buildStatusBar() {
 }
 
 void fMain::buildBoxes() {
+    // The boxes are tool windows transient for the main window itself, so that every window
+    // manager keeps them above it (a maximised main window included) and out of the
+    // taskbar. The main window's native window is made now, before any box shows: a box
+    // shown without it would be transient for the program's hidden group window instead.
+    winId();
     for (int i : kLoadOrder) {
         const BoxInfo& info = kBoxes[size_t(i)];
         auto* b = new ToolBox(info.form, info.caption, info.fields, this);
+        b->winId();
+        b->windowHandle()->setTransientParent(windowHandle());
         b->setOrigin([this] { return BoxOrigin(); });
         connect(b, &ToolBox::closeRequested, this, [this, i] { closeBox(i); });
         boxes_[size_t(i)] = b;
@@ -628,6 +636,8 @@ void fMain::DocumentActivated(fImage* document) {
 void fMain::DocumentCommitted(fImage* document) {
     ActiveDocument = document;
     DocumentChanged = true;
+    // The work that made the change is over: the bar shows no progress.
+    progress_->setValue(0);
 }
 
 // --- Main window geometry ---------------------------------------------------------------
@@ -648,11 +658,6 @@ void fMain::resizeEvent(QResizeEvent* e) {
     rememberMainSize();
 }
 
-void fMain::changeEvent(QEvent* e) {
-    QMainWindow::changeEvent(e);
-    if (e->type() == QEvent::WindowStateChange) rememberMainSize();
-}
-
 void fMain::showEvent(QShowEvent* e) {
     QMainWindow::showEvent(e);
     if (shownOnce_) return;
@@ -663,6 +668,31 @@ void fMain::showEvent(QShowEvent* e) {
         for (int i = 0; i < BoxCount; ++i)
             if (boxes_[size_t(i)]->isVisible()) boxes_[size_t(i)]->PlaceFromSettings();
     });
+}
+
+void fMain::keepBoxesAbove() {
+    // Start-up shows the boxes before the main window, and a window manager reads a window's
+    // owner when it maps the window: with no main window to own them yet, openbox took the
+    // boxes for windows of their own and let the main window cover them, and fluxbox gave
+    // each a taskbar entry. Mapped again once the main window is managed, they are its
+    // transients, which every window manager keeps above it and out of the taskbar.
+    for (ToolBox* b : boxes_) {
+        QWindow* w = b->windowHandle();
+        if (!w || !b->isVisible()) continue;
+        w->setTransientParent(windowHandle());
+        b->hide();
+        b->show();
+    }
+}
+
+void fMain::changeEvent(QEvent* e) {
+    QMainWindow::changeEvent(e);
+    if (e->type() == QEvent::WindowStateChange) rememberMainSize();
+    // The first activation comes once the window manager manages the window.
+    if (e->type() == QEvent::ActivationChange && isActiveWindow() && !boxesAboveOnce_) {
+        boxesAboveOnce_ = true;
+        keepBoxesAbove();
+    }
 }
 
 void fMain::closeEvent(QCloseEvent* e) {

@@ -174,6 +174,8 @@ class fMain : public QMainWindow, public DocumentHost {
     void closeBox(int index);
     void applyBoxState(int index, bool on);
     void rememberMainSize();
+    // The boxes become (again) transients of the main window and come above it.
+    void keepBoxesAbove();
     // Notes that `name` took the last word (for the families not built yet, that is all
     // that happens).
     void route(const QString& name) { lastRoute_ = name; }
@@ -199,6 +201,7 @@ class fMain : public QMainWindow, public DocumentHost {
     QString lastRoute_;
     bool unloaded_ = false;
     bool shownOnce_ = false;
+    bool boxesAboveOnce_ = false;
 };
 
 } // namespace ostrivex

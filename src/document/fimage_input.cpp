@@ -82,9 +82,9 @@ void fImage::iDst_MouseDown(Qt::MouseButton button, QPointF pos, QPoint screen) 
         if (mouseScroll_) iDst_->setCursor(ToolCursor("cGrab")); // the grab of hand scrolling
         dragging_ = true;
         cursorPoint_ = prevCursorPoint_ = screen;
-        // The canvas position at the zoom, rounded, without the scroll values.
-        const double z = Zoom();
-        stroke_.LastPoint = ToolPoint{vbRound(pos.x() / z), vbRound(pos.y() / z)};
+        // The stroke starts where the press is: the image cell under the mouse, scroll
+        // values included, so a pencil's or a free-hand shape's first segment starts there.
+        stroke_.LastPoint = CellAt(pos);
     }
     toolPress(button, CellAt(pos));
 }

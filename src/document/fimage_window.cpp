@@ -90,6 +90,11 @@ void fImage::Form_Activate() {
     DocumentHost* h = host();
     if (!h) return;
     if (h->LastActiveDocumentId != HistoryId()) {
+        // A paste still following the mouse in the document that was active is taken away
+        // before cFilter (which still holds that document's pixels) takes this one's.
+        if (h->PendingPaste)
+            for (fImage* doc : h->Documents())
+                if (doc && doc != this && doc->HistoryId() == h->LastActiveDocumentId) doc->CancelEdit();
         h->LastActiveDocumentId = HistoryId();
         h->PendingPaste = false;
         cBitFilter& filter = h->Filter();
@@ -108,6 +113,12 @@ void fImage::Form_Activate() {
 
 void fImage::Form_Deactivate() {
     active_ = false;
+    // A paste is placed or taken away, never left half done: leaving the document with one
+    // still following the mouse takes it away.
+    if (DocumentHost* h = host(); h && h->PendingPaste) {
+        h->PendingPaste = false;
+        CancelEdit();
+    }
     // Only the active document's ants crawl.
     StopTimer();
     if (DocumentHost* h = host()) h->DocumentDeactivated(this);

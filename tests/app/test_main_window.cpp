@@ -217,7 +217,9 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     EXPECT_TRUE(
         test::sameBits(test::makeBits(2, 1, {{255, 155, 55}, {225, 235, 245}}), doc->bits()));
     EXPECT_EQ(main_->statusPanel("Status"), "FLIPH");
+    // After an undo the status names the state on screen, not the last command.
     main_->MenuExec("UNDO");
+    EXPECT_EQ(main_->statusPanel("Status"), "Swap RGB To BGR");
     main_->MenuExec("UNDO");
 
     // Undo through the chain brings the first state back, redo the second.
@@ -226,6 +228,31 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     EXPECT_TRUE(test::sameBits(before, doc->bits()));
     main_->MenuExec("REDO");
     EXPECT_EQ(doc->bits().pixel(1, 0)[2], 255);
+
+    // On the Layers tab the commands of the Enhanced image do nothing: the image they would
+    // change is not on show.
+    const Bits shown = doc->bits();
+    const int32_t states = doc->HistoryPosition();
+    const std::vector<int32_t> selection = doc->Region().GetData();
+    doc->cLayers_Click();
+    for (const char* word : {"INVERT", "UNDO", "A90", "50", "SELECTALL"}) main_->MenuExec(word);
+    EXPECT_TRUE(test::sameBits(shown, doc->bits()));
+    EXPECT_EQ(doc->HistoryPosition(), states);
+    EXPECT_EQ(doc->Region().GetData(), selection);
+    doc->cOriginal_Click();
+    main_->MenuExec("INVERT");
+    EXPECT_EQ(doc->HistoryPosition(), states + 1);
+    // A filter's progress ends at 100 %; once it is done the bar is empty again.
+    int32_t lastProgress = -1;
+    const auto progress = main_->Filter().Progress;
+    main_->Filter().Progress = [&](int32_t& p) {
+        lastProgress = p;
+        progress(p);
+    };
+    main_->MenuExec("LIGHTBLUR");
+    EXPECT_EQ(lastProgress, 100);
+    EXPECT_EQ(main_->progressBar()->value(), 0);
+    main_->Filter().Progress = progress;
 
     // The sizing words reach their routines (their work is tested with the sizing commands).
     main_->MenuExec("A180");

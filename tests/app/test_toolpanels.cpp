@@ -20,6 +20,7 @@
 #include <QLabel>
 #include <QLineEdit>
 #include <QListWidget>
+#include <QMdiArea>
 #include <QScrollBar>
 #include <QSpinBox>
 #include <QToolBar>
@@ -524,6 +525,17 @@ TEST_F(ToolPanelsTest, ToolButtonsWithADocument) {
     // Layers shows the Layer view; any other tool brings the Enhanced view back.
     button("Layers")->trigger();
     EXPECT_EQ(doc->CurrentView(), fImage::ViewLayers);
+    // A document made active takes hand scrolling from the hand buttons: not from Layers.
+    fImage* second = openDocument();
+    second->Form_Activate();
+    EXPECT_FALSE(second->MouseScroll());
+    button("MouseScroll")->trigger();
+    fImage* third = openDocument();
+    third->Form_Activate();
+    EXPECT_TRUE(third->MouseScroll());
+    main_->mdiArea()->setActiveSubWindow(main_->mdiArea()->subWindowList().front());
+    doc->Form_Activate();
+    button("Layers")->trigger();
     button("Shape")->trigger();
     EXPECT_EQ(doc->CurrentView(), fImage::ViewEnhanced);
     EXPECT_EQ(main_->toolPanels()->VisiblePanel(), "Shape");

@@ -676,6 +676,35 @@ TEST_F(PasteTool, SpaceFixesThePasteAndItGoesOnFollowing) {
               (Rows{"##....", "#.....", "##....", "#.....", "......", "......"}));
 }
 
+TEST_F(PasteTool, AnotherDocumentTakingOverTakesThePasteAway) {
+    useTool("Brush");
+    Settings.SelectPressure = 100;
+    fImage* doc = makeDocument(host, solidBits(6, 6, 0, 0, 0));
+    host.ClipBuffer = clip();
+    host.PendingPaste = true;
+    host.ActionLabel = "Paste";
+    hover(doc, QPoint(3, 3));
+    ASSERT_NE(doc->bits(), solidBits(6, 6, 0, 0, 0)); // the paste shows in the picture
+    // Another document becomes active before this one hears of its deactivation.
+    fImage* other = makeDocument(host, solidBits(3, 3, 9, 9, 9));
+    EXPECT_FALSE(host.PendingPaste);
+    EXPECT_EQ(doc->bits(), solidBits(6, 6, 0, 0, 0));
+    EXPECT_EQ(doc->HistoryPosition(), 1);
+    EXPECT_FALSE(doc->Model().EditOpen());
+    EXPECT_EQ(host.filter.bits(), other->bits());
+
+    // And when it hears first: its deactivation takes the paste away.
+    doc->Form_Activate();
+    host.PendingPaste = true;
+    hover(doc, QPoint(2, 2));
+    hover(doc, QPoint(3, 3));
+    ASSERT_NE(doc->bits(), solidBits(6, 6, 0, 0, 0));
+    doc->Form_Deactivate();
+    EXPECT_FALSE(host.PendingPaste);
+    EXPECT_EQ(doc->bits(), solidBits(6, 6, 0, 0, 0));
+    EXPECT_EQ(doc->HistoryPosition(), 1);
+}
+
 // --- Keys ---------------------------------------------------------------------------------
 
 TEST_F(ToolKeys, ArrowsMoveTheLastPointOnePixel) {
@@ -714,6 +743,29 @@ TEST_F(ToolKeys, SpaceWithTheTextToolStampsAgain) {
     EXPECT_EQ(doc->HistoryPosition(), 2);
     EXPECT_EQ(doc->History().ActionNames[1], "Text");
     release(doc, QPoint(3, 2));
+}
+
+TEST_F(ToolScroll, AStrokeOnAScrolledImageStartsWhereThePressIs) {
+    // A pencil click and a free-hand shape stroke on an image scrolled by (30, 20): the
+    // first segment starts at the pressed pixel, not at the press less the scroll values.
+    for (const char* tool : {"Pencil", "Shape"}) {
+        SCOPED_TRACE(tool);
+        useTool(tool);
+        Settings.ShapeKind = 1;
+        Settings.ShapePressure = 100;
+        fImage* doc = test::makeDocument(host, solidBits(100, 100, 0, 0, 0), 40, 40);
+        doc->Form_Activate();
+        doc->Scroll(30, 20);
+        stroke(doc, {QPoint(5, 5), QPoint(8, 5)});
+        Bits expected = solidBits(100, 100, 0, 0, 0);
+        DoneBits done;
+        const Region all = Region::rect(0, 0, 100, 100);
+        BitsLine(expected, all, done, 35, 25, 35, 25, 0xFFFFFF, 100);
+        BitsLine(expected, all, done, 35, 25, 38, 25, 0xFFFFFF, 100);
+        EXPECT_EQ(doc->bits(), expected);
+        EXPECT_EQ(doc->bits()(0, 5, 5), 0); // nothing from the press less the scroll values
+        EXPECT_EQ(doc->HistoryPosition(), 2);
+    }
 }
 
 // --- Hand scrolling -----------------------------------------------------------------------

@@ -20,6 +20,7 @@
 #include "app/shell/options.h"
 #include "app/shell/resetsettings.h"
 #include "app/sizing/sizing.h"
+#include "app/textdialogs.h"
 #include "document/clipboard.h"
 #include "document/dialogs.h"
 #include "document/fileops.h"
@@ -421,6 +422,13 @@ void fMain::runRoutine(const MenuEntry& entry) {
         if (!GetActiveDocument(ActiveDocument)) return;
         route(qname);
         RestoreOriginal(*this);
+    } else if (name == "NEWLAYER_Click" && entry.index >= 0 && entry.index <= 2) {
+        // "Shadow Text", "3D Text", "Style Text": the text dialogs, on the active document.
+        if (!GetActiveDocument(ActiveDocument)) return;
+        route(qname);
+        OpenTextDialog(this, entry.index == 0   ? TextDialogKind::Logo
+                             : entry.index == 1 ? TextDialogKind::Text3D
+                                                : TextDialogKind::StyleText);
     } else {
         // The layer routines and the bump mapping dialog: all act on the active document.
         if (!GetActiveDocument(ActiveDocument)) return;

@@ -6,6 +6,7 @@
 #include "app/panels/toolicons.h"
 #include "app/settings/settings.h"
 #include "app/shell/compactpath.h"
+#include "app/textdialogs.h"
 #include "app/textures/ftooltextures.h"
 #include "app/toolbox.h"
 #include "app/toolpanels.h"
@@ -141,6 +142,7 @@ fMain::fMain(QWidget* parent) : QMainWindow(parent) {
     // The new-image dialog lives below the application; its colour well opens the
     // program's own chooser.
     fNew::ChooseColour = [](QWidget* parent, int32_t& colour) { return PickColour(parent, colour); };
+    InstallTextDialogs();
 }
 
 fMain::~fMain() {
@@ -516,13 +518,16 @@ void fMain::tb_ButtonClick(int button) {
     switch (button) {
     case 1:
         route("fLayerText");
-        break; // style text dialog
+        OpenTextDialog(this, TextDialogKind::StyleText);
+        break;
     case 2:
         route("f3D");
-        break; // 3D text dialog
+        OpenTextDialog(this, TextDialogKind::Text3D);
+        break;
     case 3:
         route("LogoMan");
-        break; // logo maker
+        OpenTextDialog(this, TextDialogKind::Logo);
+        break;
     case 0:
     case 4:
         route("ShowGrip");

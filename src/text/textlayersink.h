@@ -19,7 +19,7 @@ namespace ostrivex {
 // 4 logo).
 struct FinishedText {
     Bits picture;
-    int32_t transparentColor = 0xFFFFFF; // the layer's colour key, 0x00BBGGRR
+    int32_t transparentColor = 0xFFFFFF; // the layer's colour key, 0x00BBGGRR; -1 for none
     TextRecord record;
     QString name; // the layer's name: empty, or the logo's text ("No Text" for none)
 };

@@ -69,6 +69,11 @@ void DrawStyledText(Bits& picture, const QString& text, const QString& fontName,
 Bits DrawStyleTextLayer(const StyleTextSettings& s) {
     Bits layer(std::max(s.width, 1), std::max(s.height, 1));
     fill(layer, s.background);
+    DrawStyleText(layer, s);
+    return layer;
+}
+
+void DrawStyleText(Bits& layer, const StyleTextSettings& s) {
     const int weight = s.bold ? 700 : 400;
     switch (TextStyle(s.style)) {
     case TextStyle::Plain:
@@ -87,7 +92,6 @@ Bits DrawStyleTextLayer(const StyleTextSettings& s) {
     }
     default: break; // no such style: the layer stays blank
     }
-    return layer;
 }
 
 TextRecord StyleTextRecord(const StyleTextSettings& s) {

@@ -57,6 +57,8 @@ struct StyleTextSettings {
 // the upper left, and "Engrave" only the emboss colour, to the lower right. A style index
 // outside the list leaves the layer blank.
 Bits DrawStyleTextLayer(const StyleTextSettings& s);
+// The same drawing onto a picture as it stands (no clearing, the size is the picture's).
+void DrawStyleText(Bits& picture, const StyleTextSettings& s);
 
 // The record the dialog hands on, and the settings an edited layer's record brings back
 // (the picture's size and colours stay as `base` has them).

@@ -69,6 +69,7 @@ std::string rangeText(const ArgSpec& a) {
     case ArgSpec::Kind::Bool: s << "0 or -1"; break;
     case ArgSpec::Kind::Colour: s << "colour 0x00BBGGRR as decimal"; break;
     case ArgSpec::Kind::Path: s << "an image file"; break;
+    case ArgSpec::Kind::Text: s << "any text without a comma"; break;
     case ArgSpec::Kind::Word:
         for (size_t i = 0; i < a.words.size(); ++i) s << (i ? " | " : "") << a.words[i];
         break;
@@ -84,6 +85,10 @@ bool parseArg(const ArgSpec& gradient, const std::string& text, ArgValue& out, s
             error = "argument " + gradient.name + ": a file name is needed";
             return false;
         }
+        out.word = text;
+        return true;
+    }
+    if (gradient.kind == ArgSpec::Kind::Text) {
         out.word = text;
         return true;
     }
@@ -126,7 +131,8 @@ bool parseArg(const ArgSpec& gradient, const std::string& text, ArgValue& out, s
         v = v != 0 ? -1 : 0;
         break;
     case ArgSpec::Kind::Word:
-    case ArgSpec::Kind::Path: break;
+    case ArgSpec::Kind::Path:
+    case ArgSpec::Kind::Text: break;
     case ArgSpec::Kind::Colour:
         if (v != std::floor(v) || v < 0 || v > 0xFFFFFF) {
             error = "argument " + gradient.name + ": " + text +

@@ -24,7 +24,7 @@ namespace ostrivex::batch {
 
 // One argument of an operation: its name, kind and the range the editor's dialogs allow.
 struct ArgSpec {
-    enum class Kind { Int, Float, Bool, Colour, Word, Path };
+    enum class Kind { Int, Float, Bool, Colour, Word, Path, Text };
     std::string name;
     Kind kind = Kind::Int;
     double min = 0;

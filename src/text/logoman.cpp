@@ -338,6 +338,7 @@ QWidget* LogoMan::buildBackgroundTab() {
     });
     connect(CmdClearBack, &QPushButton::clicked, this, [this] {
         backPicture_ = Bits();
+        ++backPictureGeneration_;
         Redraw();
     });
     return tab;

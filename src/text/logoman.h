@@ -156,6 +156,16 @@ class LogoMan : public QDialog {
     int32_t key_ = 0;
     LogoTexture fontTexture_, borderTexture_;
     Bits backPicture_;
+    int backPictureGeneration_ = 0; // counts the pictures loaded or cleared
+    // The background painted for the settings of `backKey_`: typing does not repaint it.
+    struct BackgroundKey {
+        int width = 0, height = 0, background = -1, generation = 0, moveX = 0, moveY = 0;
+        int32_t colour = 0;
+        LogoGradient gradient;
+        bool tile = false, shrink = false, stretch = false;
+        bool operator==(const BackgroundKey&) const = default;
+    } backKey_;
+    Bits background_;
     QString textureFolder_;
     QLabel* fontTexturePreview_ = nullptr;
     QLabel* borderTexturePreview_ = nullptr;

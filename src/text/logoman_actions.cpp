@@ -159,7 +159,14 @@ LogoSettings LogoMan::settings() const {
 }
 
 void LogoMan::Redraw() {
-    state_ = DrawLogo(settings());
+    const LogoSettings s = settings();
+    const BackgroundKey key{s.width, s.height, int(s.background), backPictureGeneration_, s.moveX,
+                            s.moveY, s.backColour, s.backGradient, s.tile, s.shrink, s.stretch};
+    if (!(key == backKey_) || background_.empty()) {
+        background_ = PaintLogoBackground(s, s.width, s.height);
+        backKey_ = key;
+    }
+    state_ = DrawLogo(s, background_);
     {
         const QSignalBlocker block(CboFX);
         CboFX->setCurrentIndex(-1);
@@ -251,6 +258,7 @@ bool LogoMan::LoadBackgroundFile(const QString& path) {
         return false;
     }
     backPicture_ = t;
+    ++backPictureGeneration_;
     {
         const QSignalBlocker block(OptTab2[0]);
         OptTab2[0]->setChecked(true);

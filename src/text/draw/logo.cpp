@@ -104,9 +104,16 @@ void invert(Bits& b) {
 
 LogoState DrawLogo(const LogoSettings& s) {
     const int W = std::clamp(s.width, 1, kMaxSide), H = std::clamp(s.height, 1, kMaxSide);
+    return DrawLogo(s, PaintLogoBackground(s, W, H));
+}
+
+LogoState DrawLogo(const LogoSettings& s, const Bits& background) {
+    const int W = std::clamp(s.width, 1, kMaxSide), H = std::clamp(s.height, 1, kMaxSide);
     LogoState st;
     // 1. The background.
-    st.background = PaintLogoBackground(s, W, H);
+    st.background = background.width() == W && background.height() == H
+                        ? background
+                        : PaintLogoBackground(s, W, H);
     st.picture = st.background;
     st.fontPixels = FontPixelHeight(float(s.fontSize));
 

@@ -29,6 +29,7 @@ struct LogoGradient {
     GradientStyle style = GradientStyle::Horizontal;
     int32_t colour1 = 0x0000FF;
     int32_t colour2 = 0xFF0000;
+    bool operator==(const LogoGradient&) const = default;
 };
 
 // A texture and how it is laid: tiled from the picture's corner, and with `deform` waved
@@ -93,6 +94,9 @@ struct LogoState {
 // emboss and engrave edges at a distance; alpha blending of the letters; mirror; invert.
 // An empty text draws the background only.
 LogoState DrawLogo(const LogoSettings& s);
+// The same on a background already painted by PaintLogoBackground for these settings (a
+// dialog keeps it while only the text or the letters change).
+LogoState DrawLogo(const LogoSettings& s, const Bits& background);
 
 // The background step alone (`PaintBackground`).
 Bits PaintLogoBackground(const LogoSettings& s, int width, int height);

@@ -14,6 +14,7 @@ namespace ostrivex {
 namespace {
 
 constexpr double kPi = 3.14159265358979323846;
+constexpr int kCircleSteps = 4096;
 
 void put(uint8_t* d, uint32_t c) {
     d[0] = colourB(c);
@@ -54,9 +55,14 @@ int wrap(int v, int n) {
 } // namespace
 
 uint32_t LerpColour(uint32_t a, uint32_t b, double t) {
-    auto ch = [&](uint8_t x, uint8_t y) { return clampByte(vbRound(x + (y - x) * t)); };
-    return packColour(ch(colourR(a), colourR(b)), ch(colourG(a), colourG(b)),
-                      ch(colourB(a), colourB(b)));
+    if (!(t > 0)) return a & 0xFFFFFFu;
+    if (t >= 1) return b & 0xFFFFFFu;
+    const int w = int(t * 65536 + 0.5); // the share of b in 1/65536
+    auto ch = [w](uint32_t x, uint32_t y) {
+        return uint32_t((int(x) * 65536 + (int(y) - int(x)) * w + 32768) >> 16);
+    };
+    return ch(a & 0xFF, b & 0xFF) | ch((a >> 8) & 0xFF, (b >> 8) & 0xFF) << 8 |
+           ch((a >> 16) & 0xFF, (b >> 16) & 0xFF) << 16;
 }
 
 void PaintGradient(Bits& out, int left, int top, int w, int h, const LogoGradient& g) {
@@ -66,23 +72,48 @@ void PaintGradient(Bits& out, int left, int top, int w, int h, const LogoGradien
     const double radius = std::max(1.0, std::hypot((w - 1) / 2.0, (h - 1) / 2.0));
     const int x0 = std::max(0, left), x1 = std::min(out.width(), left + w);
     const int y0 = std::max(0, top), y1 = std::min(out.height(), top + h);
-    // One colour per column or row for the straight styles.
+    // One colour per column or row for the straight styles; for the circle one per step of
+    // 1/4096 of the radius.
     std::vector<uint32_t> ramp;
     if (g.style == GradientStyle::Horizontal || g.style == GradientStyle::Vertical) {
         const int n = g.style == GradientStyle::Horizontal ? w : h;
         ramp.resize(size_t(n));
         for (int i = 0; i < n; ++i) ramp[size_t(i)] = LerpColour(c1, c2, n > 1 ? double(i) / (n - 1) : 0);
+    } else {
+        ramp.resize(kCircleSteps + 1);
+        for (int i = 0; i <= kCircleSteps; ++i) ramp[size_t(i)] = LerpColour(c1, c2, double(i) / kCircleSteps);
+    }
+    std::vector<float> dx2;
+    std::vector<int> index;
+    const float inverse = float(1.0 / radius);
+    if (g.style == GradientStyle::Circular && x1 > x0) {
+        dx2.resize(size_t(x1 - x0));
+        index.resize(size_t(x1 - x0));
+        for (int x = x0; x < x1; ++x) dx2[size_t(x - x0)] = float((x - cx) * (x - cx));
     }
     for (int y = y0; y < y1; ++y) {
         uint8_t* d = out.pixel(x0, y);
-        for (int x = x0; x < x1; ++x, d += 4) {
-            switch (g.style) {
-            case GradientStyle::Horizontal: put(d, ramp[size_t(x - left)]); break;
-            case GradientStyle::Vertical: put(d, ramp[size_t(y - top)]); break;
-            case GradientStyle::Circular:
-                put(d, LerpColour(c1, c2, std::min(1.0, std::hypot(x - cx, y - cy) / radius)));
-                break;
-            }
+        switch (g.style) {
+        case GradientStyle::Horizontal:
+            for (int x = x0; x < x1; ++x, d += 4) put(d, ramp[size_t(x - left)]);
+            break;
+        case GradientStyle::Vertical: {
+            const uint32_t c = ramp[size_t(y - top)];
+            for (int x = x0; x < x1; ++x, d += 4) put(d, c);
+            break;
+        }
+        case GradientStyle::Circular: {
+            // The steps of a row first (a loop the compiler runs four lanes wide), then the
+            // colours.
+            const float dy2 = float((y - cy) * (y - cy));
+            const float* dx2p = dx2.data();
+            int* ip = index.data();
+            const int n = x1 - x0;
+            for (int i = 0; i < n; ++i)
+                ip[i] = int(std::min(1.0f, std::sqrt(dx2p[i] + dy2) * inverse) * kCircleSteps + 0.5f);
+            for (int i = 0; i < n; ++i, d += 4) put(d, ramp[size_t(ip[i])]);
+            break;
+        }
         }
     }
 }

@@ -7,7 +7,8 @@
 
 namespace ostrivex {
 
-// a + (b - a) * t per channel, rounded (0x00BBGGRR colours).
+// a + (b - a) * t per channel, rounded to nearest, halves up (0x00BBGGRR colours; t is
+// taken in steps of 1/65536).
 uint32_t LerpColour(uint32_t a, uint32_t b, double t);
 // The texture's colour for picture pixel (x, y): tiled from the corner, waved when the
 // texture deforms.

@@ -43,11 +43,20 @@ template <class Seed> std::vector<int> chessboard(int w, int h, int cap, Seed se
 } // namespace
 
 void SmearInto(const Mask& m, Mask& out, int dx, int dy, int d) {
-    for (int k = 1; k <= d; ++k) {
-        const int ox = dx * k, oy = dy * k;
-        for (int y = std::max(0, oy); y < std::min(m.h, m.h + oy); ++y)
-            for (int x = std::max(0, ox); x < std::min(m.w, m.w + ox); ++x)
-                out.at(x, y) = std::max(out.at(x, y), m.at(x - ox, y - oy));
+    if (d < 1) return;
+    // A pixel is set when a set pixel of `m` lies 1 to d steps back along (dx, dy): one pass
+    // per line, remembering how far back the last set pixel was.
+    const bool alongRows = dx != 0;
+    const int lines = alongRows ? m.h : m.w, length = alongRows ? m.w : m.h;
+    const int step = alongRows ? dx : dy;
+    for (int line = 0; line < lines; ++line) {
+        int since = d + 1; // steps since the last set pixel, capped
+        for (int i = 0; i < length; ++i) {
+            const int pos = step > 0 ? i : length - 1 - i;
+            const int x = alongRows ? pos : line, y = alongRows ? line : pos;
+            if (since <= d) out.at(x, y) = 255;
+            since = m.at(x, y) ? 1 : std::min(since + 1, d + 1);
+        }
     }
 }
 
@@ -69,14 +78,18 @@ std::vector<int> InnerDistance(const Mask& m, int cap) {
 
 Mask SoftenMask(const Mask& m) {
     Mask out(m.w, m.h);
-    static constexpr int k[3] = {1, 2, 1};
+    // Rows of the (1 2 1) sum first, then columns; outside the picture reads as empty.
+    std::vector<int> rows(size_t(m.w) * size_t(m.h));
     for (int y = 0; y < m.h; ++y)
         for (int x = 0; x < m.w; ++x) {
-            int sum = 0;
-            for (int j = -1; j <= 1; ++j)
-                for (int i = -1; i <= 1; ++i)
-                    if (m.inside(x + i, y + j)) sum += k[i + 1] * k[j + 1] * m.at(x + i, y + j);
-            out.at(x, y) = uint8_t((sum + 8) / 16);
+            const int l = x > 0 ? m.at(x - 1, y) : 0, r = x + 1 < m.w ? m.at(x + 1, y) : 0;
+            rows[size_t(y) * size_t(m.w) + size_t(x)] = l + 2 * m.at(x, y) + r;
+        }
+    for (int y = 0; y < m.h; ++y)
+        for (int x = 0; x < m.w; ++x) {
+            const size_t i = size_t(y) * size_t(m.w) + size_t(x);
+            const int u = y > 0 ? rows[i - size_t(m.w)] : 0, dn = y + 1 < m.h ? rows[i + size_t(m.w)] : 0;
+            out.a[i] = uint8_t((u + 2 * rows[i] + dn + 8) / 16);
         }
     return out;
 }

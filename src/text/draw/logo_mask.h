@@ -20,7 +20,8 @@ struct Mask {
     bool inside(int x, int y) const { return x >= 0 && y >= 0 && x < w && y < h; }
 };
 
-// `m` with copies shifted by every distance 1 to `d` along (dx, dy) added.
+// Sets (255) every pixel of `out` that a set pixel of `m` reaches when shifted by a
+// distance of 1 to `d` along (dx, dy), one of which is 0.
 void SmearInto(const Mask& m, Mask& out, int dx, int dy, int d);
 // The chessboard distance of every pixel to the nearest set pixel of `m` (0 on it), held
 // to `cap` + 1.

@@ -96,11 +96,25 @@ void TextStamp::render(const QRect& window) {
         p.drawText(QPoint(0, ascent_), text_);
     }
     const int w = window.width();
+    runs_.clear();
+    rowRuns_.assign(size_t(window.height()) + 1, 0);
     for (int y = 0; y < window.height(); ++y) {
         const auto* src = reinterpret_cast<const QRgb*>(image.constScanLine(y));
         uint8_t* dst = mask_.data() + size_t(y) * size_t(w);
-        for (int x = 0; x < w; ++x) dst[x] = qAlpha(src[x]) >= 128 ? 255 : 0;
+        rowRuns_[size_t(y)] = runs_.size();
+        int start = -1;
+        for (int x = 0; x < w; ++x) {
+            const bool on = qAlpha(src[x]) >= 128;
+            dst[x] = on ? 255 : 0;
+            if (on && start < 0) start = x;
+            if (!on && start >= 0) {
+                runs_.emplace_back(start, x);
+                start = -1;
+            }
+        }
+        if (start >= 0) runs_.emplace_back(start, w);
     }
+    rowRuns_[size_t(window.height())] = runs_.size();
 }
 
 std::vector<uint8_t> TextStamp::Mask(const QRect& window) {
@@ -131,14 +145,15 @@ void TextStamp::Stamp(Bits& picture, int x, int y, uint32_t colour) {
         render(int64_t(grown.width()) * grown.height() <= kMaxPreparedPixels ? grown : need);
     }
     const uint8_t b = colourB(colour), g = colourG(colour), r = colourR(colour);
-    const size_t mw = size_t(window_.width());
+    // The needed columns in mask coordinates.
+    const int lo = need.left() - window_.left(), hi = need.right() + 1 - window_.left();
     for (int my = need.top(); my <= need.bottom(); ++my) {
-        const uint8_t* m = mask_.data() + size_t(my - window_.top()) * mw +
-                           size_t(need.left() - window_.left());
-        uint8_t* d = picture.pixel(need.left() + x, my + y);
-        const int n = need.width();
-        for (int i = 0; i < n; ++i, d += 4) {
-            if (m[i]) {
+        const size_t row = size_t(my - window_.top());
+        for (size_t k = rowRuns_[row]; k < rowRuns_[row + 1]; ++k) {
+            const int first = std::max(runs_[k].first, lo), end = std::min(runs_[k].second, hi);
+            if (first >= end) continue;
+            uint8_t* d = picture.pixel(window_.left() + x + first, my + y);
+            for (uint8_t* stop = d + ptrdiff_t(end - first) * 4; d < stop; d += 4) {
                 d[0] = b;
                 d[1] = g;
                 d[2] = r;

@@ -80,6 +80,10 @@ class TextStamp {
     QRect extent_;         // every pixel the text can touch, relative to the pen point
     QRect window_;         // the part drawn into mask_
     std::vector<uint8_t> mask_;
+    // The mask's runs of text pixels, row by row: row r's runs are runs_[rowRuns_[r]] up to
+    // runs_[rowRuns_[r + 1]], each [first, last + 1) in mask columns.
+    std::vector<std::pair<int, int>> runs_;
+    std::vector<size_t> rowRuns_;
 };
 
 } // namespace ostrivex

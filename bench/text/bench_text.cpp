@@ -15,6 +15,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QRadioButton>
+#include <QSlider>
 #include <QFontDatabase>
 #include <QLineEdit>
 #include <QSpinBox>
@@ -117,6 +118,8 @@ BENCHMARK(BM_DialogStyleText)->Unit(benchmark::kMillisecond);
 void BM_Dialog3DText(benchmark::State& state) {
     f3D d(nullptr, nullptr);
     d.Combo1->setCurrentText(family);
+    d.HScroll2->setValue(96);
+    d.Check4->setChecked(true);
     d.canvas->SetLayerSize(QSize(1000, 300));
     int i = 0;
     for (auto _ : state) d.Text1->setText(kTexts[i++ & 1]);

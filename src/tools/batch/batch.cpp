@@ -169,6 +169,8 @@ bool parseBox(const std::string& text, Rect& box, std::string& error) {
 std::optional<Step> parseStep(const std::string& text, std::string& error) {
     const size_t colon = text.find(':');
     const std::string name = text.substr(0, colon);
+    if (name == "EFFECT")
+        return parseEffectStep(text, colon == std::string::npos ? "" : text.substr(colon + 1), error);
     if (colon == std::string::npos) {
         if (const FixedCommand* fc = FindFixedCommand(name)) {
             return Step{text, [fc](StepContext& ctx) {
@@ -238,7 +240,9 @@ void printHelp(std::ostream& out) {
            "writes OUTPUT; both formats follow the file extensions. With no STEP it converts.\n"
            "Rectangle and ellipse boxes have right and bottom exclusive. Colours are decimal\n"
            "packed 0x00BBGGRR (0x hex also accepted); flags are 0 or -1.\n"
-           "On any error it prints one line to stderr, writes nothing and exits with 2.\n\n"
+           "On any error it prints one line to stderr, writes nothing and exits with 2.\n"
+           "  ostrivex-batch --contact-sheet SAMPLE OUTPUT.png  draws every layer effect at two\n"
+           "values on SAMPLE into one sheet.\n\n"
            "Fixed commands:\n";
     for (const FixedCommand& fc : FixedCommands())
         out << "  " << fc.word << "  = " << fc.call << "\n";
@@ -251,6 +255,7 @@ void printHelp(std::ostream& out) {
         for (const ArgSpec& a : s.args) out << "      " << a.name << ": " << rangeText(a) << "\n";
         if (!s.note.empty()) out << "      " << s.note << "\n";
     }
+    printEffectHelp(out);
 }
 
 } // namespace ostrivex::batch
@@ -282,6 +287,10 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
         if (a == "--help" || a == "-h") {
             printHelp(out);
             return 0;
+        }
+        if (a == "--contact-sheet") {
+            if (i + 2 >= args.size()) return fail(err, "--contact-sheet needs a sample picture and an output file");
+            return makeContactSheet(args[i + 1], args[i + 2], err);
         }
         if (a == "--select" || a == "--seed") {
             if (i + 1 >= args.size()) return fail(err, a + " needs a value");

@@ -90,4 +90,15 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
 // The --help text: usage, then every fixed command and every operation with its arguments.
 void printHelp(std::ostream& out);
 
+// The layer effects (batch_effects.cpp): the FX.NAME operations, the EFFECT step (its
+// arguments after the colon), and their part of the help.
+std::vector<StepDef> effectSteps();
+std::optional<Step> parseEffectStep(const std::string& text, const std::string& args,
+                                    std::string& error);
+void printEffectHelp(std::ostream& out);
+
+// Draws every effect node at two values on the sample picture into one labelled sheet
+// (batch_sheet.cpp); returns the exit code like runBatch.
+int makeContactSheet(const std::string& sample, const std::string& output, std::ostream& err);
+
 } // namespace ostrivex::batch

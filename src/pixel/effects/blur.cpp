@@ -1,0 +1,310 @@
+// Blurs and sharpening. All read the working copy, whose guard band repeats the edge
+// pixels, so windows that reach past the edge see the picture continue.
+#include "pixel/effects/corefilter.h"
+#include "pixel/effects/effects.h"
+#include "pixel/effects/frame.h"
+#include "pixel/vbmath.h"
+
+#include <cmath>
+#include <vector>
+
+namespace ostrivex::effects {
+
+namespace {
+
+constexpr double kPi = 3.14159265358979323846;
+
+// Sums of the three rows y - 1, y, y + 1 for every byte of x = -1 .. w (the guard band
+// holds the repeated edge).
+void columnSums3(const Bits& work, int32_t y, std::vector<uint16_t>& out) {
+    const int32_t nb = (work.width() + 2) * 4;
+    const uint8_t* a = work.pixel(-1, y - 1);
+    const uint8_t* b = work.pixel(-1, y);
+    const uint8_t* c = work.pixel(-1, y + 1);
+    out.resize(size_t(nb));
+    for (int32_t k = 0; k < nb; ++k) out[size_t(k)] = uint16_t(a[k] + b[k] + c[k]);
+}
+
+} // namespace
+
+void Blur(Bits& dest, const Bits& src, int32_t key) {
+    runCoreFilter(dest, src, key, true, [](cBitFilter& f) { return f.Blurs(1); });
+}
+
+void Sharpening(Bits& dest, const Bits& src, float amount, int32_t key) {
+    const int32_t level = std::clamp(vbRound(double(amount) * 100.0), 0, 100);
+    runCoreFilter(dest, src, key, true, [&](cBitFilter& f) { return f.SHARPEN(level); });
+}
+
+void AntiAlias(Bits& dest, const Bits& src, int32_t strength, int32_t key) {
+    const Key k(key);
+    const Bits work = workingCopy(src, k);
+    prepareDest(dest, src);
+    const int32_t w = src.width(), h = src.height();
+    const std::vector<uint8_t> luma = lumaPlane(work);
+    const size_t pw = size_t(w + 2);
+    const int32_t s = std::clamp(strength, 0, 100);
+    std::vector<uint16_t> sums;
+    std::vector<uint8_t> lo(pw), hi(pw);
+    for (int32_t y = 0; y < h; ++y) {
+        columnSums3(work, y, sums);
+        const uint8_t* l0 = luma.data() + size_t(y) * pw;
+        const uint8_t* l1 = l0 + pw;
+        const uint8_t* l2 = l1 + pw;
+        for (size_t i = 0; i < pw; ++i) {
+            lo[i] = std::min({l0[i], l1[i], l2[i]});
+            hi[i] = std::max({l0[i], l1[i], l2[i]});
+        }
+        const uint8_t* p = work.row(y);
+        uint8_t* d = dest.row(y);
+        for (int32_t x = 0; x < w; ++x) {
+            const size_t i = size_t(x) + 1; // luma column of x
+            const int32_t range = std::max({hi[i - 1], hi[i], hi[i + 1]}) -
+                                  std::min({lo[i - 1], lo[i], lo[i + 1]});
+            // Full smoothing from a step of 64 levels up, none on flat ground.
+            const int32_t wgt = std::min(range * 4, 256) * s / 100;
+            for (int c = 0; c < 3; ++c) {
+                const size_t b = size_t(4 * x + c) + 4; // sums start at x = -1
+                const int32_t mean = (sums[b - 4] + sums[b] + sums[b + 4] + 4) / 9;
+                const int32_t v = p[4 * x + c];
+                d[4 * x + c] = uint8_t(v + (((mean - v) * wgt + 128) >> 8));
+            }
+        }
+        finishRow(src.row(y), d, w, k);
+    }
+}
+
+void SmartBlur(Bits& dest, const Bits& src, int32_t threshold, int32_t key) {
+    const Key k(key);
+    const Bits work = workingCopy(src, k);
+    prepareDest(dest, src);
+    const int32_t w = src.width(), h = src.height();
+    const int32_t t = std::max(threshold, 0);
+    const ptrdiff_t stride = ptrdiff_t(work.stride());
+    for (int32_t y = 0; y < h; ++y) {
+        uint8_t* d = dest.row(y);
+        for (int32_t x = 0; x < w; ++x) {
+            const uint8_t* p = work.pixel(x, y);
+            int32_t sb = 0, sg = 0, sr = 0, n = 0;
+            for (int32_t dy = -2; dy <= 2; ++dy)
+                for (int32_t dx = -2; dx <= 2; ++dx) {
+                    const uint8_t* q = p + dy * stride + 4 * dx;
+                    const int32_t diff = std::max({std::abs(q[0] - p[0]), std::abs(q[1] - p[1]),
+                                                   std::abs(q[2] - p[2])});
+                    const int32_t in = diff <= t;
+                    sb += q[0] * in;
+                    sg += q[1] * in;
+                    sr += q[2] * in;
+                    n += in;
+                }
+            d[4 * x] = uint8_t((sb + n / 2) / n);
+            d[4 * x + 1] = uint8_t((sg + n / 2) / n);
+            d[4 * x + 2] = uint8_t((sr + n / 2) / n);
+        }
+        finishRow(src.row(y), d, w, k);
+    }
+}
+
+void AdvancedBlur(Bits& dest, const Bits& src, int32_t amount, int32_t spread, int32_t edgeMode,
+                  int32_t key) {
+    const Key k(key);
+    const int32_t r = std::max(0, vbRound(amount * double(spread) / 20.0));
+    Bits work = workingCopy(src, k);
+    prepareDest(dest, src);
+    smoothBlur(work, dest, r);
+    if (edgeMode == 0 && r > 0) {
+        // Black beyond the edges: each row and column weighted by the share of a blurred
+        // window that falls inside the picture.
+        auto coverage = [r](int32_t n) {
+            std::vector<double> v(static_cast<size_t>(n), 1.0), tmp(static_cast<size_t>(n));
+            for (int pass = 0; pass < 3; ++pass) {
+                for (int32_t i = 0; i < n; ++i) {
+                    double s = 0;
+                    for (int32_t j = std::max(i - r, 0); j <= std::min(i + r, n - 1); ++j) s += v[size_t(j)];
+                    tmp[size_t(i)] = s / (2 * r + 1);
+                }
+                v.swap(tmp);
+            }
+            return v;
+        };
+        const std::vector<double> cx = coverage(src.width()), cy = coverage(src.height());
+        for (int32_t y = 0; y < src.height(); ++y) {
+            uint8_t* d = dest.row(y);
+            for (int32_t x = 0; x < src.width(); ++x)
+                for (int c = 0; c < 3; ++c)
+                    d[4 * x + c] = uint8_t(d[4 * x + c] * cx[size_t(x)] * cy[size_t(y)] + 0.5);
+        }
+    }
+    dest.zeroGuard();
+    finishKey(dest, src, k);
+}
+
+void SoftnerBlur(Bits& dest, const Bits& src, int32_t key) {
+    const Key k(key);
+    Bits work = workingCopy(src, k);
+    prepareDest(dest, src);
+    smoothBlur(work, work, 3);
+    for (int32_t y = 0; y < src.height(); ++y) {
+        const uint8_t* s = src.row(y);
+        const uint8_t* b = work.row(y);
+        uint8_t* d = dest.row(y);
+        for (int32_t i = 0; i < src.width() * 4; ++i) d[i] = uint8_t((s[i] + b[i] + 1) >> 1);
+        finishRow(s, d, src.width(), k);
+    }
+}
+
+void MotionBlur(Bits& dest, const Bits& src, double degrees, int32_t length, int32_t key) {
+    const Key k(key);
+    const Bits work = workingCopy(src, k);
+    prepareDest(dest, src);
+    const int32_t w = src.width(), h = src.height();
+    const int32_t n = std::clamp(length, 1, 255);
+    // The taps: n points along the direction, centred on the pixel (screen y points down).
+    const double t = degrees * kPi / 180.0;
+    std::vector<int32_t> tx(static_cast<size_t>(n)), ty(static_cast<size_t>(n));
+    int32_t reach = 0;
+    for (int32_t i = 0; i < n; ++i) {
+        const double along = i - (n - 1) / 2.0;
+        tx[size_t(i)] = vbRound(along * std::cos(t));
+        ty[size_t(i)] = vbRound(-along * std::sin(t));
+        reach = std::max(reach, std::abs(tx[size_t(i)]));
+    }
+    const uint32_t m = (1u << 24) / uint32_t(n) + 1; // sum * m >> 24 = sum / n
+    std::vector<uint32_t> acc(size_t(w) * 4u);
+    for (int32_t y = 0; y < h; ++y) {
+        std::fill(acc.begin(), acc.end(), 0u);
+        for (int32_t i = 0; i < n; ++i) {
+            const uint8_t* row = work.row(clampTo(y + ty[size_t(i)], 0, h - 1));
+            const int32_t dx = tx[size_t(i)];
+            // The interior needs no clamping; the ends take the edge pixels.
+            const int32_t x0 = std::clamp(-dx, 0, w), x1 = std::clamp(w - dx, x0, w);
+            for (int32_t x = 0; x < x0; ++x)
+                for (int c = 0; c < 3; ++c) acc[size_t(4 * x + c)] += row[4 * clampTo(x + dx, 0, w - 1) + c];
+            const uint8_t* shifted = row + 4 * dx;
+            for (int32_t b = 4 * x0; b < 4 * x1; ++b) acc[size_t(b)] += shifted[b];
+            for (int32_t x = x1; x < w; ++x)
+                for (int c = 0; c < 3; ++c) acc[size_t(4 * x + c)] += row[4 * clampTo(x + dx, 0, w - 1) + c];
+        }
+        uint8_t* d = dest.row(y);
+        for (int32_t b = 0; b < 4 * w; ++b) d[b] = uint8_t((uint64_t(acc[size_t(b)]) * m) >> 24);
+        finishRow(src.row(y), d, w, k);
+    }
+    (void)reach;
+}
+
+void FarBlur(Bits& dest, const Bits& src, int32_t radius, int32_t key) {
+    const Key k(key);
+    Bits work = workingCopy(src, k);
+    prepareDest(dest, src);
+    const int32_t h = src.height();
+    // No blur over the middle half of the height; towards the top and bottom it grows
+    // smoothly to the full radius.
+    std::vector<int32_t> r(static_cast<size_t>(h));
+    for (int32_t y = 0; y < h; ++y) {
+        const double t = h > 1 ? std::fabs(y - (h - 1) / 2.0) / ((h - 1) / 2.0) : 0.0;
+        double u = std::clamp((t - 0.5) / 0.5, 0.0, 1.0);
+        u = u * u * (3 - 2 * u);
+        r[size_t(y)] = vbRound(std::max(radius, 0) * u);
+    }
+    rowRadiusBlur(work, dest, r);
+    rowRadiusBlur(dest, dest, r);
+    dest.zeroGuard();
+    finishKey(dest, src, k);
+}
+
+namespace {
+
+// The frame of the blurs that sample along a path per pixel: path(x, y, acc) adds the
+// colours of its samples into acc[0..2] and returns their count.
+template <class Path> void pathBlur(Bits& dest, const Bits& src, int32_t key, Path&& path) {
+    const Key k(key);
+    const Bits work = workingCopy(src, k);
+    prepareDest(dest, src);
+    const Sampler sample(work);
+    for (int32_t y = 0; y < src.height(); ++y) {
+        uint8_t* d = dest.row(y);
+        for (int32_t x = 0; x < src.width(); ++x) {
+            uint32_t acc[3] = {0, 0, 0};
+            const uint32_t n = path(sample, x, y, acc);
+            for (int c = 0; c < 3; ++c) d[4 * x + c] = uint8_t((acc[c] + n / 2) / n);
+        }
+        finishRow(src.row(y), d, src.width(), k);
+    }
+}
+
+constexpr int32_t kMaxPathSamples = 24;
+
+inline void addSample(const Sampler& s, float x, float y, uint32_t* acc) {
+    const uint32_t v = s.at(int32_t(x + 0.5f) - (x < -0.5f), int32_t(y + 0.5f) - (y < -0.5f));
+    acc[0] += v & 255u;
+    acc[1] += v >> 8 & 255u;
+    acc[2] += v >> 16 & 255u;
+}
+
+} // namespace
+
+void RadialBlur(Bits& dest, const Bits& src, int32_t degrees, int32_t key) {
+    const double theta = std::clamp(degrees, 0, 360) * kPi / 180.0;
+    const float cx = (src.width() - 1) / 2.0f, cy = (src.height() - 1) / 2.0f;
+    // For each sample count, the turn between two samples.
+    std::vector<float> stepCos(kMaxPathSamples + 1), stepSin(kMaxPathSamples + 1);
+    for (int32_t n = 2; n <= kMaxPathSamples; ++n) {
+        stepCos[size_t(n)] = float(std::cos(theta / (n - 1)));
+        stepSin[size_t(n)] = float(std::sin(theta / (n - 1)));
+    }
+    const float startCos = float(std::cos(-theta / 2)), startSin = float(std::sin(-theta / 2));
+    pathBlur(dest, src, key, [&](const Sampler& s, int32_t x, int32_t y, uint32_t* acc) {
+        const float dx = x - cx, dy = y - cy;
+        const float arc = std::sqrt(dx * dx + dy * dy) * float(theta);
+        const int32_t n = std::clamp(int32_t(arc) + 1, 1, kMaxPathSamples);
+        if (n == 1) {
+            addSample(s, float(x), float(y), acc);
+            return 1u;
+        }
+        float ux = dx * startCos - dy * startSin, uy = dx * startSin + dy * startCos;
+        const float c = stepCos[size_t(n)], sn = stepSin[size_t(n)];
+        for (int32_t i = 0; i < n; ++i) {
+            addSample(s, cx + ux, cy + uy, acc);
+            const float nx = ux * c - uy * sn;
+            uy = ux * sn + uy * c;
+            ux = nx;
+        }
+        return uint32_t(n);
+    });
+}
+
+void ZoomBlur(Bits& dest, const Bits& src, int32_t amount, int32_t key) {
+    const float shrink = std::clamp(amount, 0, 1000) / 1000.0f;
+    const float cx = (src.width() - 1) / 2.0f, cy = (src.height() - 1) / 2.0f;
+    pathBlur(dest, src, key, [&](const Sampler& s, int32_t x, int32_t y, uint32_t* acc) {
+        const float dx = x - cx, dy = y - cy;
+        const float reach = std::sqrt(dx * dx + dy * dy) * shrink;
+        const int32_t n = std::clamp(int32_t(reach) + 1, 1, kMaxPathSamples);
+        // Samples from the pixel towards the centre, over `shrink` of its distance.
+        const float step = n > 1 ? shrink / (n - 1) : 0.0f;
+        for (int32_t i = 0; i < n; ++i) {
+            const float f = 1.0f - step * i;
+            addSample(s, cx + dx * f, cy + dy * f, acc);
+        }
+        return uint32_t(n);
+    });
+}
+
+void UnsharpMask(Bits& dest, const Bits& src, int32_t radius, double amount, int32_t key) {
+    const Key k(key);
+    Bits work = workingCopy(src, k);
+    prepareDest(dest, src);
+    Bits blurred;
+    smoothBlur(work, blurred, std::max(radius, 0));
+    const int32_t a = vbRound(std::clamp(amount, 0.0, 100.0) * 256.0);
+    for (int32_t y = 0; y < src.height(); ++y) {
+        const uint8_t* s = work.row(y);
+        const uint8_t* b = blurred.row(y);
+        uint8_t* d = dest.row(y);
+        for (int32_t i = 0; i < src.width() * 4; ++i)
+            d[i] = clampByte(s[i] + (((s[i] - b[i]) * a + 128) >> 8));
+        finishRow(src.row(y), d, src.width(), k);
+    }
+}
+
+} // namespace ostrivex::effects

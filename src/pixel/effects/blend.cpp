@@ -139,7 +139,10 @@ void AlphaBlendAt(Bits& dest, int32_t width, int32_t height, const Bits& src, in
     for (int32_t y = y0; y < y1; ++y)
         for (int32_t x = x0; x < x1; ++x) {
             const uint32_t sw = load32(src.pixel(x - left, y - top));
-            if (k.is(sw)) continue; // transparent pixels leave the cleared colour
+            if (k.is(sw)) { // transparent pixels stay as they are
+                store32(dest.pixel(x, y), sw);
+                continue;
+            }
             uint32_t out = sw & ~kColourBytes;
             for (int c = 0; c < 3; ++c) {
                 const int32_t a = int32_t(clear >> (8 * c) & 255u), b = int32_t(sw >> (8 * c) & 255u);

@@ -159,37 +159,37 @@ void MotionBlur(Bits& dest, const Bits& src, double degrees, int32_t length, int
     prepareDest(dest, src);
     const int32_t w = src.width(), h = src.height();
     const int32_t n = std::clamp(length, 1, 255);
-    // The taps: n points along the direction, centred on the pixel (screen y points down).
+    // The taps: n points trailing behind the pixel against the direction of motion (screen
+    // y points down), weighed less the farther behind, so the picture moves towards
+    // `degrees` and leaves a fading streak.
     const double t = degrees * kPi / 180.0;
     std::vector<int32_t> tx(static_cast<size_t>(n)), ty(static_cast<size_t>(n));
-    int32_t reach = 0;
     for (int32_t i = 0; i < n; ++i) {
-        const double along = i - (n - 1) / 2.0;
-        tx[size_t(i)] = vbRound(along * std::cos(t));
-        ty[size_t(i)] = vbRound(-along * std::sin(t));
-        reach = std::max(reach, std::abs(tx[size_t(i)]));
+        tx[size_t(i)] = vbRound(-i * std::cos(t));
+        ty[size_t(i)] = vbRound(i * std::sin(t));
     }
-    const uint32_t m = (1u << 24) / uint32_t(n) + 1; // sum * m >> 24 = sum / n
+    const uint32_t total = uint32_t(n) * uint32_t(n + 1) / 2; // the weights n, n - 1, ..., 1
+    const uint64_t m = ((uint64_t(1) << 32) + total - 1) / total;
     std::vector<uint32_t> acc(size_t(w) * 4u);
     for (int32_t y = 0; y < h; ++y) {
         std::fill(acc.begin(), acc.end(), 0u);
         for (int32_t i = 0; i < n; ++i) {
             const uint8_t* row = work.row(clampTo(y + ty[size_t(i)], 0, h - 1));
             const int32_t dx = tx[size_t(i)];
+            const uint32_t weight = uint32_t(n - i);
             // The interior needs no clamping; the ends take the edge pixels.
             const int32_t x0 = std::clamp(-dx, 0, w), x1 = std::clamp(w - dx, x0, w);
             for (int32_t x = 0; x < x0; ++x)
-                for (int c = 0; c < 3; ++c) acc[size_t(4 * x + c)] += row[4 * clampTo(x + dx, 0, w - 1) + c];
+                for (int c = 0; c < 3; ++c) acc[size_t(4 * x + c)] += weight * row[4 * clampTo(x + dx, 0, w - 1) + c];
             const uint8_t* shifted = row + 4 * dx;
-            for (int32_t b = 4 * x0; b < 4 * x1; ++b) acc[size_t(b)] += shifted[b];
+            for (int32_t b = 4 * x0; b < 4 * x1; ++b) acc[size_t(b)] += weight * shifted[b];
             for (int32_t x = x1; x < w; ++x)
-                for (int c = 0; c < 3; ++c) acc[size_t(4 * x + c)] += row[4 * clampTo(x + dx, 0, w - 1) + c];
+                for (int c = 0; c < 3; ++c) acc[size_t(4 * x + c)] += weight * row[4 * clampTo(x + dx, 0, w - 1) + c];
         }
         uint8_t* d = dest.row(y);
-        for (int32_t b = 0; b < 4 * w; ++b) d[b] = uint8_t((uint64_t(acc[size_t(b)]) * m) >> 24);
+        for (int32_t b = 0; b < 4 * w; ++b) d[b] = uint8_t((uint64_t(acc[size_t(b)]) * m + (m >> 1)) >> 32);
         finishRow(src.row(y), d, w, k);
     }
-    (void)reach;
 }
 
 void FarBlur(Bits& dest, const Bits& src, int32_t radius, int32_t key) {

@@ -83,7 +83,8 @@ void AdvancedBlur(Bits& dest, const Bits& src, int32_t amount, int32_t spread, i
                   int32_t key);
 // A soft focus: half the picture, half a wide blur of it.
 void SoftnerBlur(Bits& dest, const Bits& src, int32_t key);
-// A streak of `length` pixels at `degrees` (0 is to the right, counter-clockwise).
+// Motion towards `degrees` (0 to the right, counter-clockwise) leaving a streak of `length`
+// pixels behind.
 void MotionBlur(Bits& dest, const Bits& src, double degrees, int32_t length, int32_t key);
 // A tilt-shift blur: a sharp band across the middle, the blur growing to radius 0..50 at
 // the top and bottom.
@@ -162,7 +163,8 @@ void NotePaper(Bits& dest, const Bits& src, int32_t balance, int32_t smoothness,
 void Stamp(Bits& dest, const Bits& src, int32_t level, int32_t key);
 // A bevel of width pixels along the edges of the picture and of its transparent parts.
 void Make3DEffect(Bits& dest, const Bits& src, int32_t width, int32_t key);
-// Polished metal: bands highlights, shine 0..255 moving them; kind 0 silver, 1 gold, 2 ice.
+// Polished metal: `bands` light and dark bands over the brightness, shine 0..255 moving them;
+// kind 0 silver, 1 gold, 2 ice.
 void Metallic(Bits& dest, const Bits& src, int32_t bands, int32_t shine, int32_t kind,
               int32_t key);
 // Rough stone relief, depth 0..6.

@@ -47,9 +47,10 @@ void Metallic(Bits& dest, const Bits& src, int32_t bands, int32_t shine, int32_t
     constexpr int32_t kLow = -384, kSize = 1024;
     std::vector<uint32_t> table(kSize);
     const double cycles = std::clamp(bands, 1, 32) * 3.14159265358979 / 255.0;
+    // The shine moves the bands by up to three quarters of a light and dark pair.
+    const double phase = std::clamp(shine, 0, 255) / 255.0 * 1.5 * 3.14159265358979;
     for (int32_t i = 0; i < kSize; ++i) {
-        const double v = i + kLow + std::clamp(shine, 0, 255);
-        const float m = float(0.5 - 0.5 * std::cos(v * cycles));
+        const float m = float(0.5 - 0.5 * std::cos((i + kLow) * cycles + phase));
         const Rgb c = metalColour(kind, m);
         table[size_t(i)] = uint32_t(vbRound(c.b)) | uint32_t(vbRound(c.g)) << 8 | uint32_t(vbRound(c.r)) << 16;
     }

@@ -1,5 +1,6 @@
 // Blurs and sharpening. All read the working copy, whose guard band repeats the edge
 // pixels, so windows that reach past the edge see the picture continue.
+#include "pixel/cpuclones.h"
 #include "pixel/effects/corefilter.h"
 #include "pixel/effects/effects.h"
 #include "pixel/effects/frame.h"
@@ -36,6 +37,23 @@ void Sharpening(Bits& dest, const Bits& src, float amount, int32_t key) {
     runCoreFilter(dest, src, key, true, [&](cBitFilter& f) { return f.SHARPEN(level); });
 }
 
+namespace {
+
+// One row of AntiAlias: sums holds the column sums of three rows from x = -1, wgt the
+// weight of each pixel's smoothing in 256ths; each byte moves towards its 3 x 3 mean.
+OSTRIVEX_CPU_CLONES
+void antiAliasRow(const uint8_t* __restrict p, uint8_t* __restrict d, int32_t nb,
+                  const uint16_t* __restrict sums, const int32_t* __restrict wgt) {
+    for (int32_t b = 0; b < nb; ++b) {
+        // (sum + 4) / 9 as a multiply: exact for sums below 32768.
+        const int32_t mean = int32_t((uint32_t(sums[b] + sums[b + 4] + sums[b + 8]) + 4u) * 7282u >> 16);
+        const int32_t v = p[b];
+        d[b] = uint8_t(v + (((mean - v) * wgt[b] + 128) >> 8));
+    }
+}
+
+} // namespace
+
 void AntiAlias(Bits& dest, const Bits& src, int32_t strength, int32_t key) {
     const Key k(key);
     const Bits work = workingCopy(src, k);
@@ -46,6 +64,7 @@ void AntiAlias(Bits& dest, const Bits& src, int32_t strength, int32_t key) {
     const int32_t s = std::clamp(strength, 0, 100);
     std::vector<uint16_t> sums;
     std::vector<uint8_t> lo(pw), hi(pw);
+    std::vector<int32_t> wgt(size_t(w) * 4u);
     for (int32_t y = 0; y < h; ++y) {
         columnSums3(work, y, sums);
         const uint8_t* l0 = luma.data() + size_t(y) * pw;
@@ -55,22 +74,16 @@ void AntiAlias(Bits& dest, const Bits& src, int32_t strength, int32_t key) {
             lo[i] = std::min({l0[i], l1[i], l2[i]});
             hi[i] = std::max({l0[i], l1[i], l2[i]});
         }
-        const uint8_t* p = work.row(y);
-        uint8_t* d = dest.row(y);
         for (int32_t x = 0; x < w; ++x) {
             const size_t i = size_t(x) + 1; // luma column of x
             const int32_t range = std::max({hi[i - 1], hi[i], hi[i + 1]}) -
                                   std::min({lo[i - 1], lo[i], lo[i + 1]});
             // Full smoothing from a step of 64 levels up, none on flat ground.
-            const int32_t wgt = std::min(range * 4, 256) * s / 100;
-            for (int c = 0; c < 3; ++c) {
-                const size_t b = size_t(4 * x + c) + 4; // sums start at x = -1
-                const int32_t mean = (sums[b - 4] + sums[b] + sums[b + 4] + 4) / 9;
-                const int32_t v = p[4 * x + c];
-                d[4 * x + c] = uint8_t(v + (((mean - v) * wgt + 128) >> 8));
-            }
+            const int32_t wx = std::min(range * 4, 256) * s / 100;
+            for (int c = 0; c < 4; ++c) wgt[size_t(4 * x + c)] = wx;
         }
-        finishRow(src.row(y), d, w, k);
+        antiAliasRow(work.row(y), dest.row(y), 4 * w, sums.data(), wgt.data());
+        finishRow(src.row(y), dest.row(y), w, k);
     }
 }
 

@@ -1,5 +1,6 @@
 // Colour effects: each new pixel comes from the same source pixel through tables or a few
 // integer operations, so they run at the speed of memory.
+#include "pixel/cpuclones.h"
 #include "pixel/effects/corefilter.h"
 #include "pixel/effects/effects.h"
 #include "pixel/effects/frame.h"
@@ -24,6 +25,25 @@ void mapAll(Bits& dest, const Bits& src, int32_t key, const Table& t) {
     mapChannels(dest, src, key, t.data(), t.data(), t.data());
 }
 
+// A colour matrix: new red = (m[0] r + m[1] g + m[2] b + half) >> shift, green from m[3..5],
+// blue from m[6..8], each held to a byte. Integer arithmetic, built for the wider vector
+// units too.
+OSTRIVEX_CPU_CLONES
+void matrixRow(const uint8_t* __restrict s, uint8_t* __restrict d, int32_t n, const int32_t* mp,
+               int32_t shift) {
+    const int32_t m0 = mp[0], m1 = mp[1], m2 = mp[2], m3 = mp[3], m4 = mp[4], m5 = mp[5], m6 = mp[6],
+                  m7 = mp[7], m8 = mp[8];
+    const int32_t half = 1 << (shift - 1);
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t v = load32(s + 4 * i);
+        const int32_t b = int32_t(v & 255u), g = int32_t(v >> 8 & 255u), r = int32_t(v >> 16 & 255u);
+        const int32_t nr = std::clamp((m0 * r + m1 * g + m2 * b + half) >> shift, 0, 255);
+        const int32_t ng = std::clamp((m3 * r + m4 * g + m5 * b + half) >> shift, 0, 255);
+        const int32_t nb = std::clamp((m6 * r + m7 * g + m8 * b + half) >> shift, 0, 255);
+        store32(d + 4 * i, uint32_t(nb) | uint32_t(ng) << 8 | uint32_t(nr) << 16);
+    }
+}
+
 } // namespace
 
 void ReduceTo8Colors(Bits& dest, const Bits& src, int32_t key) {
@@ -36,18 +56,10 @@ void WebColors(Bits& dest, const Bits& src, int32_t key) {
 }
 
 void Sepia(Bits& dest, const Bits& src, int32_t key) {
-    // The usual sepia mix, in thousandths, rounded and held to 255.
-    pointRows(dest, src, key, [](const uint8_t* s, uint8_t* d, int32_t n) {
-        for (int32_t i = 0; i < n; ++i) {
-            const int32_t b = s[4 * i], g = s[4 * i + 1], r = s[4 * i + 2];
-            const int32_t nr = (393 * r + 769 * g + 189 * b + 500) / 1000;
-            const int32_t ng = (349 * r + 686 * g + 168 * b + 500) / 1000;
-            const int32_t nb = (272 * r + 534 * g + 131 * b + 500) / 1000;
-            d[4 * i] = uint8_t(std::min(nb, 255));
-            d[4 * i + 1] = uint8_t(std::min(ng, 255));
-            d[4 * i + 2] = uint8_t(std::min(nr, 255));
-        }
-    });
+    // The usual sepia mix (.393 .769 .189 / .349 .686 .168 / .272 .534 .131) in 1024ths,
+    // rounded and held to 255.
+    static constexpr int32_t kSepia[9] = {402, 787, 194, 357, 702, 172, 279, 547, 134};
+    pointRows(dest, src, key, [](const uint8_t* s, uint8_t* d, int32_t n) { matrixRow(s, d, n, kSepia, 10); });
 }
 
 void Brightness(Bits& dest, const Bits& src, int32_t level, int32_t key) {
@@ -116,17 +128,8 @@ void Hue(Bits& dest, const Bits& src, int32_t degrees, int32_t key) {
     const double c = std::cos(t), k = (1.0 - c) / 3.0, q = std::sin(t) / std::sqrt(3.0);
     const int32_t same = vbRound((c + k) * 4096), next = vbRound((k - q) * 4096),
                   prev = vbRound((k + q) * 4096);
-    pointRows(dest, src, key, [=](const uint8_t* s, uint8_t* d, int32_t n) {
-        for (int32_t i = 0; i < n; ++i) {
-            const int32_t b = s[4 * i], g = s[4 * i + 1], r = s[4 * i + 2];
-            const int32_t nr = (same * r + next * g + prev * b + 2048) >> 12;
-            const int32_t ng = (prev * r + same * g + next * b + 2048) >> 12;
-            const int32_t nb = (next * r + prev * g + same * b + 2048) >> 12;
-            d[4 * i] = clampByte(nb);
-            d[4 * i + 1] = clampByte(ng);
-            d[4 * i + 2] = clampByte(nr);
-        }
-    });
+    const int32_t m[9] = {same, next, prev, prev, same, next, next, prev, same};
+    pointRows(dest, src, key, [&](const uint8_t* s, uint8_t* d, int32_t n) { matrixRow(s, d, n, m, 12); });
 }
 
 namespace {
@@ -165,22 +168,32 @@ void AmbientLight(Bits& dest, const Bits& src, int32_t strength, uint32_t colour
     mapChannels(dest, src, key, tb.data(), tg.data(), tr.data());
 }
 
+namespace {
+// The duotone of one row: the luminance l (0..255) goes from black at 0 through the colour
+// at 128 to white at 255 (in 256ths of the way, t = 2l), mixed into the pixel by s / 256.
+OSTRIVEX_CPU_CLONES
+void toneRow(const uint8_t* __restrict sp, uint8_t* __restrict d, int32_t n, int32_t tb, int32_t tg,
+             int32_t tr, int32_t s) {
+    for (int32_t i = 0; i < n; ++i) {
+        const uint32_t v = load32(sp + 4 * i);
+        const int32_t b = int32_t(v & 255u), g = int32_t(v >> 8 & 255u), r = int32_t(v >> 16 & 255u);
+        const int32_t t = int32_t((uint32_t(r) * 77u + uint32_t(g) * 150u + uint32_t(b) * 29u + 128u) >> 8) * 2;
+        const int32_t dark = t <= 256, u = dark ? t : t - 256;
+        const int32_t ob = dark ? (tb * u) >> 8 : tb + (((255 - tb) * u) >> 8);
+        const int32_t og = dark ? (tg * u) >> 8 : tg + (((255 - tg) * u) >> 8);
+        const int32_t orr = dark ? (tr * u) >> 8 : tr + (((255 - tr) * u) >> 8);
+        const int32_t nb = (b * (256 - s) + ob * s + 128) >> 8;
+        const int32_t ng = (g * (256 - s) + og * s + 128) >> 8;
+        const int32_t nr = (r * (256 - s) + orr * s + 128) >> 8;
+        store32(d + 4 * i, uint32_t(nb) | uint32_t(ng) << 8 | uint32_t(nr) << 16);
+    }
+}
+} // namespace
+
 void Tone(Bits& dest, const Bits& src, int32_t strength, uint32_t colour, int32_t key) {
-    const int32_t s = std::clamp(strength, 0, 255);
-    // The tone of each luminance: black to the colour at 128, the colour to white at 255.
-    std::array<std::array<uint8_t, 3>, 256> toned{};
-    const int32_t tone[3] = {colourB(colour), colourG(colour), colourR(colour)};
-    for (int32_t l = 0; l < 256; ++l)
-        for (int c = 0; c < 3; ++c)
-            toned[size_t(l)][size_t(c)] = uint8_t(l <= 128 ? (tone[c] * l + 64) / 128
-                                                           : tone[c] + ((255 - tone[c]) * (l - 128) + 63) / 127);
-    pointRows(dest, src, key, [&](const uint8_t* sp, uint8_t* d, int32_t n) {
-        for (int32_t i = 0; i < n; ++i) {
-            const std::array<uint8_t, 3>& t = toned[lumaOf(load32(sp + 4 * i))];
-            for (int c = 0; c < 3; ++c)
-                d[4 * i + c] = uint8_t((sp[4 * i + c] * (255 - s) + t[size_t(c)] * s + 127) / 255);
-        }
-    });
+    const int32_t s = (std::clamp(strength, 0, 255) * 256 + 127) / 255;
+    const int32_t tb = colourB(colour), tg = colourG(colour), tr = colourR(colour);
+    pointRows(dest, src, key, [&](const uint8_t* sp, uint8_t* d, int32_t n) { toneRow(sp, d, n, tb, tg, tr, s); });
 }
 
 void Contrast(Bits& dest, const Bits& src, float red, float green, float blue, int32_t key) {
@@ -266,25 +279,33 @@ void BackDropRemoval(Bits& dest, const Bits& src, int32_t tolerance, uint32_t co
     BackDropRemovalEx(dest, src, tolerance, colour, newColour, -1, -1, -1, 0, key);
 }
 
+namespace {
+// Noise of one row: ten bits of the position's hash per channel give a number in -a..a
+// (span = 2a + 1); grey noise uses the first ten bits for all three.
+OSTRIVEX_CPU_CLONES
+void noiseRow(const uint8_t* __restrict s, uint8_t* __restrict d, int32_t n, uint32_t y, int32_t a,
+              bool grey) {
+    const uint32_t span = uint32_t(2 * a + 1);
+    for (int32_t x = 0; x < n; ++x) {
+        const uint32_t h = hash3(uint32_t(x), y, 0x5eed01u);
+        const uint32_t hg = grey ? h : h >> 10, hr = grey ? h : h >> 20;
+        const uint32_t v = load32(s + 4 * x);
+        const int32_t nb = int32_t(v & 255u) + int32_t(((h & 1023u) * span) >> 10) - a;
+        const int32_t ng = int32_t(v >> 8 & 255u) + int32_t(((hg & 1023u) * span) >> 10) - a;
+        const int32_t nr = int32_t(v >> 16 & 255u) + int32_t(((hr & 1023u) * span) >> 10) - a;
+        store32(d + 4 * x, uint32_t(std::clamp(nb, 0, 255)) | uint32_t(std::clamp(ng, 0, 255)) << 8 |
+                               uint32_t(std::clamp(nr, 0, 255)) << 16);
+    }
+}
+} // namespace
+
 void ColorRandomize(Bits& dest, const Bits& src, int32_t level, int32_t key) {
     prepareDest(dest, src);
     const Key k(key);
     const int32_t a = std::min(std::abs(level), 255) / 2; // noise in -a..a
-    const uint32_t span = uint32_t(2 * a + 1);
-    const bool grey = level < 0;
     for (int32_t y = 0; y < src.height(); ++y) {
-        const uint8_t* s = src.row(y);
-        uint8_t* d = dest.row(y);
-        for (int32_t x = 0; x < src.width(); ++x) {
-            const uint32_t h = hash3(uint32_t(x), uint32_t(y), 0x5eed01u);
-            for (int c = 0; c < 3; ++c) {
-                // Ten bits of the hash per channel; the grey noise uses the first for all.
-                const uint32_t bits = (grey ? h : h >> (10 * c)) & 1023u;
-                const int32_t n = int32_t((bits * span) >> 10) - a;
-                d[4 * x + c] = clampByte(s[4 * x + c] + n);
-            }
-        }
-        finishRow(s, d, src.width(), k);
+        noiseRow(src.row(y), dest.row(y), src.width(), uint32_t(y), a, level < 0);
+        finishRow(src.row(y), dest.row(y), src.width(), k);
     }
 }
 

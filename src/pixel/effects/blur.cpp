@@ -227,31 +227,47 @@ void FarBlur(Bits& dest, const Bits& src, int32_t radius, int32_t key) {
 
 namespace {
 
-// The frame of the blurs that sample along a path per pixel: path(x, y, acc) adds the
-// colours of its samples into acc[0..2] and returns their count.
-template <class Path> void pathBlur(Bits& dest, const Bits& src, int32_t key, Path&& path) {
+// The blurs along a path (a spin, a zoom) as the mean of 32 moved copies of the picture,
+// made by halving: each pass averages the picture with a copy of itself moved by half the
+// previous step (rotated or scaled about the centre), so after five passes every pixel is
+// the mean of 32 samples evenly spread along its path. One nearest sample per pixel and
+// pass, read along straight lines through the picture, instead of 32 scattered ones.
+// move(pass, x, y, sx, sy) gives the source position of pass 0 (the starting move) to 5.
+constexpr int32_t kHalvings = 5;
+
+template <class Move> void halvingBlur(Bits& dest, const Bits& src, int32_t key, Move&& move) {
     const Key k(key);
-    const Bits work = workingCopy(src, k);
+    Bits a = workingCopy(src, k), b(src.width(), src.height());
     prepareDest(dest, src);
-    const Sampler sample(work);
-    for (int32_t y = 0; y < src.height(); ++y) {
-        uint8_t* d = dest.row(y);
-        for (int32_t x = 0; x < src.width(); ++x) {
-            uint32_t acc[3] = {0, 0, 0};
-            const uint32_t n = path(sample, x, y, acc);
-            for (int c = 0; c < 3; ++c) d[4 * x + c] = uint8_t((acc[c] + n / 2) / n);
+    const int32_t w = src.width(), h = src.height();
+    for (int32_t pass = 0; pass <= kHalvings; ++pass) {
+        // The halves round down and up by turns, so the passes add no drift.
+        const uint32_t up = uint32_t(pass & 1);
+        for (int32_t y = 0; y < h; ++y) {
+            uint8_t* o = b.row(y);
+            const uint8_t* same = a.row(y);
+            for (int32_t x = 0; x < w; ++x) {
+                float sx, sy;
+                move(pass, x, y, sx, sy);
+                const int32_t ix = clampTo(int32_t(std::floor(sx + 0.5f)), 0, w - 1);
+                const int32_t iy = clampTo(int32_t(std::floor(sy + 0.5f)), 0, h - 1);
+                const uint32_t v = load32(a.pixel(ix, iy));
+                if (pass == 0) {
+                    store32(o + 4 * x, v);
+                    continue;
+                }
+                const uint32_t u = load32(same + 4 * x);
+                // Per byte (p + q) / 2 rounded down, or up, without carries between bytes.
+                const uint32_t half = ((u ^ v) & 0xFEFEFEFEu) >> 1;
+                store32(o + 4 * x, up ? (u | v) - half : (u & v) + half);
+            }
         }
-        finishRow(src.row(y), d, src.width(), k);
+        std::swap(a, b);
     }
-}
-
-constexpr int32_t kMaxPathSamples = 24;
-
-inline void addSample(const Sampler& s, float x, float y, uint32_t* acc) {
-    const uint32_t v = s.at(int32_t(x + 0.5f) - (x < -0.5f), int32_t(y + 0.5f) - (y < -0.5f));
-    acc[0] += v & 255u;
-    acc[1] += v >> 8 & 255u;
-    acc[2] += v >> 16 & 255u;
+    for (int32_t y = 0; y < h; ++y) {
+        std::memcpy(dest.row(y), a.row(y), size_t(w) * 4u);
+        finishRow(src.row(y), dest.row(y), w, k);
+    }
 }
 
 } // namespace
@@ -259,47 +275,35 @@ inline void addSample(const Sampler& s, float x, float y, uint32_t* acc) {
 void RadialBlur(Bits& dest, const Bits& src, int32_t degrees, int32_t key) {
     const double theta = std::clamp(degrees, 0, 360) * kPi / 180.0;
     const float cx = (src.width() - 1) / 2.0f, cy = (src.height() - 1) / 2.0f;
-    // For each sample count, the turn between two samples.
-    std::vector<float> stepCos(kMaxPathSamples + 1), stepSin(kMaxPathSamples + 1);
-    for (int32_t n = 2; n <= kMaxPathSamples; ++n) {
-        stepCos[size_t(n)] = float(std::cos(theta / (n - 1)));
-        stepSin[size_t(n)] = float(std::sin(theta / (n - 1)));
+    // Pass 0 turns the picture back by half the spin (less half a step); pass p by
+    // theta / 2^p: the 32 turns then spread evenly over the spin, centred on the pixel.
+    float cs[kHalvings + 1], sn[kHalvings + 1];
+    const int32_t copies = 1 << kHalvings;
+    for (int32_t p = 0; p <= kHalvings; ++p) {
+        const double a = p == 0 ? -theta / 2 + theta / (2 * copies) : theta / double(1 << p);
+        cs[p] = float(std::cos(a));
+        sn[p] = float(std::sin(a));
     }
-    const float startCos = float(std::cos(-theta / 2)), startSin = float(std::sin(-theta / 2));
-    pathBlur(dest, src, key, [&](const Sampler& s, int32_t x, int32_t y, uint32_t* acc) {
+    halvingBlur(dest, src, key, [&](int32_t p, int32_t x, int32_t y, float& sx, float& sy) {
         const float dx = x - cx, dy = y - cy;
-        const float arc = std::sqrt(dx * dx + dy * dy) * float(theta);
-        const int32_t n = std::clamp(int32_t(arc) + 1, 1, kMaxPathSamples);
-        if (n == 1) {
-            addSample(s, float(x), float(y), acc);
-            return 1u;
-        }
-        float ux = dx * startCos - dy * startSin, uy = dx * startSin + dy * startCos;
-        const float c = stepCos[size_t(n)], sn = stepSin[size_t(n)];
-        for (int32_t i = 0; i < n; ++i) {
-            addSample(s, cx + ux, cy + uy, acc);
-            const float nx = ux * c - uy * sn;
-            uy = ux * sn + uy * c;
-            ux = nx;
-        }
-        return uint32_t(n);
+        sx = cx + dx * cs[p] - dy * sn[p];
+        sy = cy + dx * sn[p] + dy * cs[p];
     });
 }
 
 void ZoomBlur(Bits& dest, const Bits& src, int32_t amount, int32_t key) {
-    const float shrink = std::clamp(amount, 0, 1000) / 1000.0f;
+    const double shrink = std::clamp(amount, 0, 1000) / 1000.0;
     const float cx = (src.width() - 1) / 2.0f, cy = (src.height() - 1) / 2.0f;
-    pathBlur(dest, src, key, [&](const Sampler& s, int32_t x, int32_t y, uint32_t* acc) {
-        const float dx = x - cx, dy = y - cy;
-        const float reach = std::sqrt(dx * dx + dy * dy) * shrink;
-        const int32_t n = std::clamp(int32_t(reach) + 1, 1, kMaxPathSamples);
-        // Samples from the pixel towards the centre, over `shrink` of its distance.
-        const float step = n > 1 ? shrink / (n - 1) : 0.0f;
-        for (int32_t i = 0; i < n; ++i) {
-            const float f = 1.0f - step * i;
-            addSample(s, cx + dx * f, cy + dy * f, acc);
-        }
-        return uint32_t(n);
+    // The copies are scaled towards the centre by g^0 .. g^31, g^31 being 1 - shrink: pass
+    // p scales by g^(32 / 2^p).
+    const int32_t copies = 1 << kHalvings;
+    const double g = std::pow(std::max(1.0 - shrink, 1e-6), 1.0 / (copies - 1));
+    float scale[kHalvings + 1];
+    scale[0] = 1.0f;
+    for (int32_t p = 1; p <= kHalvings; ++p) scale[p] = float(std::pow(g, copies >> p));
+    halvingBlur(dest, src, key, [&](int32_t p, int32_t x, int32_t y, float& sx, float& sy) {
+        sx = cx + (x - cx) * scale[p];
+        sy = cy + (y - cy) * scale[p];
     });
 }
 

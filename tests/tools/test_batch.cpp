@@ -225,6 +225,11 @@ TEST_F(BatchTest, LayerEffectsByNodeAndByMethod) {
     ASSERT_EQ(run({in, path("a.png"), "EFFECT:64,0"}), 0) << err_.str();
     EXPECT_TRUE(sameBits(colours(3, 1, {{255, 255, 255}, {155, 105, 55}, {0, 0, 0}}),
                          readBack(path("a.png"), "png")));
+    // With white as the key, the white pixel stays and black stops one step of blue short
+    // of white.
+    ASSERT_EQ(run({in, path("k.png"), "--key", "0xFFFFFF", "EFFECT:64,0"}), 0) << err_.str();
+    EXPECT_TRUE(sameBits(colours(3, 1, {{254, 255, 255}, {155, 105, 55}, {255, 255, 255}}),
+                         readBack(path("k.png"), "png")));
     ASSERT_EQ(run({in, path("b.png"), "FX.Invert:255", "EFFECT:7"}), 0) << err_.str();
     EXPECT_TRUE(sameBits(colours(3, 1, {{0, 0, 0}, {0, 255, 255}, {255, 255, 255}}),
                          readBack(path("b.png"), "png")));
@@ -251,6 +256,7 @@ TEST_F(BatchTest, LayerEffectsByNodeAndByMethod) {
         {{in, out, "EFFECT:29,10,red"}, "step EFFECT: 'red' is not a colour (0 to 16777215, packed 0x00BBGGRR)"},
         {{in, out, "EFFECT:69,2"}, "step EFFECT:69,2: value 2 is above this picture's maximum 0"},
         {{in, out, "FX.Hue:400"}, "step FX.Hue, argument degrees: 400 is not a whole number from 0 to 360"},
+        {{in, out, "--key", "-5", "EFFECT:64,0"}, "--key needs a colour (0 to 16777215, packed 0x00BBGGRR)"},
     };
     for (const auto& [args, message] : bad) {
         EXPECT_EQ(run(args), 2) << message;

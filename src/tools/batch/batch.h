@@ -48,6 +48,7 @@ struct StepContext {
     cBitFilter& filter;
     Region& region;
     Rect imageRect; // the size the selection was made for
+    int32_t key = -1; // the colour key of the layer effects (--key), -1 for none
     // Sets a new image (keeps the selection when the size is unchanged).
     void setImage(Bits&& bits);
     // After an operation that replaced the object's buffer itself: a new canvas size drops

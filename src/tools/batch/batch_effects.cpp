@@ -17,7 +17,7 @@ namespace ostrivex::batch {
 namespace {
 
 // Runs an effect on the picture: the picture is the source, the result replaces it. With a
-// selection, only the selected pixels take the result.
+// selection, only the selected pixels take the result. The key is --key's.
 void runEffect(StepContext& ctx, const std::function<void(Bits& first, const Bits& second)>& fn) {
     const Bits& source = ctx.filter.bits();
     Bits result;
@@ -88,7 +88,7 @@ std::vector<StepDef> effectSteps() {
                 }
             }
             runEffect(ctx, [&](Bits& first, const Bits& second) {
-                method->run(first, second, hasThird ? &third : nullptr, values, -1);
+                method->run(first, second, hasThird ? &third : nullptr, values, ctx.key);
             });
         };
         steps.push_back(std::move(s));
@@ -158,7 +158,7 @@ std::optional<Step> parseEffectStep(const std::string& text, const std::string& 
                                         std::to_string(most));
                     runEffect(ctx, [&](Bits& first, const Bits& second) {
                         effects::clsTransForm transform;
-                        effects::ApplyEffectNode(transform, n, first, second, v, c1, c2, -1);
+                        effects::ApplyEffectNode(transform, n, first, second, v, c1, c2, ctx.key);
                     });
                 }};
 }

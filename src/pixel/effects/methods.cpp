@@ -138,7 +138,7 @@ std::vector<EffectMethod> makeMethods() {
          RUN(Flip(first, second, i(v, 0) != 1, i(v, 0) != 0, key))},
         {"AlphaBlend", "AlphaBlendAt", A{I("level", 0, 100), I("left", -1e6, 1e6), I("top", -1e6, 1e6)}, "",
          RUN(AlphaBlendAt(first, first.width(), first.height(), second, i(v, 1), i(v, 2), i(v, 0), key))},
-        {"RainDrops", "RainDrops", A{I("size", 0, 1000), I("count", 0, 10000), I("lens", 0, 100)}, "",
+        {"RainDrops", "RainDrops", A{I("size", 0, 200), I("count", 0, 1000), I("lens", 0, 100)}, "",
          RUN(RainDrops(first, second, i(v, 0), i(v, 1), i(v, 2), key))},
         {"IncreaseSize", "IncreaseSize", A{}, "", RUN((void)key; IncreaseSize(first, second))},
     };

@@ -124,9 +124,9 @@ void RainDrops(Bits& dest, const Bits& src, int32_t size, int32_t count, int32_t
     const int32_t w = src.width(), h = src.height();
     for (int32_t y = 0; y < h; ++y) std::memcpy(dest.row(y), work.row(y), size_t(w) * 4u);
     const Sampler sample(work);
-    const float largest = std::clamp(size, 0, 1000) / 400.0f * shorterSide(src);
+    const float largest = std::clamp(size, 0, 200) / 400.0f * shorterSide(src);
     const float strength = std::clamp(lens, 0, 100) / 100.0f;
-    const int32_t n = std::clamp(count, 0, 10000);
+    const int32_t n = std::clamp(count, 0, 1000);
     auto shade = [&](int32_t x, int32_t y, float f) {
         uint8_t* p = dest.pixel(x, y);
         for (int c = 0; c < 3; ++c) p[c] = clampByte(int32_t(p[c] * f + 0.5f));

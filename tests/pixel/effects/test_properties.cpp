@@ -108,10 +108,10 @@ TEST_P(EveryMethod, KeepsTheKeyAndReadsOnlyTheSource) {
 
 TEST_P(EveryMethod, WorksOnTinyPicturesAndWithoutKey) {
     const EffectMethod& m = method();
-    for (const auto& [w, h] : {std::pair{1, 1}, std::pair{2, 1}, std::pair{1, 3}}) {
+    for (const auto& [w, h] : {std::pair{1, 1}, std::pair{2, 1}, std::pair{1, 3}, std::pair{0, 0}, std::pair{3, 0}}) {
         for (uint32_t seed = 1; seed <= 2; ++seed) {
             Bits src = patternBits(w, h, seed);
-            if (seed == 2) store32(src.pixel(0, 0), effects::wordOf(uint32_t(kTestKey)));
+            if (seed == 2 && w * h > 0) store32(src.pixel(0, 0), effects::wordOf(uint32_t(kTestKey)));
             const Bits third = patternBits(w, h, 5);
             for (const std::vector<double>& v : valueSets(m, seed)) {
                 SCOPED_TRACE(std::string(m.name) + " " + std::to_string(w) + "x" + std::to_string(h));

@@ -166,9 +166,10 @@ bool ThumbnailDecoder::Decode(const std::string& path, const std::string& extens
     const std::string answer = awaitAnswer(cancelled);
     int width = 0, height = 0;
     if (std::sscanf(answer.c_str(), "ok %d %d", &width, &height) != 2) {
-        // Failed, crashed, too slow or no longer wanted: whatever state the decoders were
-        // left in goes with the process.
-        stop(true);
+        // Crashed, too slow or no longer wanted: the helper goes. FreeImage's loaders
+        // refuse a bad file cleanly and the helper serves on; after DevIL and the metafile
+        // parsers, which are known to corrupt their memory first, a fresh one is started.
+        if (answer != "fail" || route.rfind("fi:", 0) != 0) stop(true);
         std::remove(work_.c_str());
         return false;
     }

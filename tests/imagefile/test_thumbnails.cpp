@@ -100,14 +100,16 @@ TEST_F(Thumbnails, HostileFilesCostOnlyTheHelper) {
     EXPECT_FALSE(decoder.Decode(dir_.file("good.bmp"), "cur", 64, t));
     ASSERT_TRUE(decoder.Decode(dir_.file("good.bmp"), "bmp", 64, t));
     EXPECT_EQ(t.picture.size(), QSize(4, 3));
-    EXPECT_EQ(decoder.HelperStarts(), 3);
+    // A fresh helper after the crash; the JPEG loader refused its file and the helper
+    // served on.
+    EXPECT_EQ(decoder.HelperStarts(), 2);
 
     // A cancel ends the wait at once and kills the helper.
     const auto start = std::chrono::steady_clock::now();
     EXPECT_FALSE(decoder.Decode(dir_.file("good.bmp"), "bmp", 64, t, [] { return true; }));
     EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(1000));
     EXPECT_TRUE(decoder.Decode(dir_.file("good.bmp"), "bmp", 64, t));
-    EXPECT_EQ(decoder.HelperStarts(), 4);
+    EXPECT_EQ(decoder.HelperStarts(), 3);
 }
 
 } // namespace

@@ -28,6 +28,7 @@
 #include "imagefile/fProperties.h"
 #include "pixel/fixedcommands.h"
 #include "pixel/oiffile.h"
+#include "utilities/overlay/foverlay.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -249,8 +250,7 @@ void fMain::MenuExec(const QString& word) {
         dialog.exec();
     } else if (word == "OPTIONS") {
         route("fOptions");
-        fOptions dialog(this);
-        dialog.exec();
+        ShowThumbnailOptions();
     } else if (word == "PRINT" || word == "PRINTPREVIEW") {
         route("Print");
     } else if (isOneOf(word, {"IMAGESIZE", "CANVASSIZE", "IMAGEORIENTATION", "IMAGEROTATE"})) {
@@ -389,8 +389,17 @@ void fMain::runRoutine(const MenuEntry& entry) {
             DocumentDialogs::Inform(this, QString::fromLatin1(fUserFilter::kOverflowText),
                                     dialog.windowTitle());
         }
-    } else if (name == "fCapture" || name == "fOverlay") {
-        // Dialogs that need no document.
+    } else if (name == "fOverlay") {
+        // Lays another open document over the active one; nothing without one.
+        route(qname);
+        if (!GetActiveDocument(ActiveDocument)) return;
+        OverlayHost window;
+        window.envelope = [this](const std::function<Bits(cBitFilter&)>& operation,
+                                 const QString& label) { RunFilterEnvelope(operation, label); };
+        window.update = [this](const QString& label) { Update(label, true); };
+        RunOverlayDialog(ActiveDocument, *this, window, this);
+    } else if (name == "fCapture") {
+        // A dialog that needs no document.
         route(qname);
     } else if (name == "RestoreOriginal") {
         if (!GetActiveDocument(ActiveDocument)) return;

@@ -167,12 +167,15 @@ fToolBrowser::~fToolBrowser() {
 
 void fToolBrowser::SetFolder(const QString& folder) {
     QString f = QDir::cleanPath(folder);
-    if (f.isEmpty() || !QFileInfo(f).isDir()) f = imagesFolder();
+    // A folder that is gone (a drive not plugged in) is shown as the Images folder or the
+    // home folder, and stays in the settings for the next time.
+    const bool found = !f.isEmpty() && QFileInfo(f).isDir();
+    if (!found) f = imagesFolder();
     if (!QFileInfo(f).isDir()) f = QDir::homePath();
     folder_ = f;
     const QByteArray stored = QFile::encodeName(f.endsWith('/') ? f : f + '/');
     // The field holds 256 bytes: a longer path is shown but not kept.
-    if (stored.size() <= 256) SetFieldText(Settings.BrowserFolder, stored.toStdString());
+    if (found && stored.size() <= 256) SetFieldText(Settings.BrowserFolder, stored.toStdString());
     const QModelIndex index = folders_->index(f);
     if (index.isValid()) {
         fd_->setCurrentIndex(index);

@@ -97,6 +97,11 @@ fToolBrowser::fToolBrowser(QWidget* parent, int workers, const QString& cacheRoo
     for (int c = 1; c < folders_->columnCount(); ++c) fd_->hideColumn(c);
     fd_->setHeaderHidden(true);
     connect(fd_, &QTreeView::clicked, this, &fToolBrowser::folderChosen);
+    // The tree's folders come in on the model's own thread: the shown folder is brought
+    // into view again as its parents arrive.
+    connect(folders_, &QFileSystemModel::directoryLoaded, this, [this](const QString& path) {
+        if (folder_.startsWith(path)) showInTree();
+    });
     connect(fd_, &QTreeView::activated, this, &fToolBrowser::folderChosen);
 
     stack_ = new QStackedWidget(splitter_);
@@ -176,13 +181,16 @@ void fToolBrowser::SetFolder(const QString& folder) {
     const QByteArray stored = QFile::encodeName(f.endsWith('/') ? f : f + '/');
     // The field holds 256 bytes: a longer path is shown but not kept.
     if (found && stored.size() <= 256) SetFieldText(Settings.BrowserFolder, stored.toStdString());
-    const QModelIndex index = folders_->index(f);
-    if (index.isValid()) {
-        fd_->setCurrentIndex(index);
-        fd_->scrollTo(index);
-        fd_->expand(index);
-    }
+    showInTree();
     Refresh();
+}
+
+void fToolBrowser::showInTree() {
+    const QModelIndex index = folders_->index(folder_);
+    if (!index.isValid()) return;
+    for (QModelIndex p = index.parent(); p.isValid(); p = p.parent()) fd_->expand(p);
+    fd_->setCurrentIndex(index);
+    fd_->scrollTo(index, QAbstractItemView::PositionAtCenter);
 }
 
 void fToolBrowser::Refresh() {

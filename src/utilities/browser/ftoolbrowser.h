@@ -80,6 +80,7 @@ class fToolBrowser : public QWidget {
     void startThumbs();
     void open(const QByteArray& path);
     void folderChosen(const QModelIndex& index);
+    void showInTree();
 
     QToolBar* tb_ = nullptr;
     QActionGroup* views_ = nullptr;

@@ -70,7 +70,8 @@ void ThumbPanel::Clear() {
     service_.Cancel();
     items_.clear();
     Item up;
-    up.name = up.label = QString::fromLatin1(kUpCaption);
+    up.name = QString::fromLatin1(kUpCaption);
+    up.label = CutLabel(up.name, thumbW_, QFontMetrics(font()));
     up.state = Item::Shown;
     items_.push_back(up);
     pictures_.clear();
@@ -103,8 +104,7 @@ void ThumbPanel::CreateThumbs(const std::vector<FileEntry>& pictures) {
 void ThumbPanel::thumb_resize() {
     readOptions();
     const QFontMetrics metrics(font());
-    for (size_t i = 1; i < items_.size(); ++i)
-        items_[i].label = CutLabel(items_[i].name, thumbW_, metrics);
+    for (Item& item : items_) item.label = CutLabel(item.name, thumbW_, metrics);
     relayout();
 }
 

@@ -1,25 +1,21 @@
-// Test main of the utilities' tests: the offscreen platform, a fresh program folder in
-// OSTRIVEX_HOME, and the work files and the thumbnail cache in it too, so nothing of the
-// user's is read or written; then one QApplication.
+// Test main of the utilities tests: the offscreen platform unless told otherwise, one
+// QApplication, and a private session bus for the whole program (started only when the
+// tests run, not when they are listed).
+#include "session_bus.h"
+
 #include <QApplication>
 
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <filesystem>
-#include <string>
 
 int main(int argc, char** argv) {
-    ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
-    std::string home = (std::filesystem::temp_directory_path() / "ostrivex-util-XXXXXX").string();
-    if (!::mkdtemp(home.data())) return 2;
-    ::setenv("OSTRIVEX_HOME", home.c_str(), 1);
-    ::setenv("XDG_RUNTIME_DIR", home.c_str(), 1);
-    ::setenv("XDG_CACHE_HOME", (home + "/cache").c_str(), 1);
+    setenv("QT_QPA_PLATFORM", "offscreen", 0);
+    // The portal is reached only through the private bus: the platform's own session must
+    // not answer, whatever desktop the tests run on.
+    unsetenv("DBUS_SESSION_BUS_ADDRESS");
     QApplication app(argc, argv);
     ::testing::InitGoogleTest(&argc, argv);
-    const int rc = RUN_ALL_TESTS();
-    std::error_code ec;
-    std::filesystem::remove_all(home, ec);
-    return rc;
+    ::testing::AddGlobalTestEnvironment(new ostrivex::test::PrivateSessionBus);
+    return RUN_ALL_TESTS();
 }

@@ -10,7 +10,10 @@
 #include <condition_variable>
 #include <deque>
 #include <mutex>
+#include <sys/resource.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
 namespace ostrivex {
 
@@ -18,6 +21,8 @@ namespace {
 
 // How often the window collects finished thumbnails while a batch runs.
 constexpr int kPollMs = 25;
+// The workers' niceness (Linux schedules threads one by one): below the window's thread.
+constexpr int kWorkerNice = 10;
 
 enum State : uint8_t { NeedLookup, NeedDecode, Running, Finished };
 
@@ -208,6 +213,8 @@ ThumbnailService::ThumbnailService(QObject* parent, int workers, const QString& 
         // Made here, in the window's thread: the work file's folder is set up on the way.
         auto decoder = std::make_shared<ThumbnailDecoder>();
         threads_.emplace_back([shared = shared_, decoder] {
+            // Background work: the window's own thread goes first.
+            setpriority(PRIO_PROCESS, pid_t(syscall(SYS_gettid)), kWorkerNice);
             shared->work(*decoder);
             std::lock_guard<std::mutex> lock(shared->mutex);
             --shared->alive;

@@ -226,10 +226,35 @@ TEST_F(Browser, DoubleClickOpensAndGoesUp) {
     ASSERT_EQ(host.docs.size(), 2u);
     EXPECT_EQ(host.docs[1]->PictureHeight(), 4);
 
+    // "One Level up.." from the subfolder comes back here.
     b->SetView(fToolBrowser::Thumbnails);
-    QTest::mouseDClick(p.viewport(), Qt::LeftButton, {}, p.ItemRect(0).center());
-    EXPECT_EQ(b->Folder(), QFileInfo(QString::fromStdString(dir_.path())).path());
+    b->SetFolder(QString::fromStdString(dir_.file("sub")));
     ASSERT_TRUE(waitFor([&] { return !b->Busy(); }));
+    ASSERT_EQ(p.ItemCount(), 1);
+    QTest::mouseDClick(p.viewport(), Qt::LeftButton, {}, p.ItemRect(0).center());
+    EXPECT_EQ(b->Folder(), QString::fromStdString(dir_.path()));
+    ASSERT_TRUE(waitFor([&] { return !b->Busy(); }));
+    EXPECT_EQ(p.ItemCount(), 9);
+}
+
+// Leaving a folder while its thumbnails are made drops the rest of them.
+TEST_F(Browser, LeavingTheFolderDropsItsThumbnails) {
+    Scratch many;
+    savePicture(many.file("p000.jpg"), 1600, 1200);
+    for (int i = 1; i < 40; ++i) {
+        char name[16];
+        std::snprintf(name, sizeof name, "p%03d.jpg", i);
+        std::filesystem::copy_file(many.file("p000.jpg"), many.file(name));
+    }
+    fToolBrowser b(nullptr, 1, cache_);
+    b.SetView(fToolBrowser::Thumbnails);
+    b.SetFolder(QString::fromStdString(many.path()));
+    ASSERT_TRUE(waitFor([&] { return b.Panel()->Service().Done() >= 1; }));
+    b.SetFolder(QString::fromStdString(dir_.path()));
+    ASSERT_TRUE(waitFor([&] { return !b.Busy(); }));
+    EXPECT_EQ(b.Panel()->ItemCount(), 9);
+    // The first photo or two, then the nine files here: not the forty photos.
+    EXPECT_LE(b.Panel()->Service().Decodes(), 9 + 2);
 }
 
 // A hundred thousand files: the listing runs beside the window, which goes on answering.

@@ -172,11 +172,10 @@ fToolBrowser::~fToolBrowser() {
 
 void fToolBrowser::SetFolder(const QString& folder) {
     QString f = QDir::cleanPath(folder);
-    // A folder that is gone (a drive not plugged in) is shown as the Images folder or the
-    // home folder, and stays in the settings for the next time.
+    // A folder that is gone (a drive not plugged in) gives way to the Images folder, and
+    // stays in the settings for the next time. Without an Images folder the lists are empty.
     const bool found = !f.isEmpty() && QFileInfo(f).isDir();
     if (!found) f = imagesFolder();
-    if (!QFileInfo(f).isDir()) f = QDir::homePath();
     folder_ = f;
     const QByteArray stored = QFile::encodeName(f.endsWith('/') ? f : f + '/');
     // The field holds 256 bytes: a longer path is shown but not kept.

@@ -42,9 +42,8 @@ class fToolBrowser : public QWidget {
                           const QString& cacheRoot = QString());
     ~fToolBrowser() override;
 
-    // Shows `folder` and keeps it in BrowserFolder; for a missing one the Images folder (else
-    // the home folder) is shown and the setting stays. Reads the folder anew even when it is
-    // the one shown.
+    // Shows `folder` and keeps it in BrowserFolder; for a missing one the Images folder is
+    // shown and the setting stays. Reads the folder anew even when it is the one shown.
     void SetFolder(const QString& folder);
     QString Folder() const { return folder_; }
     // Reads the shown folder again.

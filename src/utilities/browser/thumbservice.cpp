@@ -191,7 +191,10 @@ void ThumbnailService::Shared::work(ThumbnailDecoder& decoder) {
             finish(index, gen, std::move(r), Finished);
             continue;
         }
-        if (stable) cache.WriteFailure(uri, job.mtime);
+        // Marked only where a loader tried: files that have none yet (layered files) are
+        // not written off for later versions.
+        if (stable && !ThumbnailRoute(job.path.toStdString(), job.extension.toStdString()).empty())
+            cache.WriteFailure(uri, job.mtime);
         // A picture another program could show stays, without its size.
         if (alreadyShown || repeat) {
             std::lock_guard<std::mutex> lock(mutex);

@@ -70,6 +70,23 @@ class Browser : public ::testing::Test {
     QString cache_;
 };
 
+// The names other programs use: GLib's escaping (its g_filename_to_uri gave the second
+// string) and the standard's own example of an entry's name.
+TEST(ThumbnailCacheNames, AreTheDesktops) {
+    EXPECT_EQ(ThumbnailCache::FileUri("/tmp/a b#c;d[e]%f~g!$&'()*+,=@:?<>\"|\\^`{}\xc3\xa9\xff.png"),
+              "file:///tmp/a%20b%23c%3Bd%5Be%5D%25f~g!$&'()*+,=@:%3F%3C%3E%22%7C%5C%5E%60%7B%7D"
+              "%C3%A9%FF.png");
+    EXPECT_EQ(ThumbnailCache::EntryName("file:///home/jens/photos/me.png"),
+              "c6ee772d9e49320e97ec29a7eb5b1697.png");
+    const ThumbnailCache cache("/c");
+    EXPECT_EQ(cache.EntryPath(ThumbnailCache::SizeFor(128, 100), "file:///x"),
+              "/c/normal/" + ThumbnailCache::EntryName("file:///x"));
+    EXPECT_EQ(cache.EntryPath(ThumbnailCache::SizeFor(129, 100), "file:///x"),
+              "/c/large/" + ThumbnailCache::EntryName("file:///x"));
+    EXPECT_TRUE(cache.Holds("/c/normal/a.png"));
+    EXPECT_FALSE(cache.Holds("/cx/a.png"));
+}
+
 TEST_F(Browser, DetailsListRowsAndColumns) {
     auto b = open(fToolBrowser::Details);
     const DetailsModel& m = *b->Model();

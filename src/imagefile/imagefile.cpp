@@ -2,6 +2,7 @@
 #include "imagefile/imagefile.h"
 #include "imagefile/fiimage.h"
 #include "imagefile/helperprocess.h"
+#include "imagefile/thumbdecoder.h"
 
 #include <FreeImage.h>
 
@@ -170,6 +171,25 @@ ImageFileResult LoadImageFile(const std::string& path, const std::string& extens
     FreeImage_Unload(dib);
     if (!converted || !StoreLoadState(std::move(pixels), bpp, dpiX, dpiY)) return loadFailed();
     return {true, {}};
+}
+
+std::string ThumbnailRoute(const std::string& path, const std::string& extension) {
+    const std::string ext = LowerExtension(extension);
+    // The picture loader's formats go to FreeImage's readers or the metafile renderers.
+    if (ext == "gif") return "fi:" + std::to_string(int(FIF_GIF));
+    if (ext == "dib") return "fi:" + std::to_string(int(FIF_BMP));
+    if (ext == "wmf" || ext == "emf") return ext;
+    const LoadRow* row = findLoadRow(ext);
+    if (!row || !plausibleFile(path, ext)) return {};
+    switch (row->via) {
+    case LoadVia::Devil:
+        return ext == "raw" ? "raw" : "devil";
+    case LoadVia::FreeImageType:
+        return "fi:" + std::to_string(int(row->format));
+    case LoadVia::FreeImageByContent:
+        return "fi:-1";
+    }
+    return {};
 }
 
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,

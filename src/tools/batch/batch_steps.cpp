@@ -257,6 +257,7 @@ const std::vector<StepDef>& operationSteps() {
         addSteps(all, artisticSteps());
         addSteps(all, textSteps());
         addSteps(all, paintSteps());
+        addSteps(all, effectSteps());
         return all;
     }();
     return steps;

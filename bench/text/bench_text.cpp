@@ -14,10 +14,10 @@
 #include <QApplication>
 #include <QCheckBox>
 #include <QComboBox>
-#include <QRadioButton>
-#include <QSlider>
 #include <QFontDatabase>
 #include <QLineEdit>
+#include <QRadioButton>
+#include <QSlider>
 #include <QSpinBox>
 
 #include <benchmark/benchmark.h>
@@ -100,7 +100,8 @@ void BM_LogoBacklight(benchmark::State& state) {
     s.text = kTexts[0];
     const LogoState logo = DrawLogo(s);
     int i = 0;
-    for (auto _ : state) benchmark::DoNotOptimize(MakeBacklight(logo, 100 + (i++ & 1), 50, 0xFFFFFF, 20, 60, false));
+    for (auto _ : state)
+        benchmark::DoNotOptimize(MakeBacklight(logo, 100 + (i++ & 1), 50, 0xFFFFFF, 20, 60, false));
 }
 BENCHMARK(BM_LogoBacklight)->Unit(benchmark::kMillisecond);
 
@@ -111,7 +112,8 @@ void BM_DialogStyleText(benchmark::State& state) {
     d.cboDepthT->setCurrentText("4");
     d.canvas->SetLayerSize(QSize(1000, 300));
     int i = 0;
-    for (auto _ : state) d.txtLayerText->setText(kTexts[i++ & 1]);
+    for (auto _ : state)
+        d.txtLayerText->setText(kTexts[i++ & 1]);
 }
 BENCHMARK(BM_DialogStyleText)->Unit(benchmark::kMillisecond);
 
@@ -122,7 +124,8 @@ void BM_Dialog3DText(benchmark::State& state) {
     d.Check4->setChecked(true);
     d.canvas->SetLayerSize(QSize(1000, 300));
     int i = 0;
-    for (auto _ : state) d.Text1->setText(kTexts[i++ & 1]);
+    for (auto _ : state)
+        d.Text1->setText(kTexts[i++ & 1]);
 }
 BENCHMARK(BM_Dialog3DText)->Unit(benchmark::kMillisecond);
 
@@ -141,9 +144,11 @@ void BM_DialogLogo(benchmark::State& state) {
     d.ChkAlias->setChecked(true);
     d.ChkEmbosFont->setChecked(true);
     d.ChkAlpha->setChecked(true);
-    if (!(d.settings().glow && d.settings().antiAlias && d.settings().alpha)) state.SkipWithError("settings");
+    if (!(d.settings().glow && d.settings().antiAlias && d.settings().alpha))
+        state.SkipWithError("settings");
     int i = 0;
-    for (auto _ : state) d.Text1->setText(kTexts[i++ & 1]);
+    for (auto _ : state)
+        d.Text1->setText(kTexts[i++ & 1]);
 }
 BENCHMARK(BM_DialogLogo)->Unit(benchmark::kMillisecond);
 

@@ -23,7 +23,7 @@ namespace ostrivex {
 namespace {
 
 // Slider ranges. Thickness starts at 1: the colour steps divide by it.
-constexpr int kSlantRange = 100;   // tenths of a pixel per step, either way
+constexpr int kSlantRange = 100; // tenths of a pixel per step, either way
 constexpr int kMaxThickness = 200;
 constexpr int kMinFontSize = 6, kMaxFontSize = 200;
 
@@ -44,10 +44,11 @@ QLabel* valueLabel(QWidget* parent) {
 }
 
 void paintLabel(QLabel* label, int r, int g, int b) {
-    label->setStyleSheet(QStringLiteral("background-color: rgb(%1, %2, %3); border: 1px solid black;")
-                             .arg(r)
-                             .arg(g)
-                             .arg(b));
+    label->setStyleSheet(
+        QStringLiteral("background-color: rgb(%1, %2, %3); border: 1px solid black;")
+            .arg(r)
+            .arg(g)
+            .arg(b));
 }
 
 } // namespace
@@ -96,7 +97,8 @@ f3D::f3D(QWidget* parent, TextLayerSink* sink)
     const char* pxNames[2] = {"Horizontal", "Vertical"};
     const int pxValues[2] = {d.horizontal, d.vertical};
     for (int i = 0; i < 2; ++i) {
-        Px[i] = slider(QStringLiteral("Px_%1").arg(i), -kSlantRange, kSlantRange, pxValues[i], dimensions);
+        Px[i] = slider(QStringLiteral("Px_%1").arg(i), -kSlantRange, kSlantRange, pxValues[i],
+                       dimensions);
         pxValues_[i] = valueLabel(dimensions);
         dimGrid->addWidget(new QLabel(pxNames[i], dimensions), i, 0);
         dimGrid->addWidget(Px[i], i, 1);
@@ -130,7 +132,8 @@ f3D::f3D(QWidget* parent, TextLayerSink* sink)
     fontGrid->addWidget(HScroll2, 1, 1);
     fontGrid->addWidget(sizeValue_, 1, 2);
     auto* toggles = new QHBoxLayout;
-    for (QCheckBox* c : {Check5, Check1, Check2, Check3}) toggles->addWidget(c);
+    for (QCheckBox* c : {Check5, Check1, Check2, Check3})
+        toggles->addWidget(c);
     fontGrid->addLayout(toggles, 2, 0, 1, 3);
 
     auto* texture = new QGroupBox("Texture", this);
@@ -204,7 +207,8 @@ f3D::f3D(QWidget* parent, TextLayerSink* sink)
 
     // Every change redraws.
     connect(Text1, &QLineEdit::textChanged, this, &f3D::Redraw);
-    for (QSlider* s : HS1) connect(s, &QSlider::valueChanged, this, &f3D::Redraw);
+    for (QSlider* s : HS1)
+        connect(s, &QSlider::valueChanged, this, &f3D::Redraw);
     for (QSlider* s : {Px[0], Px[1], HScroll1, HScroll2})
         connect(s, &QSlider::valueChanged, this, &f3D::Redraw);
     connect(Combo1, &QComboBox::currentTextChanged, this, &f3D::Redraw);
@@ -248,8 +252,8 @@ bool f3D::LoadTexture(const QString& path) {
         return false;
     }
     texture_ = std::move(t);
-    pTexture->setPixmap(QPixmap::fromImage(BitsImage(texture_)).scaled(
-        pTexture->size(), Qt::KeepAspectRatio, Qt::FastTransformation));
+    pTexture->setPixmap(QPixmap::fromImage(BitsImage(texture_))
+                            .scaled(pTexture->size(), Qt::KeepAspectRatio, Qt::FastTransformation));
     Redraw();
     return true;
 }
@@ -285,7 +289,8 @@ void f3D::showColours() {
     }
     paintLabel(Label1, HS1[0]->value(), HS1[1]->value(), HS1[2]->value());
     paintLabel(Label2, HS1[3]->value(), HS1[4]->value(), HS1[5]->value());
-    for (int i = 0; i < 2; ++i) pxValues_[i]->setText(QString::number(Px[i]->value()));
+    for (int i = 0; i < 2; ++i)
+        pxValues_[i]->setText(QString::number(Px[i]->value()));
     thicknessValue_->setText(QString::number(HScroll1->value()));
     sizeValue_->setText(QString::number(HScroll2->value()));
 }

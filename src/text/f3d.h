@@ -45,20 +45,20 @@ class f3D : public QDialog {
 
     // The controls, by the names the program gives them (arrays as arrays).
     QLineEdit* Text1 = nullptr;
-    std::array<QSlider*, 6> HS1{};  // first colour red, green, blue; second colour the same
-    std::array<QLabel*, 6> col{};   // the channel of each slider
-    QLabel* Label1 = nullptr;       // the first colour
-    QLabel* Label2 = nullptr;       // the second colour
+    std::array<QSlider*, 6> HS1{}; // first colour red, green, blue; second colour the same
+    std::array<QLabel*, 6> col{};  // the channel of each slider
+    QLabel* Label1 = nullptr;      // the first colour
+    QLabel* Label2 = nullptr;      // the second colour
     QPushButton* Command1 = nullptr;
-    std::array<QSlider*, 2> Px{};   // horizontal, vertical
-    QSlider* HScroll1 = nullptr;    // thickness
+    std::array<QSlider*, 2> Px{}; // horizontal, vertical
+    QSlider* HScroll1 = nullptr;  // thickness
     QComboBox* Combo1 = nullptr;
-    QSlider* HScroll2 = nullptr;    // font size
-    QCheckBox* Check5 = nullptr;    // bold
-    QCheckBox* Check1 = nullptr;    // italic
-    QCheckBox* Check2 = nullptr;    // underline
-    QCheckBox* Check3 = nullptr;    // strikeout
-    QCheckBox* Check4 = nullptr;    // with texture
+    QSlider* HScroll2 = nullptr; // font size
+    QCheckBox* Check5 = nullptr; // bold
+    QCheckBox* Check1 = nullptr; // italic
+    QCheckBox* Check2 = nullptr; // underline
+    QCheckBox* Check3 = nullptr; // strikeout
+    QCheckBox* Check4 = nullptr; // with texture
     QLabel* pTexture = nullptr;
     QListWidget* File1 = nullptr;
     QPushButton* cmdBrowse = nullptr;

@@ -23,11 +23,13 @@ const int kSizes[] = {8, 9, 10, 11, 12, 14, 16, 18, 20, 22, 24, 26, 28, 36, 48, 
 const int kDepths[] = {0, 1, 2, 3, 4, 5, 6, 8, 10, 12, 15, 20};
 const int kStarts[] = {0, 2, 5, 10, 15, 20, 25, 30, 40, 50, 75, 100};
 
-QComboBox* numberList(const char* name, const int* begin, const int* end, int value, QWidget* parent) {
+QComboBox* numberList(const char* name, const int* begin, const int* end, int value,
+                      QWidget* parent) {
     auto* c = new QComboBox(parent);
     c->setObjectName(name);
     c->setEditable(true);
-    for (const int* v = begin; v != end; ++v) c->addItem(QString::number(*v));
+    for (const int* v = begin; v != end; ++v)
+        c->addItem(QString::number(*v));
     c->setCurrentText(QString::number(value));
     return c;
 }
@@ -80,7 +82,8 @@ fLayerText::fLayerText(QWidget* parent, TextLayerSink* sink)
     cboAngleT = new QComboBox(FCustom);
     cboAngleT->setObjectName("cboAngleT");
     cboAngleT->setEditable(true);
-    for (int a = 0; a < 360; a += 15) cboAngleT->addItem(QString::number(a));
+    for (int a = 0; a < 360; a += 15)
+        cboAngleT->addItem(QString::number(a));
     cboAngleT->setCurrentText(QString::number(d.angle));
     cboDepthT = numberList("cboDepthT", std::begin(kDepths), std::end(kDepths), d.depth, FCustom);
     cboLeftT = numberList("cboLeftT", std::begin(kStarts), std::end(kStarts), d.left, FCustom);
@@ -126,7 +129,8 @@ fLayerText::fLayerText(QWidget* parent, TextLayerSink* sink)
     top->addWidget(Cs, 1, 4);
     top->addWidget(CP, 1, 5);
     auto* toggles = new QHBoxLayout;
-    for (QCheckBox* c : {cBold, cItalic, cUnderline, cStrike}) toggles->addWidget(c);
+    for (QCheckBox* c : {cBold, cItalic, cUnderline, cStrike})
+        toggles->addWidget(c);
     toggles->addStretch();
     top->addLayout(toggles, 2, 1, 1, 5);
     auto* colours = new QHBoxLayout;
@@ -183,7 +187,10 @@ StyleTextSettings fLayerText::settings() const {
     StyleTextSettings s;
     s.text = txtLayerText->text();
     s.fontName = cFonts->currentText();
-    s.fontSize = float(FieldNumber(Cs->currentText(), int(s.fontSize)));
+    // Sizes may have a fraction (a layer's font of 13.5 points comes back as it was).
+    bool ok = false;
+    const float size = Cs->currentText().trimmed().toFloat(&ok);
+    if (ok && size > 0 && size <= 30000) s.fontSize = size;
     s.foreColor = CP->colour();
     s.bold = cBold->isChecked();
     s.italic = cItalic->isChecked();

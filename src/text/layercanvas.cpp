@@ -11,7 +11,7 @@ namespace ostrivex {
 
 namespace {
 
-constexpr int kMargin = 10;   // room around the layer for the grips
+constexpr int kMargin = 10; // room around the layer for the grips
 constexpr int kGripSize = 7;
 
 } // namespace
@@ -19,9 +19,7 @@ constexpr int kGripSize = 7;
 // The scrolled surface: a grey field with the layer at (kMargin, kMargin).
 class LayerCanvas::Surface : public QWidget {
   public:
-    explicit Surface(LayerCanvas* owner) : QWidget(owner), owner_(owner) {
-        setMouseTracking(true);
-    }
+    explicit Surface(LayerCanvas* owner) : QWidget(owner), owner_(owner) { setMouseTracking(true); }
 
   protected:
     void paintEvent(QPaintEvent*) override {
@@ -80,7 +78,8 @@ void LayerCanvas::SetLayerSize(QSize size) {
 
 void LayerCanvas::ShowG(bool show) {
     gripsShown_ = show;
-    for (QWidget* g : grips_) g->setVisible(show);
+    for (QWidget* g : grips_)
+        g->setVisible(show);
     MoveGrips();
 }
 
@@ -93,7 +92,8 @@ void LayerCanvas::MoveGrips() {
 }
 
 void LayerCanvas::UpdateScroll() {
-    surface_->resize(size_.width() + 2 * kMargin + kGripSize, size_.height() + 2 * kMargin + kGripSize);
+    surface_->resize(size_.width() + 2 * kMargin + kGripSize,
+                     size_.height() + 2 * kMargin + kGripSize);
     MoveGrips();
     surface_->update();
 }
@@ -131,7 +131,8 @@ bool LayerCanvas::eventFilter(QObject* watched, QEvent* event) {
             return true;
         }
         break;
-    default: break;
+    default:
+        break;
     }
     return QScrollArea::eventFilter(watched, event);
 }

@@ -71,7 +71,8 @@ LogoMan::LogoMan(QWidget* parent, TextLayerSink* sink)
     setObjectName("LogoMan");
     setWindowTitle("Style Text");
     const LogoSettings d;
-    textureFolder_ = TextDialogHooks::TexturesFolder ? TextDialogHooks::TexturesFolder() : QString();
+    textureFolder_ =
+        TextDialogHooks::TexturesFolder ? TextDialogHooks::TexturesFolder() : QString();
 
     Pic = new LayerCanvas(this);
     Pic->setObjectName("Pic");
@@ -164,7 +165,8 @@ QWidget* LogoMan::buildFontTab() {
     CboSize = new QComboBox(tab);
     CboSize->setObjectName("CboSize");
     CboSize->setEditable(true);
-    for (int s : kFontSizes) CboSize->addItem(QString::number(s));
+    for (int s : kFontSizes)
+        CboSize->addItem(QString::number(s));
     CboSize->setCurrentText(QString::number(d.fontSize));
 
     auto* group = new QButtonGroup(tab);
@@ -172,7 +174,8 @@ QWidget* LogoMan::buildFontTab() {
                option("OptTab0_1", "Solid Color", "Single Color Font", tab),
                option("OptTab0_2", "Gradient", "Multicolor Fonts", tab),
                option("OptTab0_3", "Transparent", "Invisible font and normal border", tab)};
-    for (int i = 0; i < 4; ++i) group->addButton(OptTab0[i], i);
+    for (int i = 0; i < 4; ++i)
+        group->addButton(OptTab0[i], i);
     OptTab0[int(d.fontFill)]->setChecked(true);
     CmdSolCol[0] = well("CmdSolCol_0", d.fontColour, tab);
 
@@ -245,8 +248,8 @@ QWidget* LogoMan::buildTextureTab() {
     grid->addWidget(HScrDL[1], 4, 1);
     grid->setRowStretch(5, 1);
     connect(CmdLoad, &QPushButton::clicked, this, [this] {
-        const QString path = DocumentDialogs::AskOpenName(this, "Load Texture", textureFolder_,
-                                                          QStringLiteral("Pictures|") + kTexturePattern);
+        const QString path = DocumentDialogs::AskOpenName(
+            this, "Load Texture", textureFolder_, QStringLiteral("Pictures|") + kTexturePattern);
         if (!path.isEmpty()) LoadTextureFile(path);
     });
     return tab;
@@ -262,14 +265,16 @@ QWidget* LogoMan::buildBorderTab() {
     ChkRight = check("ChkRight", "Right", nullptr, tab);
     ChkTop = check("ChkTop", "Top", nullptr, tab);
     ChkBottom = check("ChkBottom", "Bottom", nullptr, tab);
-    for (QCheckBox* c : {ChkLeft, ChkRight, ChkTop, ChkBottom}) c->setChecked(true);
+    for (QCheckBox* c : {ChkLeft, ChkRight, ChkTop, ChkBottom})
+        c->setChecked(true);
     ChkGlow = check("ChkGlow", "Glow", "Create glowing Borders", tab);
     auto* group = new QButtonGroup(tab);
     OptTab1 = {option("OptTab1_0", "Fade", "Fade between Font and Background", tab),
                option("OptTab1_1", "Gradient", "Multicolor Fonts", tab),
                option("OptTab1_2", "Solid Color", "Single Color Font", tab),
                option("OptTab1_3", "Texture", "Use picture Overlays", tab)};
-    for (int i = 0; i < 4; ++i) group->addButton(OptTab1[i], i);
+    for (int i = 0; i < 4; ++i)
+        group->addButton(OptTab1[i], i);
     OptTab1[int(d.borderFill)]->setChecked(true);
     CmdSolCol[1] = well("CmdSolCol_1", d.borderColour, tab);
 
@@ -280,7 +285,8 @@ QWidget* LogoMan::buildBorderTab() {
     size->addWidget(TxtBordersize);
     grid->addLayout(size, 0, 1);
     auto* sides = new QHBoxLayout;
-    for (QCheckBox* c : {ChkLeft, ChkRight, ChkTop, ChkBottom, ChkGlow}) sides->addWidget(c);
+    for (QCheckBox* c : {ChkLeft, ChkRight, ChkTop, ChkBottom, ChkGlow})
+        sides->addWidget(c);
     sides->addStretch();
     grid->addLayout(sides, 0, 2, 1, 2);
     grid->addWidget(OptTab1[0], 1, 0);
@@ -301,7 +307,8 @@ QWidget* LogoMan::buildBackgroundTab() {
     OptTab2 = {option("OptTab2_0", "Picture", "Use a Backgoundpicture", tab),
                option("OptTab2_1", "Solid Color", "Single Color Background", tab),
                option("OptTab2_2", "Gradient", "Multicolor Background", tab)};
-    for (int i = 0; i < 3; ++i) group->addButton(OptTab2[i], i);
+    for (int i = 0; i < 3; ++i)
+        group->addButton(OptTab2[i], i);
     OptTab2[int(d.background)]->setChecked(true);
     CmdBackcolor = well("CmdBackcolor", d.backColour, tab);
     CmdBackground = new QPushButton("Load", tab);
@@ -319,7 +326,8 @@ QWidget* LogoMan::buildBackgroundTab() {
     auto* grid = new QGridLayout(tab);
     grid->addWidget(OptTab2[0], 0, 0);
     auto* pictureRow = new QHBoxLayout;
-    for (QWidget* w : std::initializer_list<QWidget*>{CmdBackground, CmdClearBack, ChkTile, ChkShrink, ChkStretch})
+    for (QWidget* w : std::initializer_list<QWidget*>{CmdBackground, CmdClearBack, ChkTile,
+                                                      ChkShrink, ChkStretch})
         pictureRow->addWidget(w);
     pictureRow->addStretch();
     grid->addLayout(pictureRow, 0, 1, 1, 3);

@@ -76,7 +76,7 @@ class LogoMan : public QDialog {
     std::array<QRadioButton*, 3> OptTab2{}; // Picture, Solid Color, Gradient
     std::array<ColourWell*, 2> CmdSolCol{};
     std::array<QComboBox*, 3> CboGrStyle{};
-    std::array<ColourWell*, 6> CmdGrCol{};  // two per gradient
+    std::array<ColourWell*, 6> CmdGrCol{}; // two per gradient
     std::array<QPushButton*, 3> CmdSwapColors{};
     QCheckBox* ChkTexDefined = nullptr;
     QCheckBox* ChkTex = nullptr;
@@ -149,8 +149,8 @@ class LogoMan : public QDialog {
 
     TextLayerSink* sink_ = nullptr;
     int32_t editing_ = 0;
-    LogoState state_;  // the drawn logo with its effects
-    Bits shown_;       // state_ with the backlight
+    LogoState state_; // the drawn logo with its effects
+    Bits shown_;      // state_ with the backlight
     QPoint light_{-1, -1};
     bool hasKey_ = false;
     int32_t key_ = 0;

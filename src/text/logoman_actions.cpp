@@ -33,7 +33,8 @@ template <size_t N> int checkedIndex(const std::array<QRadioButton*, N>& group) 
 
 QPixmap texturePixmap(const Bits& t, QSize size) {
     if (t.empty()) return QPixmap();
-    return QPixmap::fromImage(BitsImage(t)).scaled(size, Qt::KeepAspectRatio, Qt::FastTransformation);
+    return QPixmap::fromImage(BitsImage(t))
+        .scaled(size, Qt::KeepAspectRatio, Qt::FastTransformation);
 }
 
 } // namespace
@@ -51,12 +52,22 @@ void LogoMan::connectRedraw() {
                          ChkShrink, ChkStretch, ChkEmbosFont, ChkEngraveFont, ChkEmEnBox, ChkInvert,
                          ChkMirror, ChkAlpha, ChkAlias})
         connect(c, &QCheckBox::toggled, this, redraw);
-    for (QRadioButton* r : OptTab0) connect(r, &QRadioButton::toggled, this, [this](bool on) { if (on) Redraw(); });
-    for (QRadioButton* r : OptTab1) connect(r, &QRadioButton::toggled, this, [this](bool on) { if (on) Redraw(); });
-    for (QRadioButton* r : OptTab2) connect(r, &QRadioButton::toggled, this, [this](bool on) { if (on) Redraw(); });
+    for (QRadioButton* r : OptTab0)
+        connect(r, &QRadioButton::toggled, this, [this](bool on) {
+            if (on) Redraw();
+        });
+    for (QRadioButton* r : OptTab1)
+        connect(r, &QRadioButton::toggled, this, [this](bool on) {
+            if (on) Redraw();
+        });
+    for (QRadioButton* r : OptTab2)
+        connect(r, &QRadioButton::toggled, this, [this](bool on) {
+            if (on) Redraw();
+        });
     for (ColourWell* w : {CmdSolCol[0], CmdSolCol[1], CmdBackcolor})
         connect(w, &ColourWell::colourChanged, this, redraw);
-    for (ColourWell* w : CmdGrCol) connect(w, &ColourWell::colourChanged, this, redraw);
+    for (ColourWell* w : CmdGrCol)
+        connect(w, &ColourWell::colourChanged, this, redraw);
     // The size: the fields and the grips follow each other.
     for (QSpinBox* s : {TxtSizeX, TxtSizeY})
         connect(s, &QSpinBox::valueChanged, this, [this] {
@@ -116,8 +127,8 @@ LogoSettings LogoMan::settings() const {
     s.fontSize = std::clamp(FieldNumber(CboSize->currentText(), s.fontSize), 1, 12000);
     s.fontFill = LogoFontFill(checkedIndex(OptTab0));
     s.fontColour = CmdSolCol[0]->colour();
-    s.fontGradient = {GradientStyle(std::max(0, CboGrStyle[0]->currentIndex())), CmdGrCol[0]->colour(),
-                      CmdGrCol[1]->colour()};
+    s.fontGradient = {GradientStyle(std::max(0, CboGrStyle[0]->currentIndex())),
+                      CmdGrCol[0]->colour(), CmdGrCol[1]->colour()};
     s.fontTexture = fontTexture_;
     s.border = ChkBorder->isChecked();
     s.borderSize = TxtBordersize->value();
@@ -128,8 +139,8 @@ LogoSettings LogoMan::settings() const {
     s.glow = ChkGlow->isChecked();
     s.borderFill = LogoBorderFill(checkedIndex(OptTab1));
     s.borderColour = CmdSolCol[1]->colour();
-    s.borderGradient = {GradientStyle(std::max(0, CboGrStyle[1]->currentIndex())), CmdGrCol[2]->colour(),
-                        CmdGrCol[3]->colour()};
+    s.borderGradient = {GradientStyle(std::max(0, CboGrStyle[1]->currentIndex())),
+                        CmdGrCol[2]->colour(), CmdGrCol[3]->colour()};
     s.borderTexture = borderTexture_;
     for (LogoTexture* t : {&s.fontTexture, &s.borderTexture}) {
         t->deform = ChkTex->isChecked();
@@ -138,8 +149,8 @@ LogoSettings LogoMan::settings() const {
     }
     s.background = LogoBackground(checkedIndex(OptTab2));
     s.backColour = CmdBackcolor->colour();
-    s.backGradient = {GradientStyle(std::max(0, CboGrStyle[2]->currentIndex())), CmdGrCol[4]->colour(),
-                      CmdGrCol[5]->colour()};
+    s.backGradient = {GradientStyle(std::max(0, CboGrStyle[2]->currentIndex())),
+                      CmdGrCol[4]->colour(), CmdGrCol[5]->colour()};
     s.backPicture = backPicture_;
     s.tile = ChkTile->isChecked();
     s.shrink = ChkShrink->isChecked();
@@ -160,8 +171,9 @@ LogoSettings LogoMan::settings() const {
 
 void LogoMan::Redraw() {
     const LogoSettings s = settings();
-    const BackgroundKey key{s.width, s.height, int(s.background), backPictureGeneration_, s.moveX,
-                            s.moveY, s.backColour, s.backGradient, s.tile, s.shrink, s.stretch};
+    const BackgroundKey key{s.width, s.height, int(s.background), backPictureGeneration_,
+                            s.moveX, s.moveY,  s.backColour,      s.backGradient,
+                            s.tile,  s.shrink, s.stretch};
     if (!(key == backKey_) || background_.empty()) {
         background_ = PaintLogoBackground(s, s.width, s.height);
         backKey_ = key;
@@ -184,8 +196,8 @@ void LogoMan::showPicture(const Bits& picture) {
 }
 
 void LogoMan::showMagnify() {
-    QPixmap pm = QPixmap::fromImage(BitsImage(shown_).scaled(PicMagnify->size(), Qt::KeepAspectRatio,
-                                                             Qt::SmoothTransformation));
+    QPixmap pm = QPixmap::fromImage(BitsImage(shown_).scaled(
+        PicMagnify->size(), Qt::KeepAspectRatio, Qt::SmoothTransformation));
     if (ChkLight->isChecked() && light_.x() >= 0 && !shown_.empty()) {
         // ShpSun: the light's place.
         QPainter p(&pm);
@@ -212,7 +224,7 @@ void LogoMan::MoveLight(QPoint at) {
     if (!ChkLight->isChecked()) return;
     light_ = at;
     showPicture(MakeBacklight(state_, at.x(), at.y(), CmdLightCol->colour(), HScrDist->value(),
-                       HScrStrnght->value(), ChkReal->isChecked()));
+                              HScrStrnght->value(), ChkReal->isChecked()));
 }
 
 bool LogoMan::eventFilter(QObject* watched, QEvent* event) {
@@ -234,12 +246,14 @@ bool LogoMan::eventFilter(QObject* watched, QEvent* event) {
 bool LogoMan::LoadTextureFile(const QString& path) {
     const Bits t = ReadTexturePicture(path);
     if (t.empty() || t.width() < 1 || t.height() < 1) {
-        DocumentDialogs::Inform(this, QStringLiteral("%1\n%2").arg(kPictureLoadText, path), windowTitle());
+        DocumentDialogs::Inform(this, QStringLiteral("%1\n%2").arg(kPictureLoadText, path),
+                                windowTitle());
         return false;
     }
     const bool border = ChkTexDefined->isChecked();
     (border ? borderTexture_ : fontTexture_).picture = t;
-    (border ? borderTexturePreview_ : fontTexturePreview_)->setPixmap(texturePixmap(t, QSize(38, 38)));
+    (border ? borderTexturePreview_ : fontTexturePreview_)
+        ->setPixmap(texturePixmap(t, QSize(38, 38)));
     // A texture chosen is a texture used.
     {
         const QSignalBlocker b0(OptTab0[0]), b1(OptTab1[3]);
@@ -249,12 +263,15 @@ bool LogoMan::LoadTextureFile(const QString& path) {
     return true;
 }
 
-void LogoMan::pickTexture(const QString& path) { LoadTextureFile(path); }
+void LogoMan::pickTexture(const QString& path) {
+    LoadTextureFile(path);
+}
 
 bool LogoMan::LoadBackgroundFile(const QString& path) {
     const Bits t = ReadTexturePicture(path);
     if (t.empty() || t.width() < 1 || t.height() < 1) {
-        DocumentDialogs::Inform(this, QStringLiteral("%1\n%2").arg(kPictureLoadText, path), windowTitle());
+        DocumentDialogs::Inform(this, QStringLiteral("%1\n%2").arg(kPictureLoadText, path),
+                                windowTitle());
         return false;
     }
     backPicture_ = t;

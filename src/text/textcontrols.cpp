@@ -36,13 +36,13 @@ QIcon swatch(int32_t colour) {
 
 } // namespace
 
-std::function<bool(QWidget*, int32_t&)> TextDialogHooks::ChooseColour =
-    [](QWidget* parent, int32_t& colour) {
-        const QColor c = QColorDialog::getColor(qcolour(colour), parent);
-        if (!c.isValid()) return false;
-        colour = int32_t(uint32_t(c.red()) | uint32_t(c.green()) << 8 | uint32_t(c.blue()) << 16);
-        return true;
-    };
+std::function<bool(QWidget*, int32_t&)> TextDialogHooks::ChooseColour = [](QWidget* parent,
+                                                                           int32_t& colour) {
+    const QColor c = QColorDialog::getColor(qcolour(colour), parent);
+    if (!c.isValid()) return false;
+    colour = int32_t(uint32_t(c.red()) | uint32_t(c.green()) << 8 | uint32_t(c.blue()) << 16);
+    return true;
+};
 
 std::function<QString()> TextDialogHooks::TexturesFolder = [] {
     return QString::fromStdString(AppFolder()) + QStringLiteral("/Textures");
@@ -84,10 +84,12 @@ void mFonts(QComboBox* list, const QString& current, QWidget* messageParent) {
 
 QStringList TextureFiles(const QString& folder, const QString& patterns) {
     QStringList filters;
-    for (const QString& p : patterns.split(';', Qt::SkipEmptyParts)) filters << p.trimmed();
+    for (const QString& p : patterns.split(';', Qt::SkipEmptyParts))
+        filters << p.trimmed();
     QDir dir(folder);
     if (!dir.exists()) return {};
-    QStringList names = dir.entryList(filters, QDir::Files | QDir::Readable, QDir::Name | QDir::IgnoreCase);
+    QStringList names =
+        dir.entryList(filters, QDir::Files | QDir::Readable, QDir::Name | QDir::IgnoreCase);
     return names;
 }
 
@@ -123,15 +125,16 @@ QImage BitsImage(const Bits& bits) {
     for (int y = 0; y < bits.height(); ++y) {
         auto* d = reinterpret_cast<QRgb*>(img.scanLine(y));
         const uint8_t* s = bits.row(y);
-        for (int x = 0; x < bits.width(); ++x, s += 4) d[x] = qRgb(s[2], s[1], s[0]);
+        for (int x = 0; x < bits.width(); ++x, s += 4)
+            d[x] = qRgb(s[2], s[1], s[0]);
     }
     return img;
 }
 
 bool SaveTextPictureAs(QWidget* parent, const Bits& picture, const QString& title) {
     const QString folder = QString::fromStdString(FieldText(Settings.SaveFolder));
-    QString name = DocumentDialogs::AskSaveName(parent, title, folder, QString::fromLatin1(kSaveFilter),
-                                                QString());
+    QString name = DocumentDialogs::AskSaveName(parent, title, folder,
+                                                QString::fromLatin1(kSaveFilter), QString());
     if (name.isEmpty()) return false; // cancelled
     std::string ext = ExtensionOf(name.toStdString());
     if (ext.empty()) { // a name typed without one is saved as a bitmap

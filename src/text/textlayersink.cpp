@@ -6,7 +6,11 @@ namespace {
 TextLayerSink* installedSink = nullptr;
 }
 
-TextLayerSink* GetTextLayerSink() { return installedSink; }
-void SetTextLayerSink(TextLayerSink* sink) { installedSink = sink; }
+TextLayerSink* GetTextLayerSink() {
+    return installedSink;
+}
+void SetTextLayerSink(TextLayerSink* sink) {
+    installedSink = sink;
+}
 
 } // namespace ostrivex

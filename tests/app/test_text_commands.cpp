@@ -66,7 +66,8 @@ TEST_F(TextCommandsTest, NewLayerEntriesOpenTheTextDialogs) {
     const struct {
         const char* caption;
         const char* title;
-    } entries[] = {{"Shadow Text", "Style Text"}, {"3D Text", "3D Text"}, {"Style Text", "New Text Layer"}};
+    } entries[] = {
+        {"Shadow Text", "Style Text"}, {"3D Text", "3D Text"}, {"Style Text", "New Text Layer"}};
     for (const auto& e : entries) {
         QString title;
         answerNextModal([&](QWidget* w) { title = w->windowTitle(); });

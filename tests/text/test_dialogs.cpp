@@ -6,8 +6,8 @@
 #include "text/flayertext.h"
 #include "text/layercanvas.h"
 #include "text/logoman.h"
-#include "text/textcontrols.h"
 #include "text/text_test_util.h"
+#include "text/textcontrols.h"
 
 #include <QCheckBox>
 #include <QComboBox>
@@ -41,7 +41,9 @@ struct FakeSink : TextLayerSink {
     };
     std::vector<Call> calls;
     void AddTextLayer(const FinishedText& t) override { calls.push_back({0, t}); }
-    void UpdateTextLayer(int32_t layer, const FinishedText& t) override { calls.push_back({layer, t}); }
+    void UpdateTextLayer(int32_t layer, const FinishedText& t) override {
+        calls.push_back({layer, t});
+    }
 };
 
 class TextDialogs : public ::testing::Test {
@@ -85,8 +87,8 @@ void drag(QWidget* w, int dx, int dy) {
     QMouseEvent move(QEvent::MouseMove, local + QPointF(dx, dy), global + QPointF(dx, dy),
                      Qt::NoButton, Qt::LeftButton, {});
     QCoreApplication::sendEvent(w, &move);
-    QMouseEvent release(QEvent::MouseButtonRelease, local + QPointF(dx, dy), global + QPointF(dx, dy),
-                        Qt::LeftButton, Qt::NoButton, {});
+    QMouseEvent release(QEvent::MouseButtonRelease, local + QPointF(dx, dy),
+                        global + QPointF(dx, dy), Qt::LeftButton, Qt::NoButton, {});
     QCoreApplication::sendEvent(w, &release);
 }
 
@@ -139,7 +141,7 @@ TEST_F(TextDialogs, EditingALayerBringsItsRecordBack) {
     r.LayerText = "Again";
     r.StyleValues = {0x112233, 0x445566, 30, 12, 4, 8, 3};
     r.FontName = TestFontFamily;
-    r.FontSize = 20;
+    r.FontSize = 13.5f;
     r.ForeColor = 0x0000FF;
     r.FontItalic = true;
     fLayerText d(nullptr, &sink);
@@ -177,7 +179,8 @@ TEST_F(TextDialogs, ThreeDTextControlsAndTextures) {
     d.Combo1->setCurrentText(TestFontFamily);
     // The list shows the gif, bmp and jpg files, whatever their case.
     QStringList listed;
-    for (int i = 0; i < d.File1->count(); ++i) listed << d.File1->item(i)->text();
+    for (int i = 0; i < d.File1->count(); ++i)
+        listed << d.File1->item(i)->text();
     EXPECT_EQ(listed, (QStringList{"a.gif", "b.BMP", "d.jpg", "e.jpg"}));
     // The thickness slider never gives 0.
     d.HScroll1->setValue(0);

@@ -10,7 +10,9 @@ using namespace ostrivex::test;
 
 namespace {
 
-Bits grey(int w, int h, uint8_t v) { return Filled(w, h, packColour(v, v, v)); }
+Bits grey(int w, int h, uint8_t v) {
+    return Filled(w, h, packColour(v, v, v));
+}
 
 LogoSettings plainLogo() {
     LogoSettings s;
@@ -31,7 +33,8 @@ Bits flipped(const Bits& b) {
     Bits out(b.width(), b.height());
     for (int y = 0; y < b.height(); ++y)
         for (int x = 0; x < b.width(); ++x)
-            for (int c = 0; c < 3; ++c) out(c, b.width() - 1 - x, y) = b(c, x, y);
+            for (int c = 0; c < 3; ++c)
+                out(c, b.width() - 1 - x, y) = b(c, x, y);
     return out;
 }
 
@@ -40,7 +43,8 @@ Bits flipped(const Bits& b) {
 TEST(Logo, EffectListOnHandMadePixels) {
     // Monochrome: 0.3 red + 0.59 green + 0.11 blue, rounded, into all three channels.
     Bits p(3, 1);
-    const uint32_t in[3] = {packColour(10, 200, 30), packColour(0, 0, 255), packColour(255, 255, 255)};
+    const uint32_t in[3] = {packColour(10, 200, 30), packColour(0, 0, 255),
+                            packColour(255, 255, 255)};
     for (int x = 0; x < 3; ++x) {
         p(0, x, 0) = colourB(in[x]);
         p(1, x, 0) = colourG(in[x]);
@@ -57,12 +61,14 @@ TEST(Logo, EffectListOnHandMadePixels) {
     Bits b(4, 3);
     for (int y = 0; y < 3; ++y)
         for (int x = 0; x < 4; ++x)
-            for (int c = 0; c < 3; ++c) b(c, x, y) = uint8_t(10 * x + 30 * y + c);
+            for (int c = 0; c < 3; ++c)
+                b(c, x, y) = uint8_t(10 * x + 30 * y + c);
     const Bits before = b;
     ApplyLogoFX(b, LogoFX::Blur);
     EXPECT_EQ(b(0, 1, 1), 40);
     EXPECT_EQ(b(2, 2, 1), 52);
-    for (int x = 0; x < 4; ++x) EXPECT_EQ(At(b, x, 0), At(before, x, 0));
+    for (int x = 0; x < 4; ++x)
+        EXPECT_EQ(At(b, x, 0), At(before, x, 0));
     EXPECT_EQ(At(b, 0, 1), At(before, 0, 1));
     EXPECT_EQ(At(b, 3, 1), At(before, 3, 1));
     Bits dot = grey(3, 3, 0);
@@ -73,7 +79,8 @@ TEST(Logo, EffectListOnHandMadePixels) {
     Bits speck = grey(7, 7, 50);
     speck(0, 2, 2) = 250;
     for (int y = 3; y < 6; ++y)
-        for (int x = 3; x < 6; ++x) speck(2, x, y) = 200;
+        for (int x = 3; x < 6; ++x)
+            speck(2, x, y) = 200;
     ApplyLogoFX(speck, LogoFX::DePixel);
     EXPECT_EQ(speck(0, 2, 2), 50);
     EXPECT_EQ(speck(2, 4, 4), 200);
@@ -109,7 +116,8 @@ TEST(Logo, StepsOfThePipeline) {
     alpha.alphaPercent = 0;
     EXPECT_EQ(DrawLogo(alpha).picture, base.picture);
     alpha.alphaPercent = 50;
-    EXPECT_EQ(Colours(DrawLogo(alpha).picture), (std::set<uint32_t>{0xFFFFFF, packColour(255, 128, 128)}));
+    EXPECT_EQ(Colours(DrawLogo(alpha).picture),
+              (std::set<uint32_t>{0xFFFFFF, packColour(255, 128, 128)}));
     // Mirror and invert act on the finished picture.
     LogoSettings turned = s;
     turned.mirror = true;
@@ -122,7 +130,8 @@ TEST(Logo, StepsOfThePipeline) {
     soft.antiAlias = true;
     const std::set<uint32_t> softColours = Colours(DrawLogo(soft).picture);
     EXPECT_GT(softColours.size(), 4u);
-    for (uint32_t c : softColours) EXPECT_EQ(colourR(c), 255) << std::hex << c;
+    for (uint32_t c : softColours)
+        EXPECT_EQ(colourR(c), 255) << std::hex << c;
 }
 
 TEST(Logo, BorderGlowsRingByRing) {
@@ -157,8 +166,8 @@ TEST(Logo, EmbossBoxAndEffectsOnTheFinishedLogo) {
     s.emEnBox = true;
     s.emEnDistance = 3;
     const Bits box = DrawLogo(s).picture;
-    EXPECT_EQ(At(box, 0, 0), packColour(204, 204, 204));   // 128 + 127 * 0.6
-    EXPECT_EQ(At(box, 119, 59), packColour(51, 51, 51));   // 128 * 0.4
+    EXPECT_EQ(At(box, 0, 0), packColour(204, 204, 204)); // 128 + 127 * 0.6
+    EXPECT_EQ(At(box, 119, 59), packColour(51, 51, 51)); // 128 * 0.4
     EXPECT_EQ(At(box, 60, 30), 0x808080u);
     s.emboss = false;
     s.engrave = true;
@@ -170,7 +179,8 @@ TEST(Logo, EmbossBoxAndEffectsOnTheFinishedLogo) {
     st.background = st.picture;
     st.shape.assign(60 * 30, 0);
     for (int y = 10; y < 20; ++y)
-        for (int x = 20; x < 30; ++x) st.shape[size_t(y) * 60 + x] = 255;
+        for (int x = 20; x < 30; ++x)
+            st.shape[size_t(y) * 60 + x] = 255;
     st.fontPixels = 16;
     // Backlight from the left, behind: the far side lights up, falling off with distance.
     const Bits behind = MakeBacklight(st, 0, 15, 0xFFFFFF, 4, 50, false);

@@ -40,7 +40,8 @@ Bits reference(int w, int h, const QFont& font, int angle,
         p.restore();
     };
     for (const auto& [colour, offset] : passes)
-        for (int k = 1; k <= repeat; ++k) draw(x + k * offset, y + k * offset, colour);
+        for (int k = 1; k <= repeat; ++k)
+            draw(x + k * offset, y + k * offset, colour);
     if (color3 != -1) draw(x, y, color3);
     p.end();
     Bits b(w, h);
@@ -82,8 +83,8 @@ TEST(StyledText, SkippedPassesAndStylesOutsideTheList) {
     const QFont font = MakeTextFont({TestFontFamily, 18, 400});
     // A colour of -1 skips its pass; color3 -1 skips the last drawing.
     Bits pic = Filled(90, 50, kWhite);
-    DrawStyledText(pic, "Ab|g", TestFontFamily, 400, false, false, false, 18, 0, 0, -1, kC2, -1,
-                   10, 10, 2);
+    DrawStyledText(pic, "Ab|g", TestFontFamily, 400, false, false, false, 18, 0, 0, -1, kC2, -1, 10,
+                   10, 2);
     EXPECT_EQ(pic, reference(90, 50, font, 0, {{kC2, -1}}, -1, 10, 10, 2));
     // Styles 4 and -1 make no passes: only color3, once, or nothing at all.
     for (int style : {4, 7, -1}) {
@@ -101,15 +102,16 @@ TEST(StyledText, SkippedPassesAndStylesOutsideTheList) {
 TEST(StyledText, HeightRuleInTwips) {
     // round(size * -20 / 15), ties to even, as a character height.
     EXPECT_EQ(FontPixelHeight(12), 16);
-    EXPECT_EQ(FontPixelHeight(10), 13);     // -13.33
-    EXPECT_EQ(FontPixelHeight(1.875f), 2);  // -2.5 goes to -2
-    EXPECT_EQ(FontPixelHeight(2.625f), 4);  // -3.5 goes to -4
-    EXPECT_EQ(FontPixelHeight(0), 1);       // nothing smaller than a pixel
+    EXPECT_EQ(FontPixelHeight(10), 13);    // -13.33
+    EXPECT_EQ(FontPixelHeight(1.875f), 2); // -2.5 goes to -2
+    EXPECT_EQ(FontPixelHeight(2.625f), 4); // -3.5 goes to -4
+    EXPECT_EQ(FontPixelHeight(0), 1);      // nothing smaller than a pixel
     EXPECT_EQ(MakeTextFont({TestFontFamily, 36, 400}).pixelSize(), 48);
     // The drawn line is as high as the font says.
     const QFontMetrics fm(MakeTextFont({TestFontFamily, 36, 400}));
     Bits pic = Filled(300, 120, kWhite);
-    DrawStyledText(pic, "H", TestFontFamily, 400, false, false, false, 36, 0, 4, -1, -1, 0, 0, 0, 0);
+    DrawStyledText(pic, "H", TestFontFamily, 400, false, false, false, 36, 0, 4, -1, -1, 0, 0, 0,
+                   0);
     int top = -1, bottom = -1;
     for (int y = 0; y < 120; ++y)
         for (int x = 0; x < 300; ++x)

@@ -21,12 +21,12 @@ struct Block {
 
 // A block of `thickness` from (r1, g1, b1) to (r2, g2, b2) on white, one pixel to the
 // lower right per step unless told.
-Block block(int thickness, float r1, float g1, float b1, float r2, float g2, float b2,
-          float h = 10, float v = 10, const Bits& texture = Bits(), int w = 160, int hgt = 60) {
+Block block(int thickness, float r1, float g1, float b1, float r2, float g2, float b2, float h = 10,
+            float v = 10, const Bits& texture = Bits(), int w = 160, int hgt = 60) {
     Block run{Filled(w, hgt, 0), 0, r1, g1, b1};
     const QFont font = MakeTextFont({TestFontFamily, 30, 700});
-    run.front = Draw3DText(run.picture, kWhite, font, thickness, run.r1, run.g1, run.b1, r2, g2,
-                           b2, h, v, "HIM", !texture.empty(), texture);
+    run.front = Draw3DText(run.picture, kWhite, font, thickness, run.r1, run.g1, run.b1, r2, g2, b2,
+                           h, v, "HIM", !texture.empty(), texture);
     return run;
 }
 
@@ -59,7 +59,7 @@ TEST(Text3D, RunningColoursOfTheBlock) {
     // Whole parts, not rounding: steps of 2.5 from 0.
     r = block(4, 0, 0, 0, 0, 0, 10);
     EXPECT_EQ(inked(r.picture), (std::set<uint32_t>{packColour(0, 0, 2), packColour(0, 0, 5),
-                                                     packColour(0, 0, 7), packColour(0, 0, 10)}));
+                                                    packColour(0, 0, 7), packColour(0, 0, 10)}));
     // The packing borrows and carries between channels: -1 + 256 * 1 + 65536 * 256.
     EXPECT_EQ(RunningColour(-0.5f, 1.9f, 256.0f), 0x0000FFu);
 }
@@ -112,12 +112,14 @@ TEST(Text3D, TextureWalksColumnsOneShortOfItsSize) {
     // A 4 x 3 texture: rows 0 and 1, columns 0 to 2.
     Bits tex43(4, 3);
     for (int y = 0; y < 3; ++y)
-        for (int x = 0; x < 4; ++x) tex43(2, x, y) = uint8_t(10 * y + x + 1);
+        for (int x = 0; x < 4; ++x)
+            tex43(2, x, y) = uint8_t(10 * y + x + 1);
     const Block t43 = block(3, 0, 0, 200, 0, 0, 200, 0, 0, tex43);
     for (int y = 0; y < 60; ++y)
         for (int x = 0; x < 160; ++x)
             if (At(plain.picture, x, y) == front)
-                ASSERT_EQ(At(t43.picture, x, y), uint32_t(10 * (y % 2) + x % 3 + 1)) << x << "," << y;
+                ASSERT_EQ(At(t43.picture, x, y), uint32_t(10 * (y % 2) + x % 3 + 1))
+                    << x << "," << y;
     // Only the last colour is the front face: the slanted sides keep their colours.
     const Block sides = block(4, 0, 0, 0, 0, 0, 200, 10, 10, tex);
     EXPECT_GT(CountColour(sides.picture, packColour(0, 0, 50)), 0);

@@ -26,7 +26,9 @@ QString line(const TextRecord& r) {
     return f.join(';') + ';';
 }
 
-TextRecord readLine(const QString& text) { return ReadTextFields(text.split(';')); }
+TextRecord readLine(const QString& text) {
+    return ReadTextFields(text.split(';'));
+}
 
 } // namespace
 
@@ -69,8 +71,9 @@ TEST(TextRecord, FieldsOfEachKind) {
     l.fontName = "Sans";
     l.fontSize = 48;
     l.fontColour = 0x123456;
-    EXPECT_EQ(line(LogoRecord(l)),
-              "OUP1;4;16777215;Logo;12.5;-3;True;48;Sans;;;;;;Sans;48;1193046;False;False;False;False;");
+    EXPECT_EQ(
+        line(LogoRecord(l)),
+        "OUP1;4;16777215;Logo;12.5;-3;True;48;Sans;;;;;;Sans;48;1193046;False;False;False;False;");
 }
 
 TEST(TextRecord, ReaderBringsBackWhatEachKindKeeps) {
@@ -82,7 +85,8 @@ TEST(TextRecord, ReaderBringsBackWhatEachKindKeeps) {
         TextRecord r;
         r.LayerType = std::array<int16_t, 3>{0, 3, 4}[size_t(round % 3)];
         r.LayerText = QString("text %1 é").arg(round);
-        for (auto& v : r.StyleValues) v = any(rng);
+        for (auto& v : r.StyleValues)
+            v = any(rng);
         if (r.LayerType == 3) r.StyleValues[5] = r.StyleValues[6] = 0;
         if (r.LayerType == 4) {
             r.StyleValues = {};
@@ -100,7 +104,8 @@ TEST(TextRecord, ReaderBringsBackWhatEachKindKeeps) {
         EXPECT_EQ(readLine(line(r)), want) << line(r).toStdString();
     }
     // A logo keeps its text, font and size only; fields 7 and 8 are not read back.
-    TextRecord logo = readLine("OUP3;4;0;Shine;0;0;True;99;Other;;;;;;Sans;36.5;0;True;False;False;False;");
+    TextRecord logo =
+        readLine("OUP3;4;0;Shine;0;0;True;99;Other;;;;;;Sans;36.5;0;True;False;False;False;");
     EXPECT_EQ(logo.LayerText, "Shine");
     EXPECT_EQ(logo.FontName, "Sans");
     EXPECT_EQ(logo.StyleValues[TextRecord::LogoFontSize], 36); // 36.5 to even

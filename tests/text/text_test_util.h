@@ -34,14 +34,16 @@ inline uint32_t At(const Bits& b, int x, int y) {
 inline std::set<uint32_t> Colours(const Bits& b) {
     std::set<uint32_t> out;
     for (int y = 0; y < b.height(); ++y)
-        for (int x = 0; x < b.width(); ++x) out.insert(At(b, x, y));
+        for (int x = 0; x < b.width(); ++x)
+            out.insert(At(b, x, y));
     return out;
 }
 
 inline int CountColour(const Bits& b, uint32_t c) {
     int n = 0;
     for (int y = 0; y < b.height(); ++y)
-        for (int x = 0; x < b.width(); ++x) n += At(b, x, y) == c;
+        for (int x = 0; x < b.width(); ++x)
+            n += At(b, x, y) == c;
     return n;
 }
 

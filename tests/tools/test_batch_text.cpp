@@ -87,28 +87,32 @@ TEST_F(BatchTextTest, EachKindOfTextDrawsAsTheTextCodeDoes) {
     ASSERT_EQ(run("DrawStyledText:" + kFont + ",Turn,700,0,-1,0,16,90,1,255,65280,-1,20,50,3"), 0)
         << err_.str();
     want = input_;
-    DrawStyledText(want, "Turn", family(), 700, false, true, false, 16, 90, 1, 255, 65280, -1, 20, 50, 3);
+    DrawStyledText(want, "Turn", family(), 700, false, true, false, 16, 90, 1, 255, 65280, -1, 20,
+                   50, 3);
     EXPECT_EQ(output(), want);
 
     // 3D text on a key colour, laid over the picture without it.
     ASSERT_EQ(run("Text3D:" + kFont + ",24,-1,Deep,192,6356991,10,10,6,16777215"), 0) << err_.str();
     Bits block(160, 60);
     float r1 = 192, g1 = 0, b1 = 0, h = 10, v = 10;
-    Draw3DText(block, 0xFFFFFF, MakeTextFont({family(), 24, 700}), 6, r1, g1, b1, 255, 255, 96, h, v,
-               "Deep", false, Bits());
+    Draw3DText(block, 0xFFFFFF, MakeTextFont({family(), 24, 700}), 6, r1, g1, b1, 255, 255, 96, h,
+               v, "Deep", false, Bits());
     const Bits out3d = output();
     int text = 0;
     for (int y = 0; y < 60; ++y)
         for (int x = 0; x < 160; ++x) {
-            const bool key = block(0, x, y) == 255 && block(1, x, y) == 255 && block(2, x, y) == 255;
+            const bool key =
+                block(0, x, y) == 255 && block(1, x, y) == 255 && block(2, x, y) == 255;
             const Bits& from = key ? input_ : block;
             text += !key;
-            for (int c = 0; c < 3; ++c) ASSERT_EQ(out3d(c, x, y), from(c, x, y)) << x << "," << y;
+            for (int c = 0; c < 3; ++c)
+                ASSERT_EQ(out3d(c, x, y), from(c, x, y)) << x << "," << y;
         }
     EXPECT_GT(text, 200);
 
     // A logo of the picture's size, all of it.
-    ASSERT_EQ(run("Logo:" + kFont + ",30,Logo,solid,255,0,2,0,0,16777215,0,none,-1"), 0) << err_.str();
+    ASSERT_EQ(run("Logo:" + kFont + ",30,Logo,solid,255,0,2,0,0,16777215,0,none,-1"), 0)
+        << err_.str();
     LogoSettings l;
     l.width = 160;
     l.height = 60;

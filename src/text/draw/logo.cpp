@@ -59,11 +59,15 @@ void blend(Bits& b, int x, int y, uint32_t colour, int a) {
 // The colour the "Fade" border starts from: the letters' own colour.
 uint32_t fadeColour(const LogoSettings& s) {
     switch (s.fontFill) {
-    case LogoFontFill::Solid: return uint32_t(s.fontColour);
-    case LogoFontFill::Gradient: return uint32_t(s.fontGradient.colour1);
+    case LogoFontFill::Solid:
+        return uint32_t(s.fontColour);
+    case LogoFontFill::Gradient:
+        return uint32_t(s.fontGradient.colour1);
     case LogoFontFill::Texture:
-        return s.fontTexture.picture.empty() ? uint32_t(s.fontColour) : MeanColour(s.fontTexture.picture);
-    case LogoFontFill::Transparent: break;
+        return s.fontTexture.picture.empty() ? uint32_t(s.fontColour)
+                                             : MeanColour(s.fontTexture.picture);
+    case LogoFontFill::Transparent:
+        break;
     }
     return uint32_t(s.backColour);
 }
@@ -96,7 +100,8 @@ void invert(Bits& b) {
     for (int y = 0; y < b.height(); ++y) {
         uint8_t* d = b.row(y);
         for (int x = 0; x < b.width(); ++x, d += 4)
-            for (int c = 0; c < 3; ++c) d[c] = uint8_t(255 - d[c]);
+            for (int c = 0; c < 3; ++c)
+                d[c] = uint8_t(255 - d[c]);
     }
 }
 
@@ -154,12 +159,19 @@ LogoState DrawLogo(const LogoSettings& s, const Bits& background) {
                 const int a = borderA.at(x, y);
                 if (!a) continue;
                 const uint32_t under = pixelColour(st.background, x, y);
-                const double step = rings ? std::min(ring[size_t(y) * W + x], bs) / double(bs + 1) : 0;
+                const double step =
+                    rings ? std::min(ring[size_t(y) * W + x], bs) / double(bs + 1) : 0;
                 uint32_t c = 0;
                 switch (s.borderFill) {
-                case LogoBorderFill::Fade: c = LerpColour(fade, under, step); break;
-                case LogoBorderFill::Gradient: c = pixelColour(gradient, x, y); break;
-                case LogoBorderFill::Solid: c = uint32_t(s.borderColour); break;
+                case LogoBorderFill::Fade:
+                    c = LerpColour(fade, under, step);
+                    break;
+                case LogoBorderFill::Gradient:
+                    c = pixelColour(gradient, x, y);
+                    break;
+                case LogoBorderFill::Solid:
+                    c = uint32_t(s.borderColour);
+                    break;
                 case LogoBorderFill::Texture:
                     c = s.borderTexture.picture.empty() ? uint32_t(s.borderColour)
                                                         : TextureColour(s.borderTexture, x, y);
@@ -188,8 +200,12 @@ LogoState DrawLogo(const LogoSettings& s, const Bits& background) {
                 c = s.fontTexture.picture.empty() ? uint32_t(s.fontColour)
                                                   : TextureColour(s.fontTexture, x, y);
                 break;
-            case LogoFontFill::Solid: c = uint32_t(s.fontColour); break;
-            case LogoFontFill::Gradient: c = pixelColour(gradient, x, y); break;
+            case LogoFontFill::Solid:
+                c = uint32_t(s.fontColour);
+                break;
+            case LogoFontFill::Gradient:
+                c = pixelColour(gradient, x, y);
+                break;
             case LogoFontFill::Transparent:
                 // Holes in the border: the background shows through.
                 c = pixelColour(st.background, x, y);
@@ -204,7 +220,8 @@ LogoState DrawLogo(const LogoSettings& s, const Bits& background) {
         Mask shape(W, H);
         if (s.emEnBox) {
             for (int y = d; y < H - d; ++y)
-                for (int x = d; x < W - d; ++x) shape.at(x, y) = 255;
+                for (int x = d; x < W - d; ++x)
+                    shape.at(x, y) = 255;
         } else {
             for (size_t i = 0; i < shape.a.size(); ++i)
                 shape.a[i] = (letters.a[i] | border.a[i]) ? 255 : 0;
@@ -239,7 +256,8 @@ LogoState DrawLogo(const LogoSettings& s, const Bits& background) {
         mirror(st.picture);
         mirror(st.background);
         for (int y = 0; y < H; ++y)
-            std::reverse(st.shape.begin() + ptrdiff_t(y) * W, st.shape.begin() + ptrdiff_t(y + 1) * W);
+            std::reverse(st.shape.begin() + ptrdiff_t(y) * W,
+                         st.shape.begin() + ptrdiff_t(y + 1) * W);
     }
     if (s.invert) {
         invert(st.picture);

@@ -34,7 +34,8 @@ void castShadow(LogoState& st, int offset, int radius, double opacity) {
             const double a = shadow.at(x, y) / 255.0 * opacity * (255 - shape.at(x, y)) / 255.0;
             if (a <= 0) continue;
             uint8_t* p = st.picture.pixel(x, y);
-            for (int c = 0; c < 3; ++c) p[c] = clampByte(vbRound(p[c] * (1 - a)));
+            for (int c = 0; c < 3; ++c)
+                p[c] = clampByte(vbRound(p[c] * (1 - a)));
         }
 }
 
@@ -60,7 +61,8 @@ void ApplyLogoFX(Bits& picture, LogoFX fx) {
         for (int y = 0; y < H; ++y) {
             uint8_t* d = picture.row(y);
             for (int x = 0; x < W; ++x, d += 4)
-                for (int c = 0; c < 3; ++c) d[c] = uint8_t(255 - d[c]);
+                for (int c = 0; c < 3; ++c)
+                    d[c] = uint8_t(255 - d[c]);
         }
         break;
     case LogoFX::Blur:
@@ -127,9 +129,12 @@ Bits MakeBacklight(const LogoState& base, int lightX, int lightY, int32_t colour
     const int W = out.width(), H = out.height();
     if (reach < 1 || strength <= 0 || base.shape.size() != size_t(W) * size_t(H)) return out;
     Mask hard(W, H);
-    for (size_t i = 0; i < hard.a.size(); ++i) hard.a[i] = base.shape[i] >= 128 ? 255 : 0;
-    const std::vector<int> dist = front ? logo::InnerDistance(hard, reach) : logo::RingDistance(hard, reach);
-    const int lr = colourR(uint32_t(colour)), lg = colourG(uint32_t(colour)), lb = colourB(uint32_t(colour));
+    for (size_t i = 0; i < hard.a.size(); ++i)
+        hard.a[i] = base.shape[i] >= 128 ? 255 : 0;
+    const std::vector<int> dist =
+        front ? logo::InnerDistance(hard, reach) : logo::RingDistance(hard, reach);
+    const int lr = colourR(uint32_t(colour)), lg = colourG(uint32_t(colour)),
+              lb = colourB(uint32_t(colour));
     for (int y = 0; y < H; ++y)
         for (int x = 0; x < W; ++x) {
             const int d = dist[size_t(y) * W + x];

@@ -1,6 +1,6 @@
 // The fills of the logo maker: gradients, textures and the background.
-#include "text/draw/logo.h"
 #include "text/draw/logo_fill.h"
+#include "text/draw/logo.h"
 
 #include "pixel/vbmath.h"
 
@@ -27,7 +27,8 @@ QImage toImage(const Bits& b) {
     for (int y = 0; y < b.height(); ++y) {
         auto* d = reinterpret_cast<QRgb*>(img.scanLine(y));
         const uint8_t* s = b.row(y);
-        for (int x = 0; x < b.width(); ++x, s += 4) d[x] = qRgb(s[2], s[1], s[0]);
+        for (int x = 0; x < b.width(); ++x, s += 4)
+            d[x] = qRgb(s[2], s[1], s[0]);
     }
     return img;
 }
@@ -78,10 +79,12 @@ void PaintGradient(Bits& out, int left, int top, int w, int h, const LogoGradien
     if (g.style == GradientStyle::Horizontal || g.style == GradientStyle::Vertical) {
         const int n = g.style == GradientStyle::Horizontal ? w : h;
         ramp.resize(size_t(n));
-        for (int i = 0; i < n; ++i) ramp[size_t(i)] = LerpColour(c1, c2, n > 1 ? double(i) / (n - 1) : 0);
+        for (int i = 0; i < n; ++i)
+            ramp[size_t(i)] = LerpColour(c1, c2, n > 1 ? double(i) / (n - 1) : 0);
     } else {
         ramp.resize(kCircleSteps + 1);
-        for (int i = 0; i <= kCircleSteps; ++i) ramp[size_t(i)] = LerpColour(c1, c2, double(i) / kCircleSteps);
+        for (int i = 0; i <= kCircleSteps; ++i)
+            ramp[size_t(i)] = LerpColour(c1, c2, double(i) / kCircleSteps);
     }
     std::vector<float> dx2;
     std::vector<int> index;
@@ -89,17 +92,20 @@ void PaintGradient(Bits& out, int left, int top, int w, int h, const LogoGradien
     if (g.style == GradientStyle::Circular && x1 > x0) {
         dx2.resize(size_t(x1 - x0));
         index.resize(size_t(x1 - x0));
-        for (int x = x0; x < x1; ++x) dx2[size_t(x - x0)] = float((x - cx) * (x - cx));
+        for (int x = x0; x < x1; ++x)
+            dx2[size_t(x - x0)] = float((x - cx) * (x - cx));
     }
     for (int y = y0; y < y1; ++y) {
         uint8_t* d = out.pixel(x0, y);
         switch (g.style) {
         case GradientStyle::Horizontal:
-            for (int x = x0; x < x1; ++x, d += 4) put(d, ramp[size_t(x - left)]);
+            for (int x = x0; x < x1; ++x, d += 4)
+                put(d, ramp[size_t(x - left)]);
             break;
         case GradientStyle::Vertical: {
             const uint32_t c = ramp[size_t(y - top)];
-            for (int x = x0; x < x1; ++x, d += 4) put(d, c);
+            for (int x = x0; x < x1; ++x, d += 4)
+                put(d, c);
             break;
         }
         case GradientStyle::Circular: {
@@ -110,8 +116,10 @@ void PaintGradient(Bits& out, int left, int top, int w, int h, const LogoGradien
             int* ip = index.data();
             const int n = x1 - x0;
             for (int i = 0; i < n; ++i)
-                ip[i] = int(std::min(1.0f, std::sqrt(dx2p[i] + dy2) * inverse) * kCircleSteps + 0.5f);
-            for (int i = 0; i < n; ++i, d += 4) put(d, ramp[size_t(ip[i])]);
+                ip[i] =
+                    int(std::min(1.0f, std::sqrt(dx2p[i] + dy2) * inverse) * kCircleSteps + 0.5f);
+            for (int i = 0; i < n; ++i, d += 4)
+                put(d, ramp[size_t(ip[i])]);
             break;
         }
         }
@@ -137,7 +145,8 @@ uint32_t MeanColour(const Bits& p) {
     for (int y = 0; y < p.height(); ++y) {
         const uint8_t* s = p.row(y);
         for (int x = 0; x < p.width(); ++x, s += 4)
-            for (int c = 0; c < 3; ++c) sum[c] += s[c];
+            for (int c = 0; c < 3; ++c)
+                sum[c] += s[c];
     }
     const uint64_t n = uint64_t(p.width()) * uint64_t(p.height());
     return packColour(uint8_t(sum[2] / n), uint8_t(sum[1] / n), uint8_t(sum[0] / n));
@@ -148,7 +157,8 @@ Bits PaintLogoBackground(const LogoSettings& s, int W, int H) {
     const uint32_t back = uint32_t(s.backColour);
     for (int y = 0; y < H; ++y) {
         uint8_t* d = out.row(y);
-        for (int x = 0; x < W; ++x, d += 4) put(d, back);
+        for (int x = 0; x < W; ++x, d += 4)
+            put(d, back);
     }
     if (s.background == LogoBackground::Gradient) {
         PaintGradient(out, 0, 0, W, H, s.backGradient);
@@ -156,9 +166,11 @@ Bits PaintLogoBackground(const LogoSettings& s, int W, int H) {
                s.backPicture.width() > 0 && s.backPicture.height() > 0) {
         Bits pic = s.backPicture;
         if (s.stretch) {
-            pic = fromImage(toImage(pic).scaled(W, H, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
+            pic = fromImage(
+                toImage(pic).scaled(W, H, Qt::IgnoreAspectRatio, Qt::SmoothTransformation));
         } else if (s.shrink && (pic.width() > W || pic.height() > H)) {
-            pic = fromImage(toImage(pic).scaled(W, H, Qt::KeepAspectRatio, Qt::SmoothTransformation));
+            pic =
+                fromImage(toImage(pic).scaled(W, H, Qt::KeepAspectRatio, Qt::SmoothTransformation));
         }
         const int pw = pic.width(), ph = pic.height();
         if (pw < 1 || ph < 1) return out;

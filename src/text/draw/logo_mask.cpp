@@ -88,7 +88,8 @@ Mask SoftenMask(const Mask& m) {
     for (int y = 0; y < m.h; ++y)
         for (int x = 0; x < m.w; ++x) {
             const size_t i = size_t(y) * size_t(m.w) + size_t(x);
-            const int u = y > 0 ? rows[i - size_t(m.w)] : 0, dn = y + 1 < m.h ? rows[i + size_t(m.w)] : 0;
+            const int u = y > 0 ? rows[i - size_t(m.w)] : 0,
+                      dn = y + 1 < m.h ? rows[i + size_t(m.w)] : 0;
             out.a[i] = uint8_t((u + 2 * rows[i] + dn + 8) / 16);
         }
     return out;
@@ -104,7 +105,8 @@ Mask BlurMask(const Mask& m, int radius) {
         line.assign(size_t(std::max(m.w, m.h)) + 1, 0);
         for (int y = 0; y < m.h; ++y) { // along rows
             line[0] = 0;
-            for (int x = 0; x < m.w; ++x) line[size_t(x) + 1] = line[size_t(x)] + cur.at(x, y);
+            for (int x = 0; x < m.w; ++x)
+                line[size_t(x) + 1] = line[size_t(x)] + cur.at(x, y);
             for (int x = 0; x < m.w; ++x) {
                 const int a = std::max(0, x - radius), b = std::min(m.w, x + radius + 1);
                 tmp.at(x, y) = uint8_t((line[size_t(b)] - line[size_t(a)] + n / 2) / n);
@@ -112,7 +114,8 @@ Mask BlurMask(const Mask& m, int radius) {
         }
         for (int x = 0; x < m.w; ++x) { // along columns
             line[0] = 0;
-            for (int y = 0; y < m.h; ++y) line[size_t(y) + 1] = line[size_t(y)] + tmp.at(x, y);
+            for (int y = 0; y < m.h; ++y)
+                line[size_t(y) + 1] = line[size_t(y)] + tmp.at(x, y);
             for (int y = 0; y < m.h; ++y) {
                 const int a = std::max(0, y - radius), b = std::min(m.h, y + radius + 1);
                 cur.at(x, y) = uint8_t((line[size_t(b)] - line[size_t(a)] + n / 2) / n);

@@ -20,25 +20,34 @@ void fill(Bits& b, int32_t colour) {
                            colourR(uint32_t(colour)), 0};
     for (int32_t y = 0; y < b.height(); ++y) {
         uint8_t* d = b.row(y);
-        for (int32_t x = 0; x < b.width(); ++x, d += 4) std::copy(px, px + 4, d);
+        for (int32_t x = 0; x < b.width(); ++x, d += 4)
+            std::copy(px, px + 4, d);
     }
 }
 
 } // namespace
 
 void DrawStyledText(Bits& picture, const QString& text, const QString& fontName, int weight,
-                    bool italic, bool underline, bool strikethru, float size, int angle,
-                    int style, int32_t color1, int32_t color2, int32_t color3, int x, int y,
-                    int repeat) {
+                    bool italic, bool underline, bool strikethru, float size, int angle, int style,
+                    int32_t color1, int32_t color2, int32_t color3, int x, int y, int repeat) {
     if (picture.empty() || text.isEmpty()) return;
     Pass passes[2];
     int count = 0;
     switch (style) {
-    case 0: passes[count++] = {color1, +1}, passes[count++] = {color2, -1}; break;
-    case 1: passes[count++] = {color1, -1}, passes[count++] = {color2, +1}; break;
-    case 2: passes[count++] = {color1, +1}; break;
-    case 3: passes[count++] = {color2, -1}; break;
-    default: break;
+    case 0:
+        passes[count++] = {color1, +1}, passes[count++] = {color2, -1};
+        break;
+    case 1:
+        passes[count++] = {color1, -1}, passes[count++] = {color2, +1};
+        break;
+    case 2:
+        passes[count++] = {color1, +1};
+        break;
+    case 3:
+        passes[count++] = {color2, -1};
+        break;
+    default:
+        break;
     }
     TextStamp stamp(text, MakeTextFont({fontName, size, weight, italic, underline, strikethru}),
                     angle);
@@ -90,7 +99,8 @@ void DrawStyleText(Bits& layer, const StyleTextSettings& s) {
                        s.left, s.right, s.depth);
         break;
     }
-    default: break; // no such style: the layer stays blank
+    default:
+        break; // no such style: the layer stays blank
     }
 }
 

@@ -23,9 +23,8 @@ namespace ostrivex {
 // Any other style makes no passes. Last, unless `color3` is -1, the text is drawn once in
 // color3 at (x, y). Colours are 0x00BBGGRR.
 void DrawStyledText(Bits& picture, const QString& text, const QString& fontName, int weight,
-                    bool italic, bool underline, bool strikethru, float size, int angle,
-                    int style, int32_t color1, int32_t color2, int32_t color3, int x, int y,
-                    int repeat);
+                    bool italic, bool underline, bool strikethru, float size, int angle, int style,
+                    int32_t color1, int32_t color2, int32_t color3, int x, int y, int repeat);
 
 // The style list of the New Text Layer dialog, by index.
 enum class TextStyle { Plain = 0, Emboss = 1, Engrave = 2, Both = 3 };

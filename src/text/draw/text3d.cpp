@@ -24,7 +24,8 @@ void fill(Bits& b, int32_t colour) {
                            colourR(uint32_t(colour)), 0};
     for (int32_t y = 0; y < b.height(); ++y) {
         uint8_t* d = b.row(y);
-        for (int32_t x = 0; x < b.width(); ++x, d += 4) std::copy(px, px + 4, d);
+        for (int32_t x = 0; x < b.width(); ++x, d += 4)
+            std::copy(px, px + 4, d);
     }
 }
 
@@ -58,15 +59,14 @@ void colortorgb(int32_t colour, float& r, float& g, float& b) {
 }
 
 uint32_t RunningColour(float r, float g, float b) {
-    const int64_t v = int64_t(std::floor(r)) + 256 * int64_t(std::floor(g)) +
-                      65536 * int64_t(std::floor(b));
+    const int64_t v =
+        int64_t(std::floor(r)) + 256 * int64_t(std::floor(g)) + 65536 * int64_t(std::floor(b));
     return uint32_t(v) & 0xFFFFFFu;
 }
 
-int32_t Draw3DText(Bits& picture, int32_t background, const QFont& font, int thickness,
-                   float& r1, float& g1, float& b1, float r2, float g2, float b2,
-                   float& horizontal, float& vertical, const QString& text, bool withTexture,
-                   const Bits& texture) {
+int32_t Draw3DText(Bits& picture, int32_t background, const QFont& font, int thickness, float& r1,
+                   float& g1, float& b1, float r2, float g2, float b2, float& horizontal,
+                   float& vertical, const QString& text, bool withTexture, const Bits& texture) {
     // 1. Clear.
     fill(picture, background);
     if (thickness < 1) return -1;
@@ -90,8 +90,8 @@ int32_t Draw3DText(Bits& picture, int32_t background, const QFont& font, int thi
     const int last = thickness - 1;
     const int minX = std::min(penX(0), penX(last)), maxX = std::max(penX(0), penX(last));
     const int minY = std::min(penY(0), penY(last)), maxY = std::max(penY(0), penY(last));
-    stamp.Prepare(QRect(-maxX, -maxY, picture.width() + maxX - minX,
-                        picture.height() + maxY - minY));
+    stamp.Prepare(
+        QRect(-maxX, -maxY, picture.width() + maxX - minX, picture.height() + maxY - minY));
 
     // 6. The block, back to front.
     uint32_t colour = 0;
@@ -116,8 +116,8 @@ Bits Draw3DTextLayer(const Text3DSettings& s) {
     colortorgb(s.colour1, r1, g1, b1);
     colortorgb(s.colour2, r2, g2, b2);
     float h = float(s.horizontal), v = float(s.vertical);
-    const QFont font = MakeTextFont({s.fontName, float(s.fontSize), s.bold ? 700 : 400, s.italic,
-                                     s.underline, s.strikethru});
+    const QFont font = MakeTextFont(
+        {s.fontName, float(s.fontSize), s.bold ? 700 : 400, s.italic, s.underline, s.strikethru});
     Draw3DText(layer, s.background, font, s.thickness, r1, g1, b1, r2, g2, b2, h, v, s.text,
                s.withTexture, s.texture);
     return layer;

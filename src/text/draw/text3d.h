@@ -37,10 +37,9 @@ uint32_t RunningColour(float r, float g, float b);
 // The first colour and the slants are changed by the call, as the running values are
 // theirs. A thickness below 1 draws no block (its colour steps would divide by zero).
 // Returns the last running colour (the front face's), or -1 when nothing was drawn.
-int32_t Draw3DText(Bits& picture, int32_t background, const QFont& font, int thickness,
-                   float& r1, float& g1, float& b1, float r2, float g2, float b2,
-                   float& horizontal, float& vertical, const QString& text, bool withTexture,
-                   const Bits& texture);
+int32_t Draw3DText(Bits& picture, int32_t background, const QFont& font, int thickness, float& r1,
+                   float& g1, float& b1, float r2, float g2, float b2, float& horizontal,
+                   float& vertical, const QString& text, bool withTexture, const Bits& texture);
 
 // Everything the 3D Text dialog draws from.
 struct Text3DSettings {

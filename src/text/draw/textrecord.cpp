@@ -8,7 +8,9 @@ namespace ostrivex {
 
 namespace {
 
-QString flagText(bool v) { return v ? QStringLiteral("True") : QStringLiteral("False"); }
+QString flagText(bool v) {
+    return v ? QStringLiteral("True") : QStringLiteral("False");
+}
 
 QString field(const QStringList& fields, int index) {
     return index < fields.size() ? fields[index] : QString();
@@ -70,14 +72,20 @@ QString SingleText(float value) {
 }
 
 void WriteTextFields(const TextRecord& r, QStringList& fields) {
-    while (fields.size() < kLayerLineFields) fields.append(QString());
+    while (fields.size() < kLayerLineFields)
+        fields.append(QString());
     fields[1] = QString::number(r.LayerType);
     fields[3] = r.LayerText;
     int used = 0; // style values the kind stores
     switch (r.LayerType) {
-    case TextRecord::StyleText: used = 7; break;
-    case TextRecord::Text3D: used = 5; break;
-    default: break;
+    case TextRecord::StyleText:
+        used = 7;
+        break;
+    case TextRecord::Text3D:
+        used = 5;
+        break;
+    default:
+        break;
     }
     for (int i = 0; i < 7; ++i)
         fields[7 + i] = i < used ? QString::number(r.StyleValues[size_t(i)]) : QString();
@@ -100,16 +108,19 @@ TextRecord ReadTextFields(const QStringList& fields) {
     r.LayerText = field(fields, 3);
     switch (r.LayerType) {
     case TextRecord::StyleText:
-        for (int i = 0; i < 7; ++i) r.StyleValues[size_t(i)] = wholeField(fields, 7 + i);
+        for (int i = 0; i < 7; ++i)
+            r.StyleValues[size_t(i)] = wholeField(fields, 7 + i);
         break;
     case TextRecord::Text3D:
-        for (int i = 0; i < 5; ++i) r.StyleValues[size_t(i)] = wholeField(fields, 7 + i);
+        for (int i = 0; i < 5; ++i)
+            r.StyleValues[size_t(i)] = wholeField(fields, 7 + i);
         break;
     case TextRecord::ShadowText:
         // Fields 7 and 8 repeat the size and the name; the reader takes them from the font.
         r.StyleValues[TextRecord::LogoFontSize] = shortField(fields, 15);
         break;
-    default: break;
+    default:
+        break;
     }
     r.FontName = field(fields, 14);
     r.FontSize = float(shortField(fields, 15));

@@ -118,7 +118,8 @@ void TextStamp::render(const QRect& window) {
 }
 
 std::vector<uint8_t> TextStamp::Mask(const QRect& window) {
-    std::vector<uint8_t> out(size_t(std::max(window.width(), 0)) * size_t(std::max(window.height(), 0)), 0);
+    std::vector<uint8_t> out(
+        size_t(std::max(window.width(), 0)) * size_t(std::max(window.height(), 0)), 0);
     const QRect need = window.intersected(extent_);
     if (need.isEmpty()) return out;
     if (!window_.contains(need)) render(need);
@@ -135,13 +136,12 @@ std::vector<uint8_t> TextStamp::Mask(const QRect& window) {
 void TextStamp::Stamp(Bits& picture, int x, int y, uint32_t colour) {
     if (text_.isEmpty() || picture.empty()) return;
     // The picture as seen from the pen point, cut to where the text can be.
-    const QRect need =
-        QRect(-x, -y, picture.width(), picture.height()).intersected(extent_);
+    const QRect need = QRect(-x, -y, picture.width(), picture.height()).intersected(extent_);
     if (need.isEmpty()) return;
     if (!window_.contains(need)) {
         // Stamps of one drawing move a few pixels at a time: draw some room around.
-        const QRect grown = need.adjusted(-kStampRoom, -kStampRoom, kStampRoom, kStampRoom)
-                                .intersected(extent_);
+        const QRect grown =
+            need.adjusted(-kStampRoom, -kStampRoom, kStampRoom, kStampRoom).intersected(extent_);
         render(int64_t(grown.width()) * grown.height() <= kMaxPreparedPixels ? grown : need);
     }
     const uint8_t b = colourB(colour), g = colourG(colour), r = colourR(colour);

@@ -77,8 +77,8 @@ class TextStamp {
     QFont font_;
     double angle_ = 0;
     int width_ = 0, height_ = 0, ascent_ = 0;
-    QRect extent_;         // every pixel the text can touch, relative to the pen point
-    QRect window_;         // the part drawn into mask_
+    QRect extent_; // every pixel the text can touch, relative to the pen point
+    QRect window_; // the part drawn into mask_
     std::vector<uint8_t> mask_;
     // The mask's runs of text pixels, row by row: row r's runs are runs_[rowRuns_[r]] up to
     // runs_[rowRuns_[r + 1]], each [first, last + 1) in mask columns.

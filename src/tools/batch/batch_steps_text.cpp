@@ -25,16 +25,32 @@ using A = std::vector<ArgSpec>;
 
 constexpr double kCoord = 1000000;
 
-ArgSpec I(const char* name, double lo, double hi) { return {name, K::Int, lo, hi, {}}; }
-ArgSpec F(const char* name, double lo, double hi) { return {name, K::Float, lo, hi, {}}; }
-ArgSpec B(const char* name) { return {name, K::Bool, -1, 0, {}}; }
-ArgSpec C(const char* name) { return {name, K::Colour, 0, 0xFFFFFF, {}}; }
+ArgSpec I(const char* name, double lo, double hi) {
+    return {name, K::Int, lo, hi, {}};
+}
+ArgSpec F(const char* name, double lo, double hi) {
+    return {name, K::Float, lo, hi, {}};
+}
+ArgSpec B(const char* name) {
+    return {name, K::Bool, -1, 0, {}};
+}
+ArgSpec C(const char* name) {
+    return {name, K::Colour, 0, 0xFFFFFF, {}};
+}
 // A colour or -1 (none).
-ArgSpec OC(const char* name) { return {name, K::Int, -1, 0xFFFFFF, {}}; }
-ArgSpec T(const char* name) { return {name, K::Text, 0, 0, {}}; }
+ArgSpec OC(const char* name) {
+    return {name, K::Int, -1, 0xFFFFFF, {}};
+}
+ArgSpec T(const char* name) {
+    return {name, K::Text, 0, 0, {}};
+}
 // A font file, or the name of an installed face.
-ArgSpec Font() { return {"font", K::Text, 0, 0, {}}; }
-ArgSpec W(const char* name, std::vector<std::string> words) { return {name, K::Word, 0, 0, std::move(words)}; }
+ArgSpec Font() {
+    return {"font", K::Text, 0, 0, {}};
+}
+ArgSpec W(const char* name, std::vector<std::string> words) {
+    return {name, K::Word, 0, 0, std::move(words)};
+}
 
 // Fonts need the platform's font database: a window-less application for the run.
 void needFonts() {
@@ -56,7 +72,8 @@ QString fontFamily(const std::string& font) {
         // A name that looks like a file must be one; any other is a face's name.
         static const QStringList fontFiles = {".ttf", ".otf", ".ttc", ".pfb", ".pfa"};
         bool looksLikeFile = path.contains('/');
-        for (const QString& ext : fontFiles) looksLikeFile |= path.endsWith(ext, Qt::CaseInsensitive);
+        for (const QString& ext : fontFiles)
+            looksLikeFile |= path.endsWith(ext, Qt::CaseInsensitive);
         if (looksLikeFile) throw StepError("no font file '" + font + "'");
         return path;
     }
@@ -66,7 +83,9 @@ QString fontFamily(const std::string& font) {
     return loaded[font] = families.first();
 }
 
-QString text(const ArgValue& a) { return QString::fromStdString(a.word); }
+QString text(const ArgValue& a) {
+    return QString::fromStdString(a.word);
+}
 
 // Lays `over` on the picture: every pixel but those of colour `key` (all of them for -1).
 void layOver(StepContext& ctx, const Bits& over, int32_t key) {
@@ -89,18 +108,18 @@ std::vector<StepDef> textSteps() {
     return {
         StepDef{"DrawStyledText",
                 A{Font(), T("text"), I("weight", 0, 1000), B("italic"), B("underline"),
-                  B("strikethru"), F("size", 0.1, 30000), I("angle", -3600, 3600), I("style", -1, 9),
-                  OC("color1"), OC("color2"), OC("color3"), I("x", -kCoord, kCoord),
-                  I("y", -kCoord, kCoord), I("repeat", 0, 10000)},
+                  B("strikethru"), F("size", 0.1, 30000), I("angle", -3600, 3600),
+                  I("style", -1, 9), OC("color1"), OC("color2"), OC("color3"),
+                  I("x", -kCoord, kCoord), I("y", -kCoord, kCoord), I("repeat", 0, 10000)},
                 "text drawn by passes: style 0 color1 +1 then color2 -1, 1 the reverse, 2 color1 "
                 "+1, 3 color2 -1, each pass `repeat` copies; color3 last (-1 skips a colour)",
                 [](StepContext& ctx, V a) {
                     const QString family = fontFamily(a[0].word);
                     Bits b = ctx.filter.GetBits();
-                    DrawStyledText(b, text(a[1]), family, a[2].asInt(), a[3].asBool(), a[4].asBool(),
-                                   a[5].asBool(), a[6].asFloat(), a[7].asInt(), a[8].asInt(),
-                                   a[9].asInt(), a[10].asInt(), a[11].asInt(), a[12].asInt(),
-                                   a[13].asInt(), a[14].asInt());
+                    DrawStyledText(b, text(a[1]), family, a[2].asInt(), a[3].asBool(),
+                                   a[4].asBool(), a[5].asBool(), a[6].asFloat(), a[7].asInt(),
+                                   a[8].asInt(), a[9].asInt(), a[10].asInt(), a[11].asInt(),
+                                   a[12].asInt(), a[13].asInt(), a[14].asInt());
                     ctx.setImage(std::move(b));
                 }},
         StepDef{"StyleText",
@@ -134,23 +153,24 @@ std::vector<StepDef> textSteps() {
                 "slanted by tenths of a pixel per step; drawn on `key` and laid over the picture "
                 "without that colour (-1: the picture is cleared to white first)",
                 [](StepContext& ctx, V a) {
-                    const QFont font = MakeTextFont({fontFamily(a[0].word), a[1].asFloat(),
-                                                     a[2].asBool() ? 700 : 400});
+                    const QFont font = MakeTextFont(
+                        {fontFamily(a[0].word), a[1].asFloat(), a[2].asBool() ? 700 : 400});
                     const int32_t key = a[9].asInt();
                     Bits pic(ctx.filter.BitsWidth(), ctx.filter.BitsHeight());
                     float r1, g1, b1, r2, g2, b2;
                     colortorgb(int32_t(a[4].asColour()), r1, g1, b1);
                     colortorgb(int32_t(a[5].asColour()), r2, g2, b2);
                     float h = a[6].asFloat(), v = a[7].asFloat();
-                    Draw3DText(pic, key < 0 ? 0xFFFFFF : key, font, a[8].asInt(), r1, g1, b1, r2, g2,
-                               b2, h, v, text(a[3]), false, Bits());
+                    Draw3DText(pic, key < 0 ? 0xFFFFFF : key, font, a[8].asInt(), r1, g1, b1, r2,
+                               g2, b2, h, v, text(a[3]), false, Bits());
                     layOver(ctx, pic, key);
                 }},
         StepDef{"Logo",
                 A{Font(), I("size", 1, 12000), T("text"),
                   W("fill", {"solid", "gradient", "transparent"}), C("colour1"), C("colour2"),
                   I("border", 0, 50), C("bordercolour"), B("glow"), C("background"), B("antialias"),
-                  W("effect", {"none", "shadow", "hover", "emboss", "engrave"}), I("key", -1, 0xFFFFFF)},
+                  W("effect", {"none", "shadow", "hover", "emboss", "engrave"}),
+                  I("key", -1, 0xFFFFFF)},
                 "a logo of the picture's size: letters filled in colour1 (a horizontal gradient to "
                 "colour2), a border of that size all round, the background colour; laid over the "
                 "picture without `key` (-1: all of it)",

@@ -160,7 +160,7 @@ DitherSpread SpreadOf(int32_t paletteMode, int bits, const Palette& palette) {
 // --- NearestColour -----------------------------------------------------------------------
 
 namespace {
-constexpr int kCellBits = 4;                    // 16 levels of a channel per cell
+constexpr int kCellBits = 3;                    // 8 levels of a channel per cell
 constexpr uint32_t kCells = 1u << (3 * (8 - kCellBits));
 constexpr uint32_t kCacheBits = 16;
 } // namespace

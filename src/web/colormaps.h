@@ -54,7 +54,7 @@ struct DitherSpread {
 DitherSpread SpreadOf(int32_t paletteMode, int bits, const Palette& palette);
 
 // Exact nearest-colour search on a palette (squared distance in RGB; on a tie the lower
-// entry wins). The colour space is cut into 16 x 16 x 16 cells; each cell keeps, once it is
+// entry wins). The colour space is cut into 32 x 32 x 32 cells; each cell keeps, once it is
 // first asked, the entries that can be nearest to some colour inside it, ordered by their
 // least possible distance, so a search reads a few entries instead of all. A small
 // direct-mapped cache in front answers repeated colours at once. One object per thread.

@@ -16,7 +16,7 @@
 
 namespace ostrivex {
 
-inline constexpr int64_t kQuantizeSample = 1 << 18;
+inline constexpr int64_t kQuantizeSample = 1 << 17;
 
 // A palette of at most `colours` (2..256) entries for `picture`; `reserved` colours (the
 // Windows static colours, at most colours - 2 of them) are kept in it as they are. With

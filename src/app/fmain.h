@@ -33,6 +33,7 @@ class ToolBox;
 class ToolPanels;
 class fToolColor;
 class fToolTextures;
+class finfo;
 
 class fMain : public QMainWindow, public DocumentHost {
     Q_OBJECT
@@ -132,6 +133,8 @@ class fMain : public QMainWindow, public DocumentHost {
     // The contents of the Color Box and the Textures Box.
     fToolColor* colorBox() const { return colorContent_; }
     fToolTextures* texturesBox() const { return texturesContent_; }
+    // The contents of the Optimize Box.
+    finfo* optimizeBox() const { return optimizeContent_; }
     QProgressBar* progressBar() const { return progress_; }
     QComboBox* zoomCombo() const { return cbZoom_; }
     QString statusPanel(const QString& key) const;
@@ -151,11 +154,11 @@ class fMain : public QMainWindow, public DocumentHost {
     bool HandScrollDown() override;
     void RefreshPanView() override {}
     void ClearPanView() override {}
-    void ReloadOptimizePreview() override {}
+    void ReloadOptimizePreview() override;
     void UndoStateSaved(int historyId) override {}
     void DocumentActivated(fImage* document) override;
     void DocumentDeactivated(fImage* document) override {}
-    void ViewChanged(fImage* document, int view) override {}
+    void ViewChanged(fImage* document, int view) override;
     void ColorPicked(int32_t colour) override;
 
   protected:
@@ -186,6 +189,7 @@ class fMain : public QMainWindow, public DocumentHost {
     ToolPanels* toolPanels_ = nullptr;
     fToolColor* colorContent_ = nullptr;
     fToolTextures* texturesContent_ = nullptr;
+    finfo* optimizeContent_ = nullptr;
     QComboBox* cbZoom_ = nullptr;
     QProgressBar* progress_ = nullptr;
     std::map<QString, QLabel*> statusPanels_;

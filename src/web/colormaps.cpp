@@ -1,5 +1,6 @@
 #include "web/colormaps.h"
 
+#include "pixel/palettefile.h"
 #include "web/optimizesettings.h"
 
 #include <algorithm>
@@ -70,11 +71,14 @@ int squaredDistance(const PaletteColour& a, const PaletteColour& b) {
 
 Palette WebSafePalette() { return cube(6, 6, 6); }
 
-Palette VgaPalette() {
-    return {rgb(0x000000), rgb(0x0000AA), rgb(0x00AA00), rgb(0x00AAAA),
-            rgb(0xAA0000), rgb(0xAA00AA), rgb(0xAA5500), rgb(0xAAAAAA),
-            rgb(0x555555), rgb(0x5555FF), rgb(0x55FF55), rgb(0x55FFFF),
-            rgb(0xFF5555), rgb(0xFF55FF), rgb(0xFFFF55), rgb(0xFFFFFF)};
+Palette VgaColourMap() {
+    // The palette dialog's VGA colours, the one table of them.
+    const PaletteRecord vga = VgaPalette();
+    Palette p;
+    for (int i = 0; i < vga.PaletteCount; ++i)
+        p.push_back({uint8_t(vga.PaletteColors[i][0]), uint8_t(vga.PaletteColors[i][1]),
+                     uint8_t(vga.PaletteColors[i][2])});
+    return p;
 }
 
 Palette FixedGreyPalette(int count) {
@@ -123,7 +127,7 @@ Palette FixedPalette(int32_t paletteMode, int bits) {
     switch (paletteMode) {
     case MapMS: return MsMapPalette(bits);
     case MapFixedColor: return FixedColorPalette(bits);
-    case MapVGA: return VgaPalette();
+    case MapVGA: return VgaColourMap();
     case MapMS256: return Ms256Palette();
     case MapWebSafe: return WebSafePalette();
     case MapFixedGrey: return FixedGreyPalette(1 << std::clamp(bits, 1, 8));

@@ -32,7 +32,7 @@ struct PaletteColour {
 using Palette = std::vector<PaletteColour>;
 
 Palette WebSafePalette();
-Palette VgaPalette();
+Palette VgaColourMap();
 Palette FixedGreyPalette(int count);
 Palette FixedColorPalette(int bits);
 // The 20 static colours of the Windows palette, in palette order (10 low, 10 high).

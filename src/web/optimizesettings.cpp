@@ -200,18 +200,38 @@ std::string GetOptimizedFileExtension(const OptimizeSettings& s) {
     return "gif";
 }
 
-std::optional<int32_t> ParseCustomQuality(std::string_view text) {
-    // Blanks around the number are allowed, anything else in it is not.
+namespace {
+// A whole number from 1 to `highest` written plainly (blanks around it allowed).
+std::optional<int32_t> wholeNumber(std::string_view text, int32_t highest) {
     while (!text.empty() && text.front() == ' ') text.remove_prefix(1);
     while (!text.empty() && text.back() == ' ') text.remove_suffix(1);
-    if (text.empty() || text.size() > 2) return std::nullopt;
+    if (text.empty() || text.size() > 3 || text.front() == '0') return std::nullopt;
     int32_t v = 0;
     for (char c : text) {
         if (c < '0' || c > '9') return std::nullopt;
         v = v * 10 + (c - '0');
     }
-    if (v < 1 || v > 99) return std::nullopt;
+    if (v < 1 || v > highest) return std::nullopt;
     return v;
+}
+} // namespace
+
+std::optional<int32_t> ParseCustomQuality(std::string_view text) { return wholeNumber(text, 99); }
+
+std::optional<int32_t> ParseExportQuality(std::string_view text) { return wholeNumber(text, 100); }
+
+std::string ExportSaveFilter(const OptimizeSettings& s) {
+    switch (s.Format) {
+    case F::Gif: return "Graphical Interface Format (*.gif)|*.gif";
+    case F::Bmp:
+    case F::Native: return "Windows Bitmap Format (*.bmp)|*.bmp";
+    case F::Png8:
+    case F::Png24: return "Portable Network Graphics (*.png)|*.png";
+    case F::Jpeg: return "Independent JPEG (*.jpg)|*.jpg";
+    case F::Tga: return "Targa Format (*.tga)|*.tga";
+    case F::Tiff: return "Tagged Image Format (*.tif)|*.tif";
+    }
+    return {};
 }
 
 int32_t JpegSaveFlags(const OptimizeSettings& s) { return s.JpegQuality; }

@@ -144,6 +144,14 @@ void SetInterlaced(OptimizeSettings& s, bool on);
 // export's own entries).
 std::string GetOptimizedFileExtension(const OptimizeSettings& s);
 
+// The save filter of the web export for an entry of its list, in "label|pattern" form
+// ("Graphical Interface Format (*.gif)|*.gif" for the GIF entries, and so on).
+std::string ExportSaveFilter(const OptimizeSettings& s);
+inline constexpr const char* kExportSaveTitle = "Save Optimized As";
+inline constexpr const char* kExportTitle = "Optimized Save Options";
+// The export dialog's own quality field takes 1 to 100, as its hint says.
+std::optional<int32_t> ParseExportQuality(std::string_view text);
+
 // The custom JPEG quality typed in `TxtJPG`: a whole number from 1 to 99, else nullopt
 // (the caller shows kCustomQualityMessage and runs nothing).
 std::optional<int32_t> ParseCustomQuality(std::string_view text);

@@ -30,7 +30,7 @@ TEST(ColourMaps, WebSafeIsTheSixLevelCube) {
 }
 
 TEST(ColourMaps, VgaAndWindowsPalettes) {
-    const Palette vga = VgaPalette();
+    const Palette vga = VgaColourMap();
     ASSERT_EQ(distinct(vga).size(), 16u);
     for (const PaletteColour& c : vga)
         for (uint8_t v : {c.r, c.g, c.b}) EXPECT_TRUE(v == 0 || v == 0x55 || v == 0xAA || v == 0xFF);

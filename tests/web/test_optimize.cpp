@@ -107,7 +107,7 @@ TEST(Optimize, FixedPalettesLandInTheFileExactly) {
 
     const test::GifFacts vga = gifFacts(Optimize(picture, preset(3, MapVGA)).bytes);
     ASSERT_TRUE(vga.valid);
-    EXPECT_EQ(vga.table, VgaPalette());
+    EXPECT_EQ(vga.table, VgaColourMap());
 
     const test::GifFacts ms = gifFacts(Optimize(picture, preset(7, MapMS256)).bytes);
     EXPECT_EQ(ms.table, Ms256Palette());

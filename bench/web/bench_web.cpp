@@ -54,7 +54,15 @@ Bits photo(int32_t w, int32_t h) {
     for (int o = 0; o < 4; ++o)
         for (int c = 0; c < 4; ++c) octaves.emplace_back(w, h, std::max(2, base >> o), uint32_t(17 + o * 4 + c));
     Bits b(w, h);
+    // Grain from a well-mixed hash: the low bits of a plain linear congruential sequence
+    // repeat with a short period, and zlib's long searches find those repeats.
     uint32_t s = 5;
+    const auto next = [&s] {
+        uint32_t z = (s += 0x9E3779B9u);
+        z = (z ^ (z >> 16)) * 0x85EBCA6Bu;
+        z = (z ^ (z >> 13)) * 0xC2B2AE35u;
+        return z ^ (z >> 16);
+    };
     for (int32_t y = 0; y < h; ++y) {
         uint8_t* p = b.row(y);
         for (int32_t x = 0; x < w; ++x, p += 4) {
@@ -63,8 +71,7 @@ Bits photo(int32_t w, int32_t h) {
                 for (int c = 0; c < 4; ++c) ch[c] += octaves[size_t(o * 4 + c)].at(x, y) / float(1 << o);
             const float light = ch[3] / 1.875f;
             for (int c = 0; c < 3; ++c) {
-                s = s * 1103515245u + 12345u;
-                const float grain = float(int(s >> 16 & 7) - 3);
+                const float grain = float(int(next() & 7) - 3);
                 const float v = 255.0f * (0.35f * ch[c] / 1.875f + 0.65f * light) + grain;
                 p[c] = uint8_t(std::clamp(v, 0.0f, 255.0f));
             }

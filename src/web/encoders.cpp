@@ -48,6 +48,10 @@ void packRow(const uint8_t* indices, int32_t w, int bits, uint8_t* out) {
 
 // --- FreeImage ---------------------------------------------------------------------------
 
+// FreeImage's PNG_Z_DEFAULT_COMPRESSION (zlib level 6). libpng's headers define a macro of
+// the same name as -1, which as FreeImage flags would ask for every option at once.
+constexpr int kFreeImagePngLevel6 = 0x0006;
+
 void quietOutput(FREE_IMAGE_FORMAT, const char*) {}
 
 // FreeImage's messages and libtiff's warnings would go to stderr; failures are reported
@@ -193,7 +197,7 @@ bool writePng(const PngJob* job) {
     for (int i = 0; i < job->entries; ++i)
         plte[i] = {p.palette[size_t(i)].r, p.palette[size_t(i)].g, p.palette[size_t(i)].b};
     png_set_PLTE(png, info, plte, job->entries);
-    png_set_compression_level(png, 9);
+    png_set_compression_level(png, 6);
     png_set_filter(png, PNG_FILTER_TYPE_BASE, PNG_FILTER_NONE);
     png_write_info(png, info);
     for (int32_t y = 0; y < p.height; ++y) {
@@ -268,7 +272,7 @@ bool EncodeTrueColour(const Bits& picture, const OptimizeSettings& s, std::vecto
     FIBITMAP* save = dib.p;
     Dib converted(nullptr);
     switch (s.Format) {
-    case WebFormat::Png24: fif = FIF_PNG, flags = PNG_Z_BEST_COMPRESSION; break;
+    case WebFormat::Png24: fif = FIF_PNG, flags = kFreeImagePngLevel6; break;
     case WebFormat::Jpeg: fif = FIF_JPEG, flags = JpegSaveFlags(s); break;
     case WebFormat::Tga: fif = FIF_TARGA, flags = s.RleTarga ? TARGA_SAVE_RLE : 0; break;
     case WebFormat::Tiff: fif = FIF_TIFF, flags = TIFF_NONE; break;

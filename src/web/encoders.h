@@ -4,9 +4,10 @@
 // - GIF through giflib: the colour table at the preset's depth (2^bits entries, padded with
 //   black), LZW at that depth, interlaced when asked; no extension blocks.
 // - PNG-8 through libpng: a palette PNG with the palette's own entries (PLTE is not padded),
-//   at the least bit depth that holds them, compression level 9, no row filters (the best
-//   choice for palette pictures).
-// - Everything else through FreeImage's writers: PNG-24, JPEG with the quality flags, BMP
+//   at the least bit depth that holds them, zlib level 6, no row filters (the best choice
+//   for palette pictures; level 9 saved 0.2 % at 1 megapixel for a fifth more time).
+// - Everything else through FreeImage's writers: PNG-24 (zlib level 6, not interlaced),
+//   JPEG with the quality flags, BMP
 //   (1, 4, 8 bits with a palette, 16 bits as 5-5-5, 24 bits, and 32 for "Native Bitmap"),
 //   Targa with or without run-length packets, TIFF without compression.
 #pragma once

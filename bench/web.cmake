@@ -6,3 +6,10 @@ if(TARGET ostrivex_web)
   target_link_libraries(bench_web PRIVATE ostrivex_web benchmark::benchmark)
   target_compile_options(bench_web PRIVATE -O3)
 endif()
+
+# bench_web_view: the Optimize view after a brush stroke, end to end, with the window's
+# thread running its events meanwhile.
+if(TARGET ostrivex_webui)
+  add_executable(bench_web_view ${CMAKE_CURRENT_SOURCE_DIR}/web_view/bench_web_view.cpp)
+  target_link_libraries(bench_web_view PRIVATE ostrivex_webui benchmark::benchmark)
+endif()

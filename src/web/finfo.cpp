@@ -170,8 +170,10 @@ void finfo::forget(QObject* document) {
     for (auto it = states_.begin(); it != states_.end(); ++it)
         if (static_cast<QObject*>(it->first) == document) {
             states_.erase(it);
-            return;
+            break;
         }
+    // The last document closed: the box shows no result.
+    if (!current_) showState();
 }
 
 bool finfo::wanted(fImage* document) const {

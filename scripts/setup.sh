@@ -10,6 +10,7 @@ PKGS=(
   libwmf-dev libemf2svg-dev
   libgtest-dev libgmock-dev libbenchmark-dev
   imagemagick cabextract xvfb xauth ccache xdotool
+  libxcb1-dev dbus-daemon poppler-utils openbox
 )
 
 missing=()

@@ -365,7 +365,7 @@ void finfo::jpegQualityChosen(int index) {
     jpgUpdate->setEnabled(custom);
     if (custom) {
         // The number is taken by the Update button.
-        if (TxtJPG->text().isEmpty()) TxtJPG->setText(QString::number(shown_.JpegQuality));
+        if (TxtJPG->text().isEmpty()) TxtJPG->setText(QString::number(JpegQualityPercent(shown_.JpegQuality)));
         return;
     }
     shown_.JpegQuality = flag;

@@ -273,8 +273,10 @@ FWeb::FWeb(const Bits& picture, const OptimizeSettings& start, QWidget* parent)
             },
             Qt::QueuedConnection);
     });
+    // A row of a large picture holds several copies of it while it runs (the indices, the
+    // file, the picture read back): at most four rows at once.
     comparison_ = std::make_unique<ComparisonRunner>(
-        std::max(1, QThread::idealThreadCount()), [this](uint64_t generation, int entry, const ComparisonRow& r) {
+        std::clamp(QThread::idealThreadCount(), 1, 4), [this](uint64_t generation, int entry, const ComparisonRow& r) {
             ++pendingDeliveries_;
             QMetaObject::invokeMethod(
                 this,

@@ -33,6 +33,8 @@
 #include "utilities/overlay/foverlay.h"
 #include "utilities/print/printing.h"
 #include "utilities/wallpaper/wallpaper.h"
+#include "web/finfo.h"
+#include "web/fweb.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -203,6 +205,10 @@ void fMain::MenuStatic(const QString& word) {
             SaveOptimizedAs(doc);
         } else if (word == "IMAGESAVEOPTIONS") {
             route("WebExport");
+            if (doc->PictureExists() && optimizeContent_) {
+                FWeb dialog(doc->bits(), optimizeContent_->Settings(), this);
+                dialog.exec();
+            }
         } else if (word == "UPDATELAYERS" || word == "UPDATEORIGINAL") {
             route("LayerViews");
         } else if (isOneOf(word, {"WTILE", "WCENTER", "WSTRETCH"})) {
@@ -224,9 +230,11 @@ void fMain::MenuExec(const QString& word) {
     if (word == "UNDO") {
         route("UndoBits");
         doc->UndoBits();
+        ReloadOptimizePreview(); // the Optimize view follows the pixels back
     } else if (word == "REDO") {
         route("RedoBits");
         doc->RedoBits();
+        ReloadOptimizePreview();
     } else if (isOneOf(word, {"CUT", "COPY", "PASTE", "CREATENEWCOPY", "COPYIMAGETOCLIPBOARD",
                               "CREATEFROMCLIPBOARD", "CROP", "NEWIMAGEFROMCROP"})) {
         route("Clipboard");

@@ -34,6 +34,8 @@
 #include "utilities/overlay/foverlay.h"
 #include "utilities/print/printing.h"
 #include "utilities/wallpaper/wallpaper.h"
+#include "web/finfo.h"
+#include "web/fweb.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -204,6 +206,10 @@ void fMain::MenuStatic(const QString& word) {
             SaveOptimizedAs(doc);
         } else if (word == "IMAGESAVEOPTIONS") {
             route("WebExport");
+            if (doc->PictureExists() && optimizeContent_) {
+                FWeb dialog(doc->bits(), optimizeContent_->Settings(), this);
+                dialog.exec();
+            }
         } else if (word == "UPDATELAYERS" || word == "UPDATEORIGINAL") {
             route("LayerViews");
         } else if (isOneOf(word, {"WTILE", "WCENTER", "WSTRETCH"})) {
@@ -225,9 +231,11 @@ void fMain::MenuExec(const QString& word) {
     if (word == "UNDO") {
         route("UndoBits");
         doc->UndoBits();
+        ReloadOptimizePreview(); // the Optimize view follows the pixels back
     } else if (word == "REDO") {
         route("RedoBits");
         doc->RedoBits();
+        ReloadOptimizePreview();
     } else if (isOneOf(word, {"CUT", "COPY", "PASTE", "CREATENEWCOPY", "COPYIMAGETOCLIPBOARD",
                               "CREATEFROMCLIPBOARD", "CROP", "NEWIMAGEFROMCROP"})) {
         route("Clipboard");

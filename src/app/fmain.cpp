@@ -18,6 +18,7 @@
 #include "pixel/random.h"
 #include "utilities/browser/ftoolbrowser.h"
 #include "utilities/panview/fpanview.h"
+#include "web/finfo.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -149,6 +150,8 @@ fMain::fMain(QWidget* parent) : QMainWindow(parent) {
 }
 
 fMain::~fMain() {
+    DocumentFiles::OptimizedFileExtension = nullptr;
+    DocumentFiles::ExtractOptimized = nullptr;
     if (GetDocumentHost() == this) SetDocumentHost(nullptr);
     if (MainWindow == this) MainWindow = nullptr;
     ActiveDocument = nullptr;
@@ -406,8 +409,25 @@ void fMain::buildBoxes() {
             b->setContent(texturesContent_);
             texturesContent_->FillTextures(QString::fromLocal8Bit(AppFolder().c_str()) +
                                            "/Textures");
+        } else if (i == BoxOptimize) {
+            optimizeContent_ = new finfo(b);
+            b->setContent(optimizeContent_);
+            // The box's small form keeps the preset list and the two result lines.
+            connect(optimizeContent_, &finfo::foldChanged, this, [b, this](bool folded) {
+                if (b->IsMinimized()) return;
+                const QSize full = b->StoredSize();
+                b->setFixedSize(full.width(), folded ? ToolBox::TitleHeight + 2 + optimizeContent_->FoldedHeight()
+                                                     : full.height());
+            });
         }
     }
+    // Save Optimized writes the box's result for the active document.
+    DocumentFiles::OptimizedFileExtension = [this] {
+        return optimizeContent_ ? optimizeContent_->GetOptimizedFileExtension() : QString();
+    };
+    DocumentFiles::ExtractOptimized = [this](const QString& path) {
+        return optimizeContent_ && optimizeContent_->ExtractOptimized(ActiveDocument, path);
+    };
 }
 
 // --- Menus ------------------------------------------------------------------------------
@@ -614,9 +634,19 @@ void fMain::RunCommand(const QString& word) {
 }
 
 void fMain::DocumentActivated(fImage* document) {
-    // Swapping in the document's layers, the Optimize settings and the selection timer
-    // belong to the layer, web and selection work.
+    // Swapping in the document's layers and the selection timer belong to the layer and
+    // selection work.
     ActiveDocument = document;
+    if (optimizeContent_) optimizeContent_->ShowDocument(document);
+}
+
+void fMain::ReloadOptimizePreview() {
+    fImage* doc = nullptr;
+    if (optimizeContent_ && GetActiveDocument(doc)) optimizeContent_->Update(doc);
+}
+
+void fMain::ViewChanged(fImage* document, int view) {
+    if (optimizeContent_ && view == fImage::ViewOptimize) optimizeContent_->ViewShown(document);
 }
 
 void fMain::Update(const QString& label, bool saveUndo) {

@@ -3,6 +3,7 @@
 #include "imagefile/fiimage.h"
 #include "imagefile/helperprocess.h"
 #include "imagefile/thumbdecoder.h"
+#include "web/optimize.h"
 
 #include <FreeImage.h>
 
@@ -195,9 +196,12 @@ std::string ThumbnailRoute(const std::string& path, const std::string& extension
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
                               const std::string& extension) {
     const std::string ext = LowerExtension(extension);
-    // gif has no writer in this chain: the Optimize box writes gif files.
-    if (ext == "gif") return {true, {}};
     if (picture.empty() || picture.width() < 1 || picture.height() < 1) return saveFailed();
+    // gif is written by the web optimizer, with the Optimize Box's GIF settings.
+    if (ext == "gif") {
+        std::string error;
+        return SaveGifFile(picture, path, error) ? ImageFileResult{true, {}} : saveFailed();
+    }
 
     enum class Convert { To24, To8 };
     FREE_IMAGE_FORMAT fif = FIF_UNKNOWN;

@@ -20,6 +20,7 @@
 #include "app/shell/options.h"
 #include "app/shell/resetsettings.h"
 #include "app/sizing/sizing.h"
+#include "app/textdialogs.h"
 #include "document/clipboard.h"
 #include "document/dialogs.h"
 #include "document/fileops.h"
@@ -30,8 +31,11 @@
 #include "pixel/oiffile.h"
 #include "utilities/capture/capture.h"
 #include "utilities/capture/fcapture.h"
+#include "utilities/overlay/foverlay.h"
 #include "utilities/print/printing.h"
 #include "utilities/wallpaper/wallpaper.h"
+#include "web/finfo.h"
+#include "web/fweb.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -206,6 +210,10 @@ void fMain::MenuStatic(const QString& word) {
             SaveOptimizedAs(doc);
         } else if (word == "IMAGESAVEOPTIONS") {
             route("WebExport");
+            if (doc->PictureExists() && optimizeContent_) {
+                FWeb dialog(doc->bits(), optimizeContent_->Settings(), this);
+                dialog.exec();
+            }
         } else if (word == "UPDATELAYERS" || word == "UPDATEORIGINAL") {
             route("LayerViews");
         } else if (isOneOf(word, {"WTILE", "WCENTER", "WSTRETCH"})) {
@@ -269,8 +277,7 @@ void fMain::MenuExec(const QString& word) {
         dialog.exec();
     } else if (word == "OPTIONS") {
         route("fOptions");
-        fOptions dialog(this);
-        dialog.exec();
+        ShowThumbnailOptions();
     } else if (word == "PRINT" || word == "PRINTPREVIEW") {
         route("Print");
         if (word == "PRINT")
@@ -427,12 +434,24 @@ void fMain::runRoutine(const MenuEntry& entry) {
         dialog->raise();
         dialog->activateWindow();
     } else if (name == "fOverlay") {
-        // A dialog that needs no document.
+        // Lays another open document over the active one; nothing without one.
         route(qname);
+        if (!GetActiveDocument(ActiveDocument)) return;
+        OverlayHost window;
+        window.envelope = [this](const std::function<Bits(cBitFilter&)>& operation,
+                                 const QString& label) { RunFilterEnvelope(operation, label); };
+        RunOverlayDialog(ActiveDocument, *this, window, this);
     } else if (name == "RestoreOriginal") {
         if (!GetActiveDocument(ActiveDocument) || !enhancedShown(ActiveDocument)) return;
         route(qname);
         RestoreOriginal(*this);
+    } else if (name == "NEWLAYER_Click" && entry.index >= 0 && entry.index <= 2) {
+        // "Shadow Text", "3D Text", "Style Text": the text dialogs, on the active document.
+        if (!GetActiveDocument(ActiveDocument)) return;
+        route(qname);
+        OpenTextDialog(this, entry.index == 0   ? TextDialogKind::Logo
+                             : entry.index == 1 ? TextDialogKind::Text3D
+                                                : TextDialogKind::StyleText);
     } else {
         // The layer routines and the bump mapping dialog: all act on the active document.
         if (!GetActiveDocument(ActiveDocument)) return;

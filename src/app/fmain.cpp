@@ -4,8 +4,10 @@
 #include "app/colour/pickcolour.h"
 #include "app/globals.h"
 #include "app/panels/toolicons.h"
+#include "app/shell/options.h"
 #include "app/settings/settings.h"
 #include "app/shell/compactpath.h"
+#include "app/textdialogs.h"
 #include "app/textures/ftooltextures.h"
 #include "app/toolbox.h"
 #include "app/toolpanels.h"
@@ -14,6 +16,9 @@
 #include "document/fpaste.h"
 #include "imagefile/fNew.h"
 #include "pixel/random.h"
+#include "utilities/browser/ftoolbrowser.h"
+#include "utilities/panview/fpanview.h"
+#include "web/finfo.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -92,11 +97,11 @@ const std::array<BoxInfo, fMain::BoxCount> kBoxes{{
      {&SR::HistoryBoxVisible, &SR::HistoryBoxLeft, &SR::HistoryBoxTop, &SR::HistoryBoxWidth,
       &SR::HistoryBoxHeight, &SR::HistoryBoxMinimized, QSize()}},
     {"fPanView",
-     "Panoramic Box",
+     "Panoramic View",
      {&SR::PanoramicBoxVisible, &SR::PanoramicBoxLeft, &SR::PanoramicBoxTop, &SR::PanoramicBoxWidth,
       &SR::PanoramicBoxHeight, &SR::PanoramicBoxMinimized, QSize()}},
     {"fToolBrowser",
-     "Browser Box",
+     "Thumbnail Browser",
      {&SR::BrowserBoxVisible, &SR::BrowserBoxLeft, &SR::BrowserBoxTop, &SR::BrowserBoxWidth,
       &SR::BrowserBoxHeight, &SR::BrowserBoxMinimized, QSize()}},
     {"finfo",
@@ -145,9 +150,12 @@ fMain::fMain(QWidget* parent) : QMainWindow(parent) {
     // The new-image dialog lives below the application; its colour well opens the
     // program's own chooser.
     fNew::ChooseColour = [](QWidget* parent, int32_t& colour) { return PickColour(parent, colour); };
+    InstallTextDialogs();
 }
 
 fMain::~fMain() {
+    DocumentFiles::OptimizedFileExtension = nullptr;
+    DocumentFiles::ExtractOptimized = nullptr;
     if (GetDocumentHost() == this) SetDocumentHost(nullptr);
     if (MainWindow == this) MainWindow = nullptr;
     ActiveDocument = nullptr;
@@ -420,9 +428,22 @@ void fMain::buildBoxes() {
         connect(b, &ToolBox::closeRequested, this, [this, i] { closeBox(i); });
         boxes_[size_t(i)] = b;
         // The History Box holds the clip history and the undo list, the Color and Textures
-        // Boxes their colours and textures; the other boxes' own controls are later work
-        // and they show an empty area under their title.
-        if (i == BoxHistory) {
+        // Boxes their colours and textures, the Panoramic and Browser Boxes the pan view and
+        // the thumbnail browser; the other boxes' own controls are later work and they show
+        // an empty area under their title.
+        if (i == BoxPanoramic) {
+            panContent_ = new fPanView(b);
+            panContent_->SetActiveDocument([] {
+                fImage* doc = nullptr;
+                return GetActiveDocument(doc) ? doc : nullptr;
+            });
+            b->setContent(panContent_);
+        } else if (i == BoxBrowser) {
+            browserContent_ = new fToolBrowser(b);
+            connect(browserContent_, &fToolBrowser::optionsRequested, this,
+                    &fMain::ShowThumbnailOptions);
+            b->setContent(browserContent_);
+        } else if (i == BoxHistory) {
             historyContent_ = new fPaste(b);
             b->setContent(historyContent_);
         } else if (i == BoxColor) {
@@ -433,8 +454,25 @@ void fMain::buildBoxes() {
             b->setContent(texturesContent_);
             texturesContent_->FillTextures(QString::fromLocal8Bit(AppFolder().c_str()) +
                                            "/Textures");
+        } else if (i == BoxOptimize) {
+            optimizeContent_ = new finfo(b);
+            b->setContent(optimizeContent_);
+            // The box's small form keeps the preset list and the two result lines.
+            connect(optimizeContent_, &finfo::foldChanged, this, [b, this](bool folded) {
+                if (b->IsMinimized()) return;
+                const QSize full = b->StoredSize();
+                b->setFixedSize(full.width(), folded ? ToolBox::TitleHeight + 2 + optimizeContent_->FoldedHeight()
+                                                     : full.height());
+            });
         }
     }
+    // Save Optimized writes the box's result for the active document.
+    DocumentFiles::OptimizedFileExtension = [this] {
+        return optimizeContent_ ? optimizeContent_->GetOptimizedFileExtension() : QString();
+    };
+    DocumentFiles::ExtractOptimized = [this](const QString& path) {
+        return optimizeContent_ && optimizeContent_->ExtractOptimized(ActiveDocument, path);
+    };
 }
 
 // --- Menus ------------------------------------------------------------------------------
@@ -510,6 +548,22 @@ void fMain::applyBoxState(int index, bool on) {
     }
 }
 
+void fMain::RefreshPanView() {
+    if (panContent_) panContent_->RefreshPanView();
+}
+
+void fMain::ClearPanView() {
+    if (panContent_) panContent_->Clear();
+}
+
+void fMain::ShowThumbnailOptions() {
+    fOptions dialog(this);
+    connect(&dialog, &fOptions::applied, this, [this] {
+        if (browserContent_) browserContent_->ThumbOptionsChanged();
+    });
+    dialog.exec();
+}
+
 void fMain::closeBox(int index) {
     viewsActions_[size_t(index)]->setChecked(false);
 }
@@ -567,13 +621,16 @@ void fMain::tb_ButtonClick(int button) {
     switch (button) {
     case 1:
         route("fLayerText");
-        break; // style text dialog
+        OpenTextDialog(this, TextDialogKind::StyleText);
+        break;
     case 2:
         route("f3D");
-        break; // 3D text dialog
+        OpenTextDialog(this, TextDialogKind::Text3D);
+        break;
     case 3:
         route("LogoMan");
-        break; // logo maker
+        OpenTextDialog(this, TextDialogKind::Logo);
+        break;
     case 0:
     case 4:
         route("ShowGrip");
@@ -628,9 +685,19 @@ void fMain::RunCommand(const QString& word) {
 }
 
 void fMain::DocumentActivated(fImage* document) {
-    // Swapping in the document's layers, the Optimize settings and the selection timer
-    // belong to the layer, web and selection work.
+    // Swapping in the document's layers and the selection timer belong to the layer and
+    // selection work.
     ActiveDocument = document;
+    if (optimizeContent_) optimizeContent_->ShowDocument(document);
+}
+
+void fMain::ReloadOptimizePreview() {
+    fImage* doc = nullptr;
+    if (optimizeContent_ && GetActiveDocument(doc)) optimizeContent_->Update(doc);
+}
+
+void fMain::ViewChanged(fImage* document, int view) {
+    if (optimizeContent_ && view == fImage::ViewOptimize) optimizeContent_->ViewShown(document);
 }
 
 void fMain::DocumentCommitted(fImage* document) {

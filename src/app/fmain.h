@@ -31,8 +31,11 @@ namespace ostrivex {
 
 class ToolBox;
 class ToolPanels;
+class fPanView;
+class fToolBrowser;
 class fToolColor;
 class fToolTextures;
+class finfo;
 
 class fMain : public QMainWindow, public DocumentHost {
     Q_OBJECT
@@ -131,6 +134,13 @@ class fMain : public QMainWindow, public DocumentHost {
     // The contents of the Color Box and the Textures Box.
     fToolColor* colorBox() const { return colorContent_; }
     fToolTextures* texturesBox() const { return texturesContent_; }
+    // The contents of the Panoramic Box and the Browser Box.
+    fPanView* panView() const { return panContent_; }
+    fToolBrowser* browserBox() const { return browserContent_; }
+    // "Thumbnails Options" (from the Edit menu or the Browser Box); OK reaches the browser.
+    void ShowThumbnailOptions();
+    // The contents of the Optimize Box.
+    finfo* optimizeBox() const { return optimizeContent_; }
     QProgressBar* progressBar() const { return progress_; }
     QComboBox* zoomCombo() const { return cbZoom_; }
     QString statusPanel(const QString& key) const;
@@ -148,14 +158,14 @@ class fMain : public QMainWindow, public DocumentHost {
     void ClearStatusPanels() override;
     void ShowZoom(ViewScale scale) override;
     bool HandScrollDown() override;
-    void RefreshPanView() override {}
-    void ClearPanView() override {}
-    void ReloadOptimizePreview() override {}
+    void RefreshPanView() override;
+    void ClearPanView() override;
+    void ReloadOptimizePreview() override;
     void UndoStateSaved(int historyId) override {}
     void DocumentActivated(fImage* document) override;
     void DocumentCommitted(fImage* document) override;
     void DocumentDeactivated(fImage* document) override {}
-    void ViewChanged(fImage* document, int view) override {}
+    void ViewChanged(fImage* document, int view) override;
     void ColorPicked(int32_t colour) override;
 
   protected:
@@ -188,6 +198,9 @@ class fMain : public QMainWindow, public DocumentHost {
     ToolPanels* toolPanels_ = nullptr;
     fToolColor* colorContent_ = nullptr;
     fToolTextures* texturesContent_ = nullptr;
+    fPanView* panContent_ = nullptr;
+    fToolBrowser* browserContent_ = nullptr;
+    finfo* optimizeContent_ = nullptr;
     QComboBox* cbZoom_ = nullptr;
     QProgressBar* progress_ = nullptr;
     std::map<QString, QLabel*> statusPanels_;

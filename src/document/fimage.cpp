@@ -168,6 +168,7 @@ void fImage::HistoryMoved(int32_t shown, bool loaded) {
     h->Filter().SetBits(bits());
     GiveFilterRegion(true); // the selection if there is one, else the whole image
     h->RefreshPanView();
+    h->ReloadOptimizePreview(); // the Optimize view follows the pixels back
     writePixelPanel();
     // The state on screen is what the status tells.
     if (shown >= 0 && shown <= UndoStore::kLastSlot)

@@ -2,6 +2,8 @@
 #include "imagefile/imagefile.h"
 #include "imagefile/fiimage.h"
 #include "imagefile/helperprocess.h"
+#include "imagefile/thumbdecoder.h"
+#include "web/optimize.h"
 
 #include <FreeImage.h>
 
@@ -152,12 +154,34 @@ ImageFileResult LoadImageFile(const std::string& path, const std::string& extens
     return LoadedImage(std::move(pixels), bpp, dpiX, dpiY);
 }
 
+std::string ThumbnailRoute(const std::string& path, const std::string& extension) {
+    const std::string ext = LowerExtension(extension);
+    // The picture loader's formats go to FreeImage's readers or the metafile renderers.
+    if (ext == "gif") return "fi:" + std::to_string(int(FIF_GIF));
+    if (ext == "dib") return "fi:" + std::to_string(int(FIF_BMP));
+    if (ext == "wmf" || ext == "emf") return ext;
+    const LoadRow* row = findLoadRow(ext);
+    if (!row || !plausibleFile(path, ext)) return {};
+    switch (row->via) {
+    case LoadVia::Devil:
+        return ext == "raw" ? "raw" : "devil";
+    case LoadVia::FreeImageType:
+        return "fi:" + std::to_string(int(row->format));
+    case LoadVia::FreeImageByContent:
+        return "fi:-1";
+    }
+    return {};
+}
+
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
                               const std::string& extension) {
     const std::string ext = LowerExtension(extension);
-    // gif has no writer in this chain: the Optimize box writes gif files.
-    if (ext == "gif") return {true, {}};
     if (picture.empty() || picture.width() < 1 || picture.height() < 1) return saveFailed();
+    // gif is written by the web optimizer, with the Optimize Box's GIF settings.
+    if (ext == "gif") {
+        std::string error;
+        return SaveGifFile(picture, path, error) ? ImageFileResult{true, {}} : saveFailed();
+    }
 
     enum class Convert { To24, To8 };
     FREE_IMAGE_FORMAT fif = FIF_UNKNOWN;

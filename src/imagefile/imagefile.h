@@ -73,7 +73,8 @@ ImageFileResult LoadDocumentImage(const std::string& path, const std::string& ex
 // psd, sgi/bw/rgb/rgba, raw and pcx through a BMP work file (`TempBitmapName`) converted
 // by DevIL; the work file is left in place (the Optimize box reads the current picture
 // from the same name).
-// "gif" writes no file (the gif writer is the Optimize box's) and reports success.
+// "gif" is written by the web optimizer (`SaveGifFile`): with the Optimize Box's settings
+// while it shows a GIF preset, else 256 colours "Optimal".
 // Any other extension, an empty picture or a failed write is the save error.
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
                               const std::string& extension);

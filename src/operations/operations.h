@@ -25,7 +25,7 @@
 namespace ostrivex {
 
 struct OperationParam {
-    enum class Kind { Int, Float, Bool, Colour, Word, Path };
+    enum class Kind { Int, Float, Bool, Colour, Word, Path, Text };
     const char* name = "";
     const char* caption = ""; // "" for a parameter no dialog shows
     Kind kind = Kind::Int;

@@ -11,6 +11,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <sstream>
 
@@ -90,11 +91,13 @@ TEST(Operations, ACentredParameterCountsFromItsMiddleAndTheBatchHoldsItsRange) {
     EXPECT_TRUE(batch::parseStep("GammaCorrection:-100", error));
     EXPECT_FALSE(batch::parseStep("GammaCorrection:101", error));
     EXPECT_EQ(error, "step GammaCorrection, argument gamma: 101 is not a whole number from -100 to 100");
-    // Every batch argument is its parameter's range and nothing else.
-    for (const batch::StepDef& s : batch::operationSteps()) {
-        const Operation* op = FindOperation(s.name);
-        ASSERT_NE(op, nullptr) << s.name;
-        ASSERT_EQ(s.args.size(), op->params.size()) << s.name;
+    // Every operation of the table is a batch step, with its parameters as its arguments.
+    for (const Operation& op : Operations()) {
+        const auto& steps = batch::operationSteps();
+        const auto s = std::find_if(steps.begin(), steps.end(),
+                                    [&](const batch::StepDef& d) { return d.name == op.name; });
+        ASSERT_NE(s, steps.end()) << op.name;
+        ASSERT_EQ(s->args.size(), op.params.size()) << op.name;
     }
 }
 

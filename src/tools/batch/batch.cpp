@@ -81,6 +81,7 @@ std::string rangeText(const ArgSpec& a) {
     case ArgSpec::Kind::Bool: s << "0 or -1"; break;
     case ArgSpec::Kind::Colour: s << "colour 0x00BBGGRR as decimal"; break;
     case ArgSpec::Kind::Path: s << "an image file"; break;
+    case ArgSpec::Kind::Text: s << "any text without a comma"; break;
     case ArgSpec::Kind::Word:
         for (size_t i = 0; i < a.words.size(); ++i) s << (i ? " | " : "") << a.words[i];
         break;
@@ -96,6 +97,10 @@ bool parseArg(const ArgSpec& gradient, const std::string& text, ArgValue& out, s
             error = "argument " + gradient.name + ": a file name is needed";
             return false;
         }
+        out.word = text;
+        return true;
+    }
+    if (gradient.kind == ArgSpec::Kind::Text) {
         out.word = text;
         return true;
     }
@@ -138,7 +143,8 @@ bool parseArg(const ArgSpec& gradient, const std::string& text, ArgValue& out, s
         v = v != 0 ? -1 : 0;
         break;
     case ArgSpec::Kind::Word:
-    case ArgSpec::Kind::Path: break;
+    case ArgSpec::Kind::Path:
+    case ArgSpec::Kind::Text: break;
     case ArgSpec::Kind::Colour:
         if (v != std::floor(v) || v < 0 || v > 0xFFFFFF) {
             error = "argument " + gradient.name + ": " + text +
@@ -181,6 +187,8 @@ bool parseBox(const std::string& text, Rect& box, std::string& error) {
 std::optional<Step> parseStep(const std::string& text, std::string& error) {
     const size_t colon = text.find(':');
     const std::string name = text.substr(0, colon);
+    if (name == "EFFECT")
+        return parseEffectStep(text, colon == std::string::npos ? "" : text.substr(colon + 1), error);
     if (colon == std::string::npos) {
         if (const FixedCommand* fc = FindFixedCommand(name)) {
             return Step{text, [fc](StepContext& ctx) {
@@ -245,12 +253,16 @@ std::optional<Region> parseSelection(const std::string& text, std::string& error
 
 void printHelp(std::ostream& out) {
     out << "Usage: ostrivex-batch INPUT OUTPUT [--select rect:L,T,R,B | --select "
-           "ellipse:L,T,R,B | --select osf:FILE] [--seed N] [STEP...]\n\n"
+           "ellipse:L,T,R,B | --select osf:FILE] [--seed N] [--key COLOUR] [STEP...]\n\n"
            "Loads INPUT, runs each STEP in order on the whole image or on the selection, and\n"
            "writes OUTPUT; both formats follow the file extensions. With no STEP it converts.\n"
            "Rectangle and ellipse boxes have right and bottom exclusive. Colours are decimal\n"
            "packed 0x00BBGGRR (0x hex also accepted); flags are 0 or -1.\n"
-           "On any error it prints one line to stderr, writes nothing and exits with 2.\n\n"
+           "--key gives the layer effects (EFFECT, FX.) a colour key: its pixels stay as they\n"
+           "are, and no other pixel turns into it.\n"
+           "On any error it prints one line to stderr, writes nothing and exits with 2.\n"
+           "  ostrivex-batch --contact-sheet SAMPLE OUTPUT.png  draws every layer effect at two\n"
+           "values on SAMPLE into one sheet.\n\n"
            "Fixed commands:\n";
     for (const FixedCommand& fc : FixedCommands())
         out << "  " << fc.word << "  = " << fc.call << "\n";
@@ -263,6 +275,7 @@ void printHelp(std::ostream& out) {
         for (const ArgSpec& a : s.args) out << "      " << a.name << ": " << rangeText(a) << "\n";
         if (!s.note.empty()) out << "      " << s.note << "\n";
     }
+    printEffectHelp(out);
 }
 
 } // namespace ostrivex::batch
@@ -289,11 +302,46 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
     std::vector<std::string> positional;
     std::optional<std::string> selection;
     std::optional<uint32_t> seed;
+    int32_t key = -1;
+    std::optional<OptimizeOptions> optimize;
+    OptimizeOptions optimizeExtras; // --map and the others, which need --optimize
+    bool extrasGiven = false;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
         if (a == "--help" || a == "-h") {
             printHelp(out);
+            printOptimizeHelp(out);
             return 0;
+        }
+        if (a == "--contact-sheet") {
+            if (i + 2 >= args.size()) return fail(err, "--contact-sheet needs a sample picture and an output file");
+            return makeContactSheet(args[i + 1], args[i + 2], err);
+        }
+        if (a == "--key") {
+            if (i + 1 >= args.size()) return fail(err, a + " needs a value");
+            const std::string& v = args[++i];
+            char* end = nullptr;
+            const unsigned long long n = v.size() > 2 && v[0] == '0' && (v[1] == 'x' || v[1] == 'X')
+                                             ? std::strtoull(v.c_str() + 2, &end, 16)
+                                             : std::strtoull(v.c_str(), &end, 10);
+            if (v.empty() || *end || n > 0xFFFFFF || v[0] == '-')
+                return fail(err, "--key needs a colour (0 to 16777215, packed 0x00BBGGRR)");
+            key = int32_t(n);
+            continue;
+        }
+        if (a == "--interlaced") {
+            optimizeExtras.interlaced = extrasGiven = true;
+            continue;
+        }
+        if (a == "--optimize" || a == "--map" || a == "--dither" || a == "--quality") {
+            if (i + 1 >= args.size()) return fail(err, a + " needs a value");
+            const std::string& v = args[++i];
+            if (a == "--optimize") optimize = OptimizeOptions{v, {}, {}, {}, false};
+            else if (a == "--map") optimizeExtras.map = v;
+            else if (a == "--dither") optimizeExtras.dither = v;
+            else optimizeExtras.quality = v;
+            extrasGiven |= a != "--optimize";
+            continue;
         }
         if (a == "--select" || a == "--seed") {
             if (i + 1 >= args.size()) return fail(err, a + " needs a value");
@@ -314,6 +362,17 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
         positional.push_back(a);
     }
     if (positional.size() < 2) return fail(err, "usage: ostrivex-batch INPUT OUTPUT [STEP...] (see --help)");
+    std::optional<OptimizeSettings> optimized;
+    if (extrasGiven && !optimize) return fail(err, "--map, --dither, --interlaced and --quality need --optimize");
+    if (optimize) {
+        optimize->map = optimizeExtras.map;
+        optimize->dither = optimizeExtras.dither;
+        optimize->quality = optimizeExtras.quality;
+        optimize->interlaced = optimizeExtras.interlaced;
+        std::string error;
+        optimized = parseOptimizeOptions(*optimize, positional[1], error);
+        if (!optimized) return fail(err, error);
+    }
 
     // Every step is checked before anything is loaded or written.
     std::vector<Step> steps;
@@ -341,7 +400,7 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
         // A selection never reaches past the picture: the filters write only inside it.
         region = chosen->intersected(Region::rect(image));
     }
-    StepContext ctx{filter, region, image};
+    StepContext ctx{filter, region, image, key};
     filter.BitsRegion(&region);
     if (seed) Randomize(*seed);
     else Randomize(steadyMilliseconds());
@@ -354,6 +413,7 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
         }
     }
 
+    if (optimized) return writeOptimized(filter.bits(), *optimized, output, out, err);
     const ImageFileResult saved = SaveImageFile(filter.bits(), output, extensionOf(output));
     if (!saved.ok) return fail(err, output + ": " + saved.message);
     return 0;

@@ -1,18 +1,22 @@
 // ostrivex-batch: runs the editor's pixel commands on image files without a window.
 //
 //   ostrivex-batch INPUT OUTPUT [--select rect:L,T,R,B | --select ellipse:L,T,R,B |
-//                  --select osf:FILE] [--seed N] [STEP...]
+//                  --select osf:FILE] [--seed N] [--optimize PRESET [--map NAME]
+//                  [--dither NAME] [--interlaced] [--quality N]] [STEP...]
 //
 // INPUT is loaded and OUTPUT written by the editor's own file code, by extension. Each
 // STEP runs in order on the whole image or on the selection, as successive menu commands
 // would: the result of one step is the input of the next. A STEP is a command word of the
 // fixed-command table (INVERT, LIGHTBLUR ...) or an operation with its arguments after a
 // colon, comma separated (BRIGHTNESS:40, COLORIZE:0.5,0.25,1, BitsResample:320,200).
+// With --optimize, OUTPUT is written by the web optimizer in that preset of the Optimize
+// Box (or of the web export) and its exact size is printed.
 #pragma once
 
 #include "operations/operations.h"
 #include "pixel/bitfilter.h"
 #include "pixel/region.h"
+#include "web/optimizesettings.h"
 
 #include <functional>
 #include <iosfwd>
@@ -51,6 +55,7 @@ struct StepContext {
     cBitFilter& filter;
     Region& region;
     Rect imageRect; // the size the selection was made for
+    int32_t key = -1; // the colour key of the layer effects (--key), -1 for none
     // Sets a new image (keeps the selection when the size is unchanged).
     void setImage(Bits&& bits);
     // After an operation that replaced the object's buffer itself: a new canvas size drops
@@ -96,5 +101,31 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
 
 // The --help text: usage, then every fixed command and every operation with its arguments.
 void printHelp(std::ostream& out);
+
+// The layer effects (batch_effects.cpp): the FX.NAME operations, the EFFECT step (its
+// arguments after the colon), and their part of the help.
+std::vector<StepDef> effectSteps();
+std::optional<Step> parseEffectStep(const std::string& text, const std::string& args,
+                                    std::string& error);
+void printEffectHelp(std::ostream& out);
+
+// Draws every effect node at two values on the sample picture into one labelled sheet
+// (batch_sheet.cpp); returns the exit code like runBatch.
+int makeContactSheet(const std::string& sample, const std::string& output, std::ostream& err);
+// --optimize and its companions as given on the command line.
+struct OptimizeOptions {
+    std::string preset;
+    std::optional<std::string> map, dither, quality;
+    bool interlaced = false;
+};
+// The optimizer settings they stand for, checked against the OUTPUT name; nullopt and an
+// error line when they do not fit.
+std::optional<OptimizeSettings> parseOptimizeOptions(const OptimizeOptions& options,
+                                                     const std::string& output, std::string& error);
+// Writes picture to output with the optimizer and prints the box's "Format: " and
+// "Size: " lines; returns the exit code.
+int writeOptimized(const Bits& picture, const OptimizeSettings& settings, const std::string& output,
+                   std::ostream& out, std::ostream& err);
+void printOptimizeHelp(std::ostream& out);
 
 } // namespace ostrivex::batch

@@ -165,6 +165,7 @@ std::vector<StepDef> artisticSteps() {
 } // namespace
 
 std::vector<StepDef> paintSteps(); // batch_steps_paint.cpp
+std::vector<StepDef> textSteps();  // batch_steps_text.cpp
 
 const std::vector<StepDef>& operationSteps() {
     static const std::vector<StepDef> steps = [] {
@@ -174,7 +175,9 @@ const std::vector<StepDef>& operationSteps() {
         addSteps(all, neighbourhoodSteps());
         addSteps(all, deformSteps());
         addSteps(all, artisticSteps());
+        addSteps(all, textSteps());
         addSteps(all, paintSteps());
+        addSteps(all, effectSteps());
         return all;
     }();
     return steps;

@@ -512,6 +512,15 @@ TEST_F(ToolPanelsTest, ToolButtonsWithADocument) {
     EXPECT_EQ(main_->zoomCombo()->currentText(), "1 : 2");
     button("ZoomIn")->trigger();
     EXPECT_EQ(activeTool(), "");
+    // The keys: Ctrl + 0 fits the 2 x 1 picture (15 : 1 at most), Ctrl + 1 is 1 : 1 again.
+    auto* fit = main_->findChild<QAction*>("ViewFit");
+    ASSERT_NE(fit, nullptr);
+    EXPECT_TRUE(fit->shortcuts().contains(QKeySequence("Ctrl+0")));
+    fit->trigger();
+    EXPECT_EQ(doc->Scale(), (ViewScale{15, 1}));
+    EXPECT_EQ(main_->statusPanel("Zoom"), "15 : 1");
+    main_->findChild<QAction*>("ViewActualPixels")->trigger();
+    EXPECT_EQ(doc->Scale(), (ViewScale{1, 1}));
 
     button("MouseScroll")->trigger();
     EXPECT_TRUE(doc->MouseScroll());

@@ -9,7 +9,7 @@ PKGS=(
   libfreeimage-dev libdevil-dev libgcab-dev libimagequant-dev
   libwmf-dev libemf2svg-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  imagemagick cabextract xvfb xauth ccache xdotool
+  imagemagick graphicsmagick libvips-tools hyperfine cabextract xvfb xauth ccache xdotool
 )
 
 missing=()

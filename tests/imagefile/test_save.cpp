@@ -27,10 +27,6 @@ TEST(SaveImageFile, LosslessRoundTripsOfEverySavableExtension) {
         EXPECT_EQ(LoadedWidth, 4);
         EXPECT_EQ(LoadedHeight, 3);
     }
-    // The DevIL targets go through the BMP work file, which holds the picture after the save.
-    ASSERT_TRUE(fs::exists(TempBitmapName()));
-    ASSERT_TRUE(LoadImageFile(TempBitmapName(), "bmp").ok);
-    EXPECT_TRUE(samePixels(picture, LoadedBitmap));
     // The extension is lowered first.
     ASSERT_TRUE(SaveImageFile(picture, dir.file("UP.PNG"), "PNG").ok);
     ASSERT_TRUE(LoadImageFile(dir.file("UP.PNG"), "png").ok);

@@ -17,7 +17,8 @@ uint32_t le32(const uint8_t* p) {
 }
 
 // One colour field of a bit-field pixel: where it starts and how wide it is, and the
-// table that widens its values to 8 bits (v * 255 / max, rounded).
+// table that widens its values to 8 bits by repeating their bits (5 bits abcde become
+// abcdeabc), as the other readers do; wider fields keep their top 8 bits.
 struct Field {
     int shift = 0;
     int bits = 0;
@@ -29,8 +30,17 @@ struct Field {
         if (mask != 0 || bits > 16) return false; // not one run of ones
         const uint32_t max = (1u << bits) - 1;
         scale.resize(max + 1);
-        for (uint32_t v = 0; v <= max; ++v)
-            scale[v] = uint8_t((v * 255 + max / 2) / max);
+        for (uint32_t v = 0; v <= max; ++v) {
+            if (bits >= 8) {
+                scale[v] = uint8_t(v >> (bits - 8));
+                continue;
+            }
+            uint32_t wide = 0;
+            int filled = 0;
+            for (; filled < 8; filled += bits)
+                wide = wide << bits | v;
+            scale[v] = uint8_t(wide >> (filled - 8));
+        }
         return true;
     }
     uint8_t get(uint32_t pixel) const {
@@ -50,22 +60,23 @@ struct Palette {
 };
 
 // RLE8 and RLE4 into palette indices, bottom row first. Pixels the file skips (with a
-// delta or an early end of line) keep index 0. False if the data runs out before the
-// picture is whole or a run would leave it.
+// delta or an early end of line) keep index 0; pixels past the end of a row are dropped
+// (some writers encode the row's padding too). False if the data runs out before the
+// picture is whole.
 bool unpackRle(std::FILE* in, bool four, int32_t w, int32_t h, std::vector<uint8_t>& idx) {
     int32_t x = 0, y = 0;
     auto byte = [in]() { return std::fgetc(in); };
+    auto put = [&](int v) {
+        if (x < w && y < h) idx[size_t(y) * size_t(w) + size_t(x)] = uint8_t(v);
+        ++x;
+    };
     for (;;) {
         const int n = byte(), c = byte();
         if (c == EOF) return y >= h; // some writers stop after the last row
         if (n > 0) {
-            if (x + n > w || y >= h) return false;
-            for (int i = 0; i < n; ++i, ++x)
-                idx[size_t(y) * size_t(w) + size_t(x)] =
-                    uint8_t(four ? (i & 1 ? c & 15 : c >> 4) : c);
-            continue;
-        }
-        if (c == 0) { // end of line
+            for (int i = 0; i < n; ++i)
+                put(four ? (i & 1 ? c & 15 : c >> 4) : c);
+        } else if (c == 0) { // end of line
             x = 0;
             ++y;
         } else if (c == 1) { // end of picture
@@ -75,18 +86,14 @@ bool unpackRle(std::FILE* in, bool four, int32_t w, int32_t h, std::vector<uint8
             if (dy == EOF) return false;
             x += dx;
             y += dy;
-            if (x > w || y > h) return false;
         } else { // c pixels as they are, padded to a whole 16-bit word
-            if (x + c > w || y >= h) return false;
             const int bytes = four ? (c + 1) / 2 : c;
             uint8_t raw[256];
             if (std::fread(raw, 1, size_t(bytes), in) != size_t(bytes)) return false;
-            for (int i = 0; i < c; ++i, ++x)
-                idx[size_t(y) * size_t(w) + size_t(x)] =
-                    uint8_t(four ? (i & 1 ? raw[i / 2] & 15 : raw[i / 2] >> 4) : raw[i]);
+            for (int i = 0; i < c; ++i)
+                put(four ? (i & 1 ? raw[i / 2] & 15 : raw[i / 2] >> 4) : raw[i]);
             if (bytes & 1) byte();
         }
-        if (y > h) return false;
     }
 }
 

@@ -60,9 +60,10 @@ struct DecodeInfo {
     int dpiY = 72;
 };
 
-// 16-bit samples to 8 bits, rounded: v * 255 / 65535 to nearest.
+// 16-bit samples to 8 bits: v * 255 / 65535 cut to a whole number (v / 257), which is
+// what ImageMagick and GraphicsMagick give for the same file.
 inline uint8_t Scale16(uint32_t v) {
-    return uint8_t((v * 255u + 32767u) / 65535u);
+    return uint8_t(v / 257u);
 }
 
 // --- PNM (P1..P6), maximum values up to 65535 ----------------------------------------

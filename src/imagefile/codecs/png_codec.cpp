@@ -4,6 +4,8 @@
 
 #include <png.h>
 
+#include <vector>
+
 namespace ostrivex::codec {
 
 namespace {
@@ -14,9 +16,9 @@ void silentWarning(png_structp, png_const_charp) {}
     png_longjmp(png, 1);
 }
 
-// The decode proper, with setjmp: nothing here has a destructor.
+// The decode proper, with setjmp: nothing here has a destructor (`deep` is the caller's).
 bool decode(png_structp png, png_infop info, std::FILE* in, const SizeLimits& limits,
-            PixelSink& sink, DecodeInfo& out) {
+            PixelSink& sink, DecodeInfo& out, std::vector<uint8_t>& deep) {
     if (setjmp(png_jmpbuf(png))) return false;
     png_init_io(png, in);
     png_set_user_limits(png, kMaxSide, kMaxSide);
@@ -34,23 +36,40 @@ bool decode(png_structp png, png_infop info, std::FILE* in, const SizeLimits& li
         out.dpiX = int(rx * 0.0254 + 0.5);
         out.dpiY = int(ry * 0.0254 + 0.5);
     }
-    // A palette's transparency is left as it is (not expanded to alpha), so the stored
-    // colour stays, as does that of every transparent pixel.
     if (colour == PNG_COLOR_TYPE_PALETTE) png_set_palette_to_rgb(png);
     if (colour == PNG_COLOR_TYPE_GRAY && depth < 8) png_set_expand_gray_1_2_4_to_8(png);
-    if (depth == 16) png_set_scale_16(png);
-    if (colour & PNG_COLOR_MASK_ALPHA) png_set_strip_alpha(png);
+    // Alpha, and a transparent colour or palette entries, are dropped: the colour as
+    // stored stays, that of every transparent pixel too.
+    if ((colour & PNG_COLOR_MASK_ALPHA) || png_get_valid(png, info, PNG_INFO_tRNS))
+        png_set_strip_alpha(png);
     if (!(colour & PNG_COLOR_MASK_COLOR)) png_set_gray_to_rgb(png);
     png_set_bgr(png);
     png_set_filler(png, 0, PNG_FILLER_AFTER);
     const int passes = png_set_interlace_handling(png);
     png_read_update_info(png, info);
-    if (png_get_rowbytes(png, info) != size_t(w) * 4) return false;
+    // 16-bit samples come through whole (eight bytes a pixel, most significant first) and
+    // are brought to 8 bits as the other 16-bit readers do.
+    const bool sixteen = depth == 16;
+    if (png_get_rowbytes(png, info) != size_t(w) * (sixteen ? 8 : 4)) return false;
     if (!sink.begin(int32_t(w), int32_t(h))) return false;
-    // An interlaced picture comes in passes, each adding to the rows already there.
-    for (int pass = 0; pass < passes; ++pass)
-        for (png_uint_32 y = 0; y < h; ++y)
-            png_read_row(png, sink.row(int32_t(y)), nullptr);
+    if (!sixteen) {
+        // An interlaced picture comes in passes, each adding to the rows already there.
+        for (int pass = 0; pass < passes; ++pass)
+            for (png_uint_32 y = 0; y < h; ++y)
+                png_read_row(png, sink.row(int32_t(y)), nullptr);
+    } else {
+        const size_t rowBytes = size_t(w) * 8;
+        deep.assign(rowBytes * (passes > 1 ? h : 1), 0);
+        for (int pass = 0; pass < passes; ++pass)
+            for (png_uint_32 y = 0; y < h; ++y) {
+                uint8_t* s = deep.data() + (passes > 1 ? rowBytes * y : 0);
+                png_read_row(png, s, nullptr);
+                if (pass + 1 < passes) continue;
+                uint8_t* d = sink.row(int32_t(y));
+                for (png_uint_32 i = 0; i < w * 4; ++i)
+                    d[i] = Scale16(uint32_t(s[2 * i]) << 8 | s[2 * i + 1]);
+            }
+    }
     png_read_end(png, nullptr);
     return true;
 }
@@ -105,7 +124,8 @@ bool DecodePng(std::FILE* in, const SizeLimits& limits, PixelSink& sink, DecodeI
         png_create_read_struct(PNG_LIBPNG_VER_STRING, nullptr, errorJump, silentWarning);
     if (!png) return false;
     png_infop pngInfo = png_create_info_struct(png);
-    const bool ok = pngInfo && decode(png, pngInfo, in, limits, sink, info);
+    std::vector<uint8_t> deep;
+    const bool ok = pngInfo && decode(png, pngInfo, in, limits, sink, info, deep);
     png_destroy_read_struct(&png, pngInfo ? &pngInfo : nullptr, nullptr);
     return ok;
 }

@@ -43,11 +43,12 @@ bool readNumber(std::FILE* in, uint32_t max, uint32_t& out) {
     return true;
 }
 
-// A table from sample values to bytes, v * 255 / maxval rounded.
+// A table from sample values to bytes: to 16 bits rounded, then as Scale16 does (so a
+// maximum of 255 keeps its bytes and one of 65535 agrees with the other 16-bit readers).
 std::vector<uint8_t> scaleTable(uint32_t maxval) {
     std::vector<uint8_t> t(size_t(maxval) + 1);
     for (uint32_t v = 0; v <= maxval; ++v)
-        t[v] = uint8_t((uint64_t(v) * 255u + maxval / 2) / maxval);
+        t[v] = Scale16(uint32_t((uint64_t(v) * 65535u + maxval / 2) / maxval));
     return t;
 }
 

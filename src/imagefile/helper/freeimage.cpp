@@ -6,6 +6,7 @@
 #include <FreeImage.h>
 
 #include <cstring>
+#include <unistd.h>
 #include <vector>
 
 namespace ostrivex::helper {
@@ -16,18 +17,31 @@ namespace {
 // header promises) and one that found nothing left at all.
 bool shortRead = false;
 bool emptyRead = false;
+int emptyReads = 0;
+long fileSize = 0;
 
 unsigned DLL_CALLCONV fiRead(void* buf, unsigned size, unsigned count, fi_handle h) {
     const size_t n = std::fread(buf, size, count, static_cast<FILE*>(h));
     if (n < count) shortRead = true;
-    if (n == 0 && count > 0 && size > 0) emptyRead = true;
+    if (n == 0 && count > 0 && size > 0) {
+        emptyRead = true;
+        // A loader that keeps reading past the end is going round in circles (the IFF
+        // loader does on a damaged chunk size, stepping on by it for ever): give up now
+        // rather than at the time limit.
+        if (++emptyReads > 16) _exit(1);
+    }
     return unsigned(n);
 }
 unsigned DLL_CALLCONV fiWrite(void*, unsigned, unsigned, fi_handle) {
     return 0;
 }
 int DLL_CALLCONV fiSeek(fi_handle h, long offset, int origin) {
-    return std::fseek(static_cast<FILE*>(h), offset, origin);
+    FILE* f = static_cast<FILE*>(h);
+    // No loader needs to go past the end of its file; one that does was sent there by a
+    // damaged size, and goes on allocating and skipping by it.
+    const long from = origin == SEEK_SET ? 0 : origin == SEEK_END ? fileSize : std::ftell(f);
+    if (from + offset > fileSize || from + offset < 0) _exit(1);
+    return std::fseek(f, offset, origin);
 }
 long DLL_CALLCONV fiTell(fi_handle h) {
     return std::ftell(static_cast<FILE*>(h));
@@ -179,6 +193,7 @@ bool writeAnswer(FIBITMAP* dib, AnswerSink& sink) {
 void quiet(FREE_IMAGE_FORMAT, const char*) {}
 
 int load(std::FILE* in, FREE_IMAGE_FORMAT fif, const codec::SizeLimits& limits, AnswerSink& sink) {
+    fileSize = long(limits.fileBytes);
     FreeImageIO io{fiRead, fiWrite, fiSeek, fiTell};
     if (fif == FIF_UNKNOWN) {
         std::rewind(in);

@@ -155,6 +155,11 @@ bool StoreLoadState(Bits&& pixels, int bpp, int dpiX, int dpiY) {
     return true;
 }
 
+bool IsReadableExtension(const std::string& extension) {
+    const std::string ext = LowerExtension(extension);
+    return findLoadRow(ext) != nullptr || IsPictureExtension(ext);
+}
+
 ImageFileResult LoadImageFile(const std::string& path, const std::string& extension) {
     const std::string ext = LowerExtension(extension);
     const LoadRow* row = findLoadRow(ext);

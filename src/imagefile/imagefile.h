@@ -78,6 +78,9 @@ ImageFileResult LoadPictureFile(const std::string& path, const std::string& exte
 
 // True for the extensions that `loadBitmap` takes through `LoadPictureFile`.
 bool IsPictureExtension(const std::string& extension);
+// True for the extensions some loader reads (a row of the load table, or the picture
+// loader's); "olf", which the layered file reader takes, is not among them.
+bool IsReadableExtension(const std::string& extension);
 
 // The load that a document is made from: `LoadPictureFile` for gif, wmf, emf and dib,
 // `LoadImageFile` for everything else (bmp included: both loaders read it alike). "olf" is

@@ -146,6 +146,8 @@ TEST(Program, FilesOnTheCommandLineOpenAsDocuments) {
     QThread::msleep(300);
     EXPECT_EQ(recentAfterExit(copy.process, home.path()),
               (std::vector<std::string>{(pictures.path() + "/one.ppm").toStdString()}));
+    // The run left nothing in its private temporary folder (work file, lock, socket).
+    EXPECT_TRUE(QDir(runtime.path() + "/ostrivex").isEmpty(QDir::AllEntries | QDir::NoDotAndDotDot | QDir::Hidden));
 }
 
 TEST(Program, ASecondCopyHandsItsFilesToTheRunningOne) {

@@ -9,7 +9,9 @@ PKGS=(
   libfreeimage-dev libdevil-dev libgcab-dev libimagequant-dev
   libwmf-dev libemf2svg-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  imagemagick graphicsmagick libvips-tools hyperfine cabextract xvfb xauth ccache xdotool
+  imagemagick cabextract xvfb xauth ccache xdotool
+  libxcb1-dev dbus-daemon poppler-utils openbox
+  graphicsmagick libvips-tools hyperfine shared-mime-info
 )
 
 missing=()

@@ -28,6 +28,10 @@
 #include "imagefile/fProperties.h"
 #include "pixel/fixedcommands.h"
 #include "pixel/oiffile.h"
+#include "utilities/capture/capture.h"
+#include "utilities/capture/fcapture.h"
+#include "utilities/print/printing.h"
+#include "utilities/wallpaper/wallpaper.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -162,8 +166,12 @@ void fMain::MenuStatic(const QString& word) {
         ResetSettings(this);
     } else if (isOneOf(word, {"CAPTUREDESKTOP", "CAPTUREFOREGROUND", "CAPTUREBACKGROUND"})) {
         route("Capture");
+        ScreenCapture::For(this).Capture(word == "CAPTUREDESKTOP"      ? ScreenCapture::Desktop
+                                         : word == "CAPTUREFOREGROUND" ? ScreenCapture::Foreground
+                                                                       : ScreenCapture::Background);
     } else if (word == "PRINTERSETUP") {
         route("PrinterSetup");
+        PrintSession::For(this).PrinterSetup(this);
     } else if (word == "SELECTSOURCE" || word == "ACQUIRETWAIN") {
         // Kept in the chain; these branches do nothing.
     } else {
@@ -198,6 +206,11 @@ void fMain::MenuStatic(const QString& word) {
             route("LayerViews");
         } else if (isOneOf(word, {"WTILE", "WCENTER", "WSTRETCH"})) {
             route("Wallpaper");
+            SetDocumentAsWallpaper(*doc,
+                                   word == "WTILE"     ? WallpaperTile
+                                   : word == "WCENTER" ? WallpaperCenter
+                                                       : WallpaperStretch,
+                                   this);
         }
     }
 }
@@ -253,6 +266,10 @@ void fMain::MenuExec(const QString& word) {
         dialog.exec();
     } else if (word == "PRINT" || word == "PRINTPREVIEW") {
         route("Print");
+        if (word == "PRINT")
+            PrintSession::For(this).Print(*doc, this);
+        else
+            PrintSession::For(this).PrintPreview(*doc, this);
     } else if (isOneOf(word, {"IMAGESIZE", "CANVASSIZE", "IMAGEORIENTATION", "IMAGEROTATE"})) {
         route("SizeDialog");
         RunSizingDialog(*this, word);
@@ -389,8 +406,16 @@ void fMain::runRoutine(const MenuEntry& entry) {
             DocumentDialogs::Inform(this, QString::fromLatin1(fUserFilter::kOverflowText),
                                     dialog.windowTitle());
         }
-    } else if (name == "fCapture" || name == "fOverlay") {
-        // Dialogs that need no document.
+    } else if (name == "fCapture") {
+        route(qname);
+        // One dialog at a time, left open beside the main window until a capture starts.
+        auto* dialog = findChild<fCapture*>();
+        if (!dialog) dialog = new fCapture(ScreenCapture::For(this), this);
+        dialog->show();
+        dialog->raise();
+        dialog->activateWindow();
+    } else if (name == "fOverlay") {
+        // A dialog that needs no document.
         route(qname);
     } else if (name == "RestoreOriginal") {
         if (!GetActiveDocument(ActiveDocument)) return;

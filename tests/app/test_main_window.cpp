@@ -110,8 +110,8 @@ TEST_F(MainWindowTest, DispatchWithoutADocument) {
     EXPECT_TRUE(main_->Documents().empty());
     main_->MenuStatic("CASCADE");
     EXPECT_EQ(main_->LastRoute(), "Cascade");
-    main_->MenuStatic("CAPTUREDESKTOP");
-    EXPECT_EQ(main_->LastRoute(), "Capture");
+    // (The capture and wallpaper words act on the desktop: tests/utilities runs them against
+    // fakes of its services.)
     // The document's way in sends a word to the chain of its menu entry.
     main_->RunCommand("TILEVERTICALLY");
     EXPECT_EQ(main_->LastRoute(), "TileVertically");
@@ -165,8 +165,6 @@ TEST_F(MainWindowTest, DispatchWithADocument) {
     main_->MenuExec("IMAGEPROPERTIES");
     EXPECT_EQ(main_->LastRoute(), "fProperties");
     EXPECT_EQ(dialogTitle, "Image Properties");
-    main_->MenuStatic("WSTRETCH");
-    EXPECT_EQ(main_->LastRoute(), "Wallpaper");
     main_->clearLastRoute();
     main_->MenuStatic("SELECTSOURCE"); // kept in the chain, does nothing
     EXPECT_EQ(main_->LastRoute(), "");

@@ -30,6 +30,7 @@
 #include "pixel/oiffile.h"
 #include "utilities/capture/capture.h"
 #include "utilities/capture/fcapture.h"
+#include "utilities/overlay/foverlay.h"
 #include "utilities/print/printing.h"
 #include "utilities/wallpaper/wallpaper.h"
 
@@ -262,8 +263,7 @@ void fMain::MenuExec(const QString& word) {
         dialog.exec();
     } else if (word == "OPTIONS") {
         route("fOptions");
-        fOptions dialog(this);
-        dialog.exec();
+        ShowThumbnailOptions();
     } else if (word == "PRINT" || word == "PRINTPREVIEW") {
         route("Print");
         if (word == "PRINT")
@@ -415,8 +415,14 @@ void fMain::runRoutine(const MenuEntry& entry) {
         dialog->raise();
         dialog->activateWindow();
     } else if (name == "fOverlay") {
-        // A dialog that needs no document.
+        // Lays another open document over the active one; nothing without one.
         route(qname);
+        if (!GetActiveDocument(ActiveDocument)) return;
+        OverlayHost window;
+        window.envelope = [this](const std::function<Bits(cBitFilter&)>& operation,
+                                 const QString& label) { RunFilterEnvelope(operation, label); };
+        window.update = [this](const QString& label) { Update(label, true); };
+        RunOverlayDialog(ActiveDocument, *this, window, this);
     } else if (name == "RestoreOriginal") {
         if (!GetActiveDocument(ActiveDocument)) return;
         route(qname);

@@ -4,6 +4,7 @@
 #include "app/colour/pickcolour.h"
 #include "app/globals.h"
 #include "app/panels/toolicons.h"
+#include "app/shell/options.h"
 #include "app/settings/settings.h"
 #include "app/shell/compactpath.h"
 #include "app/textures/ftooltextures.h"
@@ -15,6 +16,8 @@
 #include "imagefile/fNew.h"
 #include "imagefile/imagefile.h"
 #include "pixel/random.h"
+#include "utilities/browser/ftoolbrowser.h"
+#include "utilities/panview/fpanview.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -89,11 +92,11 @@ const std::array<BoxInfo, fMain::BoxCount> kBoxes{{
      {&SR::HistoryBoxVisible, &SR::HistoryBoxLeft, &SR::HistoryBoxTop, &SR::HistoryBoxWidth,
       &SR::HistoryBoxHeight, &SR::HistoryBoxMinimized, QSize()}},
     {"fPanView",
-     "Panoramic Box",
+     "Panoramic View",
      {&SR::PanoramicBoxVisible, &SR::PanoramicBoxLeft, &SR::PanoramicBoxTop, &SR::PanoramicBoxWidth,
       &SR::PanoramicBoxHeight, &SR::PanoramicBoxMinimized, QSize()}},
     {"fToolBrowser",
-     "Browser Box",
+     "Thumbnail Browser",
      {&SR::BrowserBoxVisible, &SR::BrowserBoxLeft, &SR::BrowserBoxTop, &SR::BrowserBoxWidth,
       &SR::BrowserBoxHeight, &SR::BrowserBoxMinimized, QSize()}},
     {"finfo",
@@ -376,9 +379,22 @@ void fMain::buildBoxes() {
         connect(b, &ToolBox::closeRequested, this, [this, i] { closeBox(i); });
         boxes_[size_t(i)] = b;
         // The History Box holds the clip history and the undo list, the Color and Textures
-        // Boxes their colours and textures; the other boxes' own controls are later work
-        // and they show an empty area under their title.
-        if (i == BoxHistory) {
+        // Boxes their colours and textures, the Panoramic and Browser Boxes the pan view and
+        // the thumbnail browser; the other boxes' own controls are later work and they show
+        // an empty area under their title.
+        if (i == BoxPanoramic) {
+            panContent_ = new fPanView(b);
+            panContent_->SetActiveDocument([] {
+                fImage* doc = nullptr;
+                return GetActiveDocument(doc) ? doc : nullptr;
+            });
+            b->setContent(panContent_);
+        } else if (i == BoxBrowser) {
+            browserContent_ = new fToolBrowser(b);
+            connect(browserContent_, &fToolBrowser::optionsRequested, this,
+                    &fMain::ShowThumbnailOptions);
+            b->setContent(browserContent_);
+        } else if (i == BoxHistory) {
             historyContent_ = new fPaste(b);
             b->setContent(historyContent_);
         } else if (i == BoxColor) {
@@ -464,6 +480,22 @@ void fMain::applyBoxState(int index, bool on) {
     } else {
         b->hide();
     }
+}
+
+void fMain::RefreshPanView() {
+    if (panContent_) panContent_->RefreshPanView();
+}
+
+void fMain::ClearPanView() {
+    if (panContent_) panContent_->Clear();
+}
+
+void fMain::ShowThumbnailOptions() {
+    fOptions dialog(this);
+    connect(&dialog, &fOptions::applied, this, [this] {
+        if (browserContent_) browserContent_->ThumbOptionsChanged();
+    });
+    dialog.exec();
 }
 
 void fMain::closeBox(int index) {

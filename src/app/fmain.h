@@ -31,6 +31,8 @@ namespace ostrivex {
 
 class ToolBox;
 class ToolPanels;
+class fPanView;
+class fToolBrowser;
 class fToolColor;
 class fToolTextures;
 
@@ -132,6 +134,11 @@ class fMain : public QMainWindow, public DocumentHost {
     // The contents of the Color Box and the Textures Box.
     fToolColor* colorBox() const { return colorContent_; }
     fToolTextures* texturesBox() const { return texturesContent_; }
+    // The contents of the Panoramic Box and the Browser Box.
+    fPanView* panView() const { return panContent_; }
+    fToolBrowser* browserBox() const { return browserContent_; }
+    // "Thumbnails Options" (from the Edit menu or the Browser Box); OK reaches the browser.
+    void ShowThumbnailOptions();
     QProgressBar* progressBar() const { return progress_; }
     QComboBox* zoomCombo() const { return cbZoom_; }
     QString statusPanel(const QString& key) const;
@@ -149,8 +156,8 @@ class fMain : public QMainWindow, public DocumentHost {
     void ClearStatusPanels() override;
     void ShowZoom(int zoom) override;
     bool HandScrollDown() override;
-    void RefreshPanView() override {}
-    void ClearPanView() override {}
+    void RefreshPanView() override;
+    void ClearPanView() override;
     void ReloadOptimizePreview() override {}
     void UndoStateSaved(int historyId) override {}
     void DocumentActivated(fImage* document) override;
@@ -186,6 +193,8 @@ class fMain : public QMainWindow, public DocumentHost {
     ToolPanels* toolPanels_ = nullptr;
     fToolColor* colorContent_ = nullptr;
     fToolTextures* texturesContent_ = nullptr;
+    fPanView* panContent_ = nullptr;
+    fToolBrowser* browserContent_ = nullptr;
     QComboBox* cbZoom_ = nullptr;
     QProgressBar* progress_ = nullptr;
     std::map<QString, QLabel*> statusPanels_;

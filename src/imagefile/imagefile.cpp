@@ -4,6 +4,7 @@
 #include "imagefile/fiimage.h"
 #include "imagefile/fileio.h"
 #include "imagefile/helperprocess.h"
+#include "imagefile/thumbdecoder.h"
 
 #include <FreeImage.h>
 
@@ -99,7 +100,7 @@ struct Way {
     std::string how; // in the helper
 };
 
-Way wayFor(const LoadRow& row, const std::string& ext) {
+Way wayFor(const LoadRow& row, const std::string& ext, bool isolated = IsolateAllDecoders()) {
     Way way;
     if (row.via == LoadVia::Devil) {
         // DevIL's XPM loader crashes on every file; FreeImage reads them. This DevIL has
@@ -121,7 +122,7 @@ Way wayFor(const LoadRow& row, const std::string& ext) {
     case FIF_PPM: way = {codec::DecodePnm, "pnm"}; break;
     default: way.how = "fi:" + std::to_string(int(row.format)); break;
     }
-    if (IsolateAllDecoders()) way.here = nullptr;
+    if (isolated) way.here = nullptr;
     return way;
 }
 
@@ -174,6 +175,22 @@ ImageFileResult LoadImageFile(const std::string& path, const std::string& extens
     if (!decoded || !StoreLoadState(std::move(pixels), info.bpp, info.dpiX, info.dpiY))
         return loadFailed();
     return {true, {}};
+}
+
+std::string ThumbnailRoute(const std::string& path, const std::string& extension) {
+    const std::string ext = LowerExtension(extension);
+    // The open path's loaders, in the helper: the picture loader's raster formats through
+    // the same readers (gif FreeImage's, dib the program's own), the metafile renderers,
+    // and a JPEG through FreeImage, whose scaled decode skips most of a photo's work.
+    if (ext == "gif") return "fi:" + std::to_string(int(FIF_GIF));
+    if (ext == "dib") return "bmp";
+    if (ext == "wmf" || ext == "emf") return ext;
+    const LoadRow* row = findLoadRow(ext);
+    if (!row) return {};
+    const InputFile file(path);
+    if (!file.ok() || !plausibleFile(file, ext)) return {};
+    if (row->format == FIF_JPEG) return "fi:" + std::to_string(int(FIF_JPEG));
+    return wayFor(*row, ext, true).how;
 }
 
 namespace {

@@ -6,6 +6,7 @@
 #include "imagefile/fileio.h"
 #include "imagefile/helperprocess.h"
 #include "imagefile/imagefile.h"
+#include "imagefile/thumbdecoder.h"
 
 #include <QFile>
 #include <QGuiApplication>
@@ -204,6 +205,14 @@ ImageFileResult LoadPictureFile(const std::string& path, const std::string& exte
     if (ext == "wmf") return loadWmf(path);
     if (ext == "emf") return loadEmf(path);
     return loadFailed();
+}
+
+} // namespace ostrivex
+
+namespace ostrivex {
+
+QSize EmfPictureSize(const std::string& path) {
+    return emfFrameSize(path);
 }
 
 } // namespace ostrivex

@@ -216,3 +216,65 @@ TEST_F(BatchTest, HelpListsEveryStepAndTheProgramExitCodes) {
     EXPECT_EQ(WEXITSTATUS(std::system(bad.c_str())), 2);
     EXPECT_FALSE(fs::exists(path("q.png")));
 }
+
+TEST_F(BatchTest, LayerEffectsByNodeAndByMethod) {
+    const Bits src = colours(3, 1, {{0, 0, 0}, {100, 150, 200}, {255, 255, 255}});
+    const std::string in = writePng("in.png", src);
+    // Node 64 ("Invertion") at 0 inverts fully; the method Invert with amount 255 leaves the
+    // picture; node 3 at 150 passes 2 to each channel of Contrast (value / 100, rounded).
+    ASSERT_EQ(run({in, path("a.png"), "EFFECT:64,0"}), 0) << err_.str();
+    EXPECT_TRUE(sameBits(colours(3, 1, {{255, 255, 255}, {155, 105, 55}, {0, 0, 0}}),
+                         readBack(path("a.png"), "png")));
+    // With white as the key, the white pixel stays and black stops one step of blue short
+    // of white.
+    ASSERT_EQ(run({in, path("k.png"), "--key", "0xFFFFFF", "EFFECT:64,0"}), 0) << err_.str();
+    EXPECT_TRUE(sameBits(colours(3, 1, {{254, 255, 255}, {155, 105, 55}, {255, 255, 255}}),
+                         readBack(path("k.png"), "png")));
+    ASSERT_EQ(run({in, path("b.png"), "FX.Invert:255", "EFFECT:7"}), 0) << err_.str();
+    EXPECT_TRUE(sameBits(colours(3, 1, {{0, 0, 0}, {0, 255, 255}, {255, 255, 255}}),
+                         readBack(path("b.png"), "png")));
+    ASSERT_EQ(run({in, path("c.png"), "EFFECT:3,150"}), 0) << err_.str();
+    ASSERT_EQ(run({in, path("d.png"), "FX.Contrast:2,2,2"}), 0) << err_.str();
+    EXPECT_TRUE(sameBits(readBack(path("c.png"), "png"), readBack(path("d.png"), "png")));
+    // The colour of node 66 ("Replace Color") is the box's; the picked colour comes second.
+    ASSERT_EQ(run({in, path("e.png"), "EFFECT:66,10,255,0x6496C8"}), 0) << err_.str();
+    EXPECT_TRUE(sameBits(colours(3, 1, {{0, 0, 0}, {0, 0, 255}, {255, 255, 255}}),
+                         readBack(path("e.png"), "png")));
+    // A blend with a third picture from a file; only the selection takes an effect.
+    const std::string top = writePng("top.png", colours(3, 1, {{10, 10, 10}, {10, 10, 10}, {10, 10, 10}}));
+    ASSERT_EQ(run({in, path("f.png"), "--select", "rect:1,0,2,1", "FX.BlendMode:" + top + ",6"}), 0)
+        << err_.str();
+    EXPECT_TRUE(sameBits(colours(3, 1, {{0, 0, 0}, {90, 140, 190}, {255, 255, 255}}),
+                         readBack(path("f.png"), "png")));
+
+    const std::string out = path("never.png");
+    const std::vector<std::pair<std::vector<std::string>, std::string>> bad = {
+        {{in, out, "EFFECT:15,0"}, "step EFFECT: node 15 (\"Blur\") is a heading, not an effect"},
+        {{in, out, "EFFECT:2,300"}, "step EFFECT: value '300' of node 2 (\"Brightness\") is outside -255 to 255"},
+        {{in, out, "EFFECT:7,5"}, "step EFFECT: value '5' of node 7 (\"Reduce to 8 Colors\") is outside 0 (it has no dialog)"},
+        {{in, out, "EFFECT:81,0"}, "step EFFECT needs a node number from 1 to 80 (see --help)"},
+        {{in, out, "EFFECT:29,10,red"}, "step EFFECT: 'red' is not a colour (0 to 16777215, packed 0x00BBGGRR)"},
+        {{in, out, "EFFECT:69,2"}, "step EFFECT:69,2: value 2 is above this picture's maximum 0"},
+        {{in, out, "FX.Hue:400"}, "step FX.Hue, argument degrees: 400 is not a whole number from 0 to 360"},
+        {{in, out, "--key", "-5", "EFFECT:64,0"}, "--key needs a colour (0 to 16777215, packed 0x00BBGGRR)"},
+    };
+    for (const auto& [args, message] : bad) {
+        EXPECT_EQ(run(args), 2) << message;
+        EXPECT_EQ(err_.str(), "ostrivex-batch: " + message + "\n");
+        EXPECT_FALSE(fs::exists(out));
+    }
+
+    ASSERT_EQ(run({"--help"}), 0);
+    EXPECT_NE(out_.str().find("    74  Oil Painting  (OilPaint, 0 to 255, default 0)"), std::string::npos);
+    EXPECT_NE(out_.str().find("  FX.TileE:tiles,background"), std::string::npos);
+}
+
+TEST_F(BatchTest, ContactSheetOfTheEffects) {
+    const std::string in = writePng("in.png", patternBits(40, 30, 2));
+    ASSERT_EQ(run({"--contact-sheet", in, path("sheet.png")}), 0) << err_.str();
+    const Bits sheet = readBack(path("sheet.png"), "png");
+    // 72 effects, four to a row, each beside a second picture.
+    EXPECT_GT(sheet.width(), 8 * 160);
+    EXPECT_GT(sheet.height(), 18 * 107);
+    EXPECT_EQ(run({"--contact-sheet", path("none.png"), path("s.png")}), 2);
+}

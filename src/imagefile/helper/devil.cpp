@@ -23,11 +23,12 @@ void ILAPIENTRY plainFree(const void* p) {
     std::free(const_cast<void*>(p));
 }
 
-// DevIL opens its file by name; every open here is of the picture handed over as
-// descriptor 3, from its start. Reads note a read that came back short: a file cut off
+// DevIL opens its file by name; every open here is of the picture being decoded (the one
+// handed over as descriptor 3, or the server's current file), from its start. Reads note a read that came back short: a file cut off
 // before the end of the data its header promises (several loaders would otherwise fill
 // the missing rows with zeros and call the picture good).
 bool shortRead = false;
+int input = kInputFd;
 
 // A loader that keeps reading past the end is going round in circles: give up now rather
 // than at the time limit.
@@ -37,7 +38,7 @@ void atEnd() {
 }
 
 ILHANDLE ILAPIENTRY ilOpen(ILconst_string) {
-    const int fd = dup(kInputFd);
+    const int fd = dup(input);
     if (fd < 0) return nullptr;
     lseek(fd, 0, SEEK_SET);
     return fdopen(fd, "rb");
@@ -107,8 +108,11 @@ void SetDevilAllocationLimit(uint64_t bytes) {
     allocationLimit = bytes;
 }
 
-int DecodeWithDevil(std::FILE*, const std::string& extension, bool raw,
-                    const codec::SizeLimits& limits, AnswerSink& sink) {
+bool DecodeWithDevil(std::FILE* in, const std::string& extension, bool raw,
+                     const codec::SizeLimits& limits, codec::PixelSink& sink,
+                     codec::DecodeInfo& info) {
+    input = fileno(in);
+    endsSeen = 0;
     startDevil();
     ILuint id = 0;
     ilGenImages(1, &id);
@@ -117,18 +121,18 @@ int DecodeWithDevil(std::FILE*, const std::string& extension, bool raw,
     // contents when the extension has no loader, and load a png named .lmp.
     const std::string name = "picture." + extension;
     const ILenum type = raw ? ILenum(IL_RAW) : ilTypeFromExt(name.c_str());
-    if (type == IL_TYPE_UNKNOWN) return 1;
+    if (type == IL_TYPE_UNKNOWN) return false;
     shortRead = false;
     const ILboolean loaded = ilLoad(type, name.c_str());
     // The Pixar and SGI loaders take a cut file for a whole one; the others read ahead
     // past the end of good files too, and fail cut ones by themselves.
     const bool exactReader = type == IL_PXR || type == IL_SGI;
-    if (loaded != IL_TRUE || (shortRead && exactReader)) return 1;
+    if (loaded != IL_TRUE || (shortRead && exactReader)) return false;
     const ILint w = ilGetInteger(IL_IMAGE_WIDTH), h = ilGetInteger(IL_IMAGE_HEIGHT);
-    if (!codec::SizeAllowed(w, h, limits)) return 1;
+    if (!codec::SizeAllowed(w, h, limits)) return false;
     // The depth a BMP of this picture has when DevIL writes one: palettes and grey as 8
     // bits, pictures with alpha as 32, the rest as 24.
-    codec::DecodeInfo info;
+    info = codec::DecodeInfo();
     switch (ilGetInteger(IL_IMAGE_FORMAT)) {
     case IL_COLOUR_INDEX:
     case IL_LUMINANCE: info.bpp = 8; break;
@@ -137,10 +141,10 @@ int DecodeWithDevil(std::FILE*, const std::string& extension, bool raw,
     case IL_LUMINANCE_ALPHA: info.bpp = 32; break;
     default: info.bpp = 24; break;
     }
-    if (ilConvertImage(IL_BGRA, IL_UNSIGNED_BYTE) != IL_TRUE) return 1;
+    if (ilConvertImage(IL_BGRA, IL_UNSIGNED_BYTE) != IL_TRUE) return false;
     const bool bottomUp = ilGetInteger(IL_IMAGE_ORIGIN) == IL_ORIGIN_LOWER_LEFT;
     const ILubyte* data = ilGetData();
-    if (!data || !sink.begin(w, h)) return 1;
+    if (!data || !sink.begin(w, h)) return false;
     for (ILint y = 0; y < h; ++y) {
         const ILubyte* s = data + size_t(bottomUp ? h - 1 - y : y) * size_t(w) * 4;
         uint8_t* d = sink.row(y);
@@ -152,13 +156,14 @@ int DecodeWithDevil(std::FILE*, const std::string& extension, bool raw,
         }
     }
     ilDeleteImages(1, &id);
-    return sink.finish(info) ? 0 : 1;
+    return true;
 }
 
 int DevilConvert(const std::string& sourceExtension, const char* typeText) {
     char* end = nullptr;
     const long type = std::strtol(typeText, &end, 0);
     if (!end || *end || type <= 0) return 2;
+    input = kInputFd;
     startDevil();
     ilutInit();
     ILuint id = 0;

@@ -63,6 +63,11 @@ bool peekSize(std::FILE* in, FREE_IMAGE_FORMAT fif, int64_t& w, int64_t& h) {
     case FIF_KOALA: // a fixed screen
         w = 320, h = 200;
         return true;
+    case FIF_GIF: // the logical screen
+        if (std::fread(b, 1, 10, in) != 10 || b[0] != 'G' || b[1] != 'I' || b[2] != 'F')
+            return false;
+        w = b[6] | b[7] << 8, h = b[8] | b[9] << 8;
+        return true;
     case FIF_LBM: { // also FIF_IFF
         // FORM <size> ILBM|PBM , then chunks; BMHD starts with width and height.
         if (std::fread(b, 1, 12, in) != 12 || std::memcmp(b, "FORM", 4) != 0) return false;
@@ -133,12 +138,15 @@ bool readsAhead(FREE_IMAGE_FORMAT fif) {
            fif == FIF_TIFF || fif == FIF_PCX || fif == FIF_TARGA;
 }
 
-// Writes a loaded bitmap of any type into the answer. 16-bit samples are rounded to 8
-// bits (FreeImage's own conversion cuts them), alpha is dropped.
-bool writeAnswer(FIBITMAP* dib, AnswerSink& sink) {
+void quiet(FREE_IMAGE_FORMAT, const char*) {}
+
+} // namespace
+
+// Writes a loaded bitmap of any type into a sink. 16-bit samples are brought to 8 bits as
+// Scale16 does (FreeImage's own conversion cuts them differently), alpha is dropped.
+bool WriteDib(FIBITMAP* dib, codec::PixelSink& sink, codec::DecodeInfo& info) {
     const FREE_IMAGE_TYPE type = FreeImage_GetImageType(dib);
     const int w = int(FreeImage_GetWidth(dib)), h = int(FreeImage_GetHeight(dib));
-    codec::DecodeInfo info;
     info.bpp = int(FreeImage_GetBPP(dib));
     info.dpiX = int(FreeImage_GetDotsPerMeterX(dib) * 0.0254 + 0.5);
     info.dpiY = int(FreeImage_GetDotsPerMeterY(dib) * 0.0254 + 0.5);
@@ -187,13 +195,14 @@ bool writeAnswer(FIBITMAP* dib, AnswerSink& sink) {
         }
     }
     if (rgb && rgb != dib) FreeImage_Unload(rgb);
-    return ok && sink.finish(info);
+    return ok;
 }
 
-void quiet(FREE_IMAGE_FORMAT, const char*) {}
-
-int load(std::FILE* in, FREE_IMAGE_FORMAT fif, const codec::SizeLimits& limits, AnswerSink& sink) {
+FIBITMAP* LoadWithFreeImage(std::FILE* in, int format, int flags, const codec::SizeLimits& limits) {
+    FreeImage_SetOutputMessage(quiet);
     fileSize = long(limits.fileBytes);
+    emptyReads = 0;
+    FREE_IMAGE_FORMAT fif = FREE_IMAGE_FORMAT(format);
     FreeImageIO io{fiRead, fiWrite, fiSeek, fiTell};
     if (fif == FIF_UNKNOWN) {
         std::rewind(in);
@@ -202,51 +211,41 @@ int load(std::FILE* in, FREE_IMAGE_FORMAT fif, const codec::SizeLimits& limits, 
     int64_t w = 0, h = 0;
     if (fif == FIF_UNKNOWN || !sizeFromHeader(in, fif, io, w, h) ||
         !codec::SizeAllowed(w, h, limits))
-        return 1;
+        return nullptr;
     std::rewind(in);
     shortRead = emptyRead = false;
-    FIBITMAP* dib = FreeImage_LoadFromHandle(fif, &io, in, 0);
-    if (!dib) return 1;
+    FIBITMAP* dib = FreeImage_LoadFromHandle(fif, &io, in, flags);
+    if (!dib) return nullptr;
     const bool cut = readsAhead(fif) ? ((fif == FIF_PCX || fif == FIF_TARGA) && emptyRead) : shortRead;
-    int rc = 1;
-    if (!cut && FreeImage_HasPixels(dib) &&
-        codec::SizeAllowed(FreeImage_GetWidth(dib), FreeImage_GetHeight(dib), limits))
-        rc = writeAnswer(dib, sink) ? 0 : 1;
-    FreeImage_Unload(dib);
-    return rc;
+    // A scaled JPEG decode is smaller than its header says; its own size is checked.
+    if (cut || !FreeImage_HasPixels(dib) ||
+        !codec::SizeAllowed(FreeImage_GetWidth(dib), FreeImage_GetHeight(dib), limits)) {
+        FreeImage_Unload(dib);
+        return nullptr;
+    }
+    return dib;
 }
 
-} // namespace
-
-int DecodeWithFreeImage(std::FILE* in, int format, const codec::SizeLimits& limits,
-                        AnswerSink& sink) {
-    FreeImage_Initialise(FALSE);
-    FreeImage_SetOutputMessage(quiet);
-    const int rc = load(in, FREE_IMAGE_FORMAT(format), limits, sink);
-    FreeImage_DeInitialise();
-    return rc;
-}
-
-int DecodeDcx(std::FILE* in, const codec::SizeLimits& limits, AnswerSink& sink) {
+bool DecodeDcx(std::FILE* in, const codec::SizeLimits& limits, codec::PixelSink& sink,
+               codec::DecodeInfo& info) {
     // A DCX is a table of up to 1023 page offsets after its magic number, then the pages,
     // each a whole PCX file. The first page runs to the second, or to the end.
     uint8_t head[12];
-    if (std::fread(head, 1, 12, in) != 12) return 1;
+    if (std::fread(head, 1, 12, in) != 12) return false;
     auto le32 = [](const uint8_t* p) {
         return uint32_t(p[0]) | uint32_t(p[1]) << 8 | uint32_t(p[2]) << 16 | uint32_t(p[3]) << 24;
     };
-    if (le32(head) != 0x3ADE68B1u) return 1;
+    if (le32(head) != 0x3ADE68B1u) return false;
     const uint64_t first = le32(head + 4);
     uint64_t end = le32(head + 8);
     if (end == 0 || end > limits.fileBytes) end = limits.fileBytes;
-    if (first < 12 || first >= end) return 1;
+    if (first < 12 || first >= end) return false;
     std::vector<uint8_t> page(end - first);
     if (std::fseek(in, long(first), SEEK_SET) != 0 ||
         std::fread(page.data(), 1, page.size(), in) != page.size())
-        return 1;
-    FreeImage_Initialise(FALSE);
+        return false;
     FreeImage_SetOutputMessage(quiet);
-    int rc = 1;
+    bool ok = false;
     if (FIMEMORY* memory = FreeImage_OpenMemory(page.data(), DWORD(page.size()))) {
         codec::SizeLimits pageLimits = limits;
         pageLimits.fileBytes = page.size();
@@ -257,13 +256,12 @@ int DecodeDcx(std::FILE* in, const codec::SizeLimits& limits, AnswerSink& sink) 
         FreeImage_SeekMemory(memory, 0, SEEK_SET);
         FIBITMAP* dib = allowed ? FreeImage_LoadFromMemory(FIF_PCX, memory, 0) : nullptr;
         if (dib) {
-            rc = writeAnswer(dib, sink) ? 0 : 1;
+            ok = WriteDib(dib, sink, info);
             FreeImage_Unload(dib);
         }
         FreeImage_CloseMemory(memory);
     }
-    FreeImage_DeInitialise();
-    return rc;
+    return ok;
 }
 
 } // namespace ostrivex::helper

@@ -50,6 +50,28 @@ bool AnswerSink::finish(const codec::DecodeInfo& info) {
     return true;
 }
 
+bool DecodeByWay(const std::string& how, const std::string& extension, std::FILE* in,
+                 const codec::SizeLimits& limits, codec::PixelSink& sink, codec::DecodeInfo& info) {
+    SetDevilAllocationLimit(limits.budgetBytes);
+    if (how == "devil" || how == "devilraw")
+        return DecodeWithDevil(in, extension, how == "devilraw", limits, sink, info);
+    if (how.rfind("fi:", 0) == 0) {
+        FIBITMAP* dib = LoadWithFreeImage(in, std::atoi(how.c_str() + 3), 0, limits);
+        const bool ok = dib && WriteDib(dib, sink, info);
+        if (dib) FreeImage_Unload(dib);
+        return ok;
+    }
+    if (how == "dcx") return DecodeDcx(in, limits, sink, info);
+    if (how == "wmf") return RenderWmf(in, limits, sink, info);
+    // Our own decoders and the hardened libraries, when the editor asks for them here.
+    if (how == "sgi") return codec::DecodeSgi(in, limits, sink, info);
+    if (how == "pnm") return codec::DecodePnm(in, limits, sink, info);
+    if (how == "jpeg") return codec::DecodeJpeg(in, limits, sink, info);
+    if (how == "png") return codec::DecodePng(in, limits, sink, info);
+    if (how == "bmp") return codec::DecodeBmp(in, limits, sink, info);
+    return false;
+}
+
 } // namespace ostrivex::helper
 
 namespace {
@@ -78,26 +100,11 @@ uint64_t fileBytes(std::FILE* in) {
 int decode(const std::string& how, const std::string& extension, uint64_t budget) {
     std::FILE* in = fdopen(kInputFd, "rb");
     if (!in) return 1;
-    codec::SizeLimits limits{budget, fileBytes(in)};
-    SetDevilAllocationLimit(budget);
+    FreeImage_Initialise(FALSE);
+    const codec::SizeLimits limits{budget, fileBytes(in)};
     AnswerSink sink(limits);
     codec::DecodeInfo info;
-    // Our own decoders and the hardened libraries, when the editor asks for them here.
-    auto own = [&](bool (*decoder)(std::FILE*, const codec::SizeLimits&, codec::PixelSink&,
-                                   codec::DecodeInfo&)) {
-        return decoder(in, limits, sink, info) && sink.finish(info) ? 0 : 1;
-    };
-    if (how == "devil" || how == "devilraw")
-        return DecodeWithDevil(in, extension, how == "devilraw", limits, sink);
-    if (how.rfind("fi:", 0) == 0) return DecodeWithFreeImage(in, std::atoi(how.c_str() + 3), limits, sink);
-    if (how == "dcx") return DecodeDcx(in, limits, sink);
-    if (how == "wmf") return RenderWmf(in, limits, sink);
-    if (how == "sgi") return own(codec::DecodeSgi);
-    if (how == "pnm") return own(codec::DecodePnm);
-    if (how == "jpeg") return own(codec::DecodeJpeg);
-    if (how == "png") return own(codec::DecodePng);
-    if (how == "bmp") return own(codec::DecodeBmp);
-    return 2;
+    return DecodeByWay(how, extension, in, limits, sink, info) && sink.finish(info) ? 0 : 1;
 }
 
 } // namespace
@@ -109,6 +116,11 @@ int main(int argc, char** argv) {
         const uint64_t budget = std::strtoull(argv[4], nullptr, 10);
         limitResources(budget);
         return decode(argv[2], argv[3], budget);
+    }
+    if (command == "serve" && argc == 3) {
+        const uint64_t budget = std::strtoull(argv[2], nullptr, 10);
+        limitResources(budget);
+        return Serve(budget);
     }
     limitResources(0);
     if (command == "emf" && argc == 2) {

@@ -161,9 +161,10 @@ bool readAll(std::FILE* in, Bytes& out) {
 } // namespace
 
 // WMF at 96 dots per inch through libwmf's raster device, composed on white.
-int RenderWmf(std::FILE* in, const codec::SizeLimits& limits, AnswerSink& sink) {
+bool RenderWmf(std::FILE* in, const codec::SizeLimits& limits, codec::PixelSink& sink,
+               codec::DecodeInfo& info) {
     Bytes file;
-    if (!readAll(in, file) || file.size() < 18) return 1;
+    if (!readAll(in, file) || file.size() < 18) return false;
     wmfD_Rect frame;
     bool haveFrame = false;
     Bytes probe = framedCopy(file);
@@ -180,16 +181,16 @@ int RenderWmf(std::FILE* in, const codec::SizeLimits& limits, AnswerSink& sink) 
     if (!player.scan(file, bbox) ||
         wmf_display_size(player.api, &width, &height, 96, 96) != wmf_E_None ||
         !codec::SizeAllowed(width, height, drawn))
-        return 1;
+        return false;
     if (haveFrame) bbox = frame;
     wmf_gd_t* gd = WMF_GD_GetData(player.api);
     gd->type = wmf_gd_image;
     gd->bbox = bbox;
     gd->width = width;
     gd->height = height;
-    if (wmf_play(player.api, 0, &bbox) != wmf_E_None || !gd->gd_image) return 1;
+    if (wmf_play(player.api, 0, &bbox) != wmf_E_None || !gd->gd_image) return false;
     const int* px = wmf_gd_image_pixels(gd->gd_image);
-    if (!px || !sink.begin(int32_t(width), int32_t(height))) return 1;
+    if (!px || !sink.begin(int32_t(width), int32_t(height))) return false;
     for (unsigned y = 0; y < height; ++y) {
         uint8_t* d = sink.row(int32_t(y));
         for (unsigned x = 0; x < width; ++x, d += 4) {
@@ -203,9 +204,9 @@ int RenderWmf(std::FILE* in, const codec::SizeLimits& limits, AnswerSink& sink) 
             d[3] = 0;
         }
     }
-    codec::DecodeInfo info;
+    info = codec::DecodeInfo();
     info.dpiX = info.dpiY = 96;
-    return sink.finish(info) ? 0 : 1;
+    return true;
 }
 
 int ConvertEmf(std::FILE* in, int svgFd) {

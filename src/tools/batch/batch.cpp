@@ -170,6 +170,8 @@ bool parseBox(const std::string& text, Rect& box, std::string& error) {
 std::optional<Step> parseStep(const std::string& text, std::string& error) {
     const size_t colon = text.find(':');
     const std::string name = text.substr(0, colon);
+    if (name == "EFFECT")
+        return parseEffectStep(text, colon == std::string::npos ? "" : text.substr(colon + 1), error);
     if (colon == std::string::npos) {
         if (const FixedCommand* fc = FindFixedCommand(name)) {
             return Step{text, [fc](StepContext& ctx) {
@@ -233,12 +235,16 @@ std::optional<Region> parseSelection(const std::string& text, std::string& error
 
 void printHelp(std::ostream& out) {
     out << "Usage: ostrivex-batch INPUT OUTPUT [--select rect:L,T,R,B | --select "
-           "ellipse:L,T,R,B | --select osf:FILE] [--seed N] [STEP...]\n\n"
+           "ellipse:L,T,R,B | --select osf:FILE] [--seed N] [--key COLOUR] [STEP...]\n\n"
            "Loads INPUT, runs each STEP in order on the whole image or on the selection, and\n"
            "writes OUTPUT; both formats follow the file extensions. With no STEP it converts.\n"
            "Rectangle and ellipse boxes have right and bottom exclusive. Colours are decimal\n"
            "packed 0x00BBGGRR (0x hex also accepted); flags are 0 or -1.\n"
-           "On any error it prints one line to stderr, writes nothing and exits with 2.\n\n"
+           "--key gives the layer effects (EFFECT, FX.) a colour key: its pixels stay as they\n"
+           "are, and no other pixel turns into it.\n"
+           "On any error it prints one line to stderr, writes nothing and exits with 2.\n"
+           "  ostrivex-batch --contact-sheet SAMPLE OUTPUT.png  draws every layer effect at two\n"
+           "values on SAMPLE into one sheet.\n\n"
            "Fixed commands:\n";
     for (const FixedCommand& fc : FixedCommands())
         out << "  " << fc.word << "  = " << fc.call << "\n";
@@ -251,6 +257,7 @@ void printHelp(std::ostream& out) {
         for (const ArgSpec& a : s.args) out << "      " << a.name << ": " << rangeText(a) << "\n";
         if (!s.note.empty()) out << "      " << s.note << "\n";
     }
+    printEffectHelp(out);
 }
 
 } // namespace ostrivex::batch
@@ -277,11 +284,28 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
     std::vector<std::string> positional;
     std::optional<std::string> selection;
     std::optional<uint32_t> seed;
+    int32_t key = -1;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
         if (a == "--help" || a == "-h") {
             printHelp(out);
             return 0;
+        }
+        if (a == "--contact-sheet") {
+            if (i + 2 >= args.size()) return fail(err, "--contact-sheet needs a sample picture and an output file");
+            return makeContactSheet(args[i + 1], args[i + 2], err);
+        }
+        if (a == "--key") {
+            if (i + 1 >= args.size()) return fail(err, a + " needs a value");
+            const std::string& v = args[++i];
+            char* end = nullptr;
+            const unsigned long long n = v.size() > 2 && v[0] == '0' && (v[1] == 'x' || v[1] == 'X')
+                                             ? std::strtoull(v.c_str() + 2, &end, 16)
+                                             : std::strtoull(v.c_str(), &end, 10);
+            if (v.empty() || *end || n > 0xFFFFFF || v[0] == '-')
+                return fail(err, "--key needs a colour (0 to 16777215, packed 0x00BBGGRR)");
+            key = int32_t(n);
+            continue;
         }
         if (a == "--select" || a == "--seed") {
             if (i + 1 >= args.size()) return fail(err, a + " needs a value");
@@ -337,7 +361,7 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
                                  std::to_string(image.right) + " x " +
                                  std::to_string(image.bottom) + ")");
     }
-    StepContext ctx{filter, region, image};
+    StepContext ctx{filter, region, image, key};
     filter.BitsRegion(&region);
     if (seed) Randomize(*seed);
     else Randomize(steadyMilliseconds());

@@ -48,6 +48,7 @@ struct StepContext {
     cBitFilter& filter;
     Region& region;
     Rect imageRect; // the size the selection was made for
+    int32_t key = -1; // the colour key of the layer effects (--key), -1 for none
     // Sets a new image (keeps the selection when the size is unchanged).
     void setImage(Bits&& bits);
     // After an operation that replaced the object's buffer itself: a new canvas size drops
@@ -89,5 +90,16 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
 
 // The --help text: usage, then every fixed command and every operation with its arguments.
 void printHelp(std::ostream& out);
+
+// The layer effects (batch_effects.cpp): the FX.NAME operations, the EFFECT step (its
+// arguments after the colon), and their part of the help.
+std::vector<StepDef> effectSteps();
+std::optional<Step> parseEffectStep(const std::string& text, const std::string& args,
+                                    std::string& error);
+void printEffectHelp(std::ostream& out);
+
+// Draws every effect node at two values on the sample picture into one labelled sheet
+// (batch_sheet.cpp); returns the exit code like runBatch.
+int makeContactSheet(const std::string& sample, const std::string& output, std::ostream& err);
 
 } // namespace ostrivex::batch

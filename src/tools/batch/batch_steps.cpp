@@ -255,6 +255,7 @@ const std::vector<StepDef>& operationSteps() {
         addSteps(all, deformSteps());
         addSteps(all, artisticSteps());
         addSteps(all, paintSteps());
+        addSteps(all, effectSteps());
         return all;
     }();
     return steps;

@@ -62,7 +62,7 @@ bool IsolateAllDecoders() {
 bool DecodeHere(Decoder decoder, const InputFile& file, Bits& pixels, codec::DecodeInfo& info) {
     std::FILE* in = file.stream();
     if (!in) return false;
-    const codec::SizeLimits limits{DecodeBudget(), file.size()};
+    const codec::SizeLimits limits{ImageMemoryBudget(), file.size()};
     BitsSink sink(pixels);
     const bool ok = decoder(in, limits, sink, info);
     std::fclose(in);
@@ -82,7 +82,7 @@ bool DecodeInHelper(const std::string& how, const std::string& extension, int in
         int fd;
         ~Closer() { close(fd); }
     } closer{answer};
-    const uint64_t budget = DecodeBudget();
+    const uint64_t budget = ImageMemoryBudget();
     if (!RunHelper({"decode", how, extension, std::to_string(budget)}, inputFd, answer))
         return false;
     struct stat st {};

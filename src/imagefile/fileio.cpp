@@ -148,10 +148,6 @@ uint64_t ImageMemoryBudget() {
     return memory ? std::max<uint64_t>(memory / 8, uint64_t(256) << 20) : uint64_t(1) << 30;
 }
 
-uint64_t DecodeBudget() {
-    return ImageMemoryBudget();
-}
-
 void AdviseLargePages(Bits& bits) {
     constexpr uintptr_t kLarge = uintptr_t(2) << 20;
     if (bits.size() < 2 * kLarge) return;

@@ -60,9 +60,6 @@ class OutputFile {
 // An anonymous file in memory (memfd), or -1.
 int MemoryFile(const char* name);
 
-// The budget of one decoded picture in bytes (see SetImageMemoryBudget).
-uint64_t DecodeBudget();
-
 // Madvises the buffer's pages to be backed by large pages: a fresh 96 MB buffer then
 // faults in at a fifth of the cost. Harmless where the system offers none.
 void AdviseLargePages(Bits& bits);

@@ -9,7 +9,9 @@
 
 #include <cstring>
 #include <new>
-#include <sys/mman.h>
+#include <climits>
+#include <sys/uio.h>
+#include <vector>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -40,14 +42,6 @@ class BitsSink : public codec::PixelSink {
 
   private:
     Bits& out_;
-};
-
-struct Unmap {
-    void* p;
-    size_t n;
-    ~Unmap() {
-        if (p && p != MAP_FAILED) munmap(p, n);
-    }
 };
 
 } // namespace
@@ -88,10 +82,8 @@ bool DecodeInHelper(const std::string& how, const std::string& extension, int in
     struct stat st {};
     if (fstat(answer, &st) != 0 || size_t(st.st_size) < sizeof(helper::PictureAnswer)) return false;
     const size_t bytes = size_t(st.st_size);
-    Unmap map{mmap(nullptr, bytes, PROT_READ, MAP_PRIVATE | MAP_POPULATE, answer, 0), bytes};
-    if (map.p == MAP_FAILED) return false;
     helper::PictureAnswer head;
-    std::memcpy(&head, map.p, sizeof head);
+    if (pread(answer, &head, sizeof head, 0) != ssize_t(sizeof head)) return false;
     // The helper is trusted no more than the file it read.
     if (!head.valid() || !codec::SizeAllowed(head.width, head.height, {budget, UINT64_MAX / 2}) ||
         bytes != sizeof head + size_t(head.width) * size_t(head.height) * 4)
@@ -102,10 +94,22 @@ bool DecodeInHelper(const std::string& how, const std::string& extension, int in
         return false;
     }
     AdviseLargePages(pixels);
-    const auto* rows = static_cast<const uint8_t*>(map.p) + sizeof head;
+    // The rows go straight from the memory file into the buffer's rows, many a call.
     const size_t rowBytes = size_t(head.width) * 4;
-    for (int32_t y = 0; y < head.height; ++y)
-        std::memcpy(pixels.row(y), rows + size_t(y) * rowBytes, rowBytes);
+    off_t at = sizeof head;
+    std::vector<iovec> rows;
+    for (int32_t y0 = 0; y0 < head.height; y0 += IOV_MAX) {
+        const int32_t n = std::min<int32_t>(IOV_MAX, head.height - y0);
+        rows.resize(size_t(n));
+        for (int32_t i = 0; i < n; ++i)
+            rows[size_t(i)] = {pixels.row(y0 + i), rowBytes};
+        const size_t want = rowBytes * size_t(n);
+        if (preadv(answer, rows.data(), n, at) != ssize_t(want)) {
+            pixels = Bits();
+            return false;
+        }
+        at += off_t(want);
+    }
     pixels.zeroGuard();
     info.bpp = head.bpp;
     info.dpiX = head.dpiX;

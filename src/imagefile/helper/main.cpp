@@ -24,7 +24,8 @@ bool AnswerSink::begin(int32_t width, int32_t height) {
     if (map_ || !codec::SizeAllowed(width, height, limits_)) return false;
     const size_t bytes = sizeof(PictureAnswer) + size_t(width) * size_t(height) * 4;
     if (ftruncate(kAnswerFd, off_t(bytes)) != 0) return false;
-    void* p = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED, kAnswerFd, 0);
+    // Every page is written: fault them all in at once rather than one by one.
+    void* p = mmap(nullptr, bytes, PROT_READ | PROT_WRITE, MAP_SHARED | MAP_POPULATE, kAnswerFd, 0);
     if (p == MAP_FAILED) return false;
     map_ = static_cast<uint8_t*>(p);
     mapBytes_ = bytes;

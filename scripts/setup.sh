@@ -6,10 +6,10 @@ set -euo pipefail
 PKGS=(
   build-essential cmake ninja-build pkg-config
   qt6-base-dev qt6-base-dev-tools qt6-svg-dev libgl-dev
-  libfreeimage-dev libdevil-dev libgcab-dev libimagequant-dev
+  libfreeimage-dev libdevil-dev libgcab-dev libimagequant-dev libgif-dev libpng-dev
   libwmf-dev libemf2svg-dev
   libgtest-dev libgmock-dev libbenchmark-dev
-  imagemagick cabextract xvfb xauth ccache xdotool
+  imagemagick cabextract xvfb xauth ccache xdotool fonts-dejavu-core
   libxcb1-dev dbus-daemon poppler-utils openbox
   graphicsmagick libvips-tools hyperfine shared-mime-info
 )

@@ -20,6 +20,7 @@
 #include "app/shell/options.h"
 #include "app/shell/resetsettings.h"
 #include "app/sizing/sizing.h"
+#include "app/textdialogs.h"
 #include "document/clipboard.h"
 #include "document/dialogs.h"
 #include "document/fileops.h"
@@ -33,6 +34,8 @@
 #include "utilities/overlay/foverlay.h"
 #include "utilities/print/printing.h"
 #include "utilities/wallpaper/wallpaper.h"
+#include "web/finfo.h"
+#include "web/fweb.h"
 
 #include <QCoreApplication>
 #include <QDesktopServices>
@@ -203,6 +206,10 @@ void fMain::MenuStatic(const QString& word) {
             SaveOptimizedAs(doc);
         } else if (word == "IMAGESAVEOPTIONS") {
             route("WebExport");
+            if (doc->PictureExists() && optimizeContent_) {
+                FWeb dialog(doc->bits(), optimizeContent_->Settings(), this);
+                dialog.exec();
+            }
         } else if (word == "UPDATELAYERS" || word == "UPDATEORIGINAL") {
             route("LayerViews");
         } else if (isOneOf(word, {"WTILE", "WCENTER", "WSTRETCH"})) {
@@ -224,9 +231,11 @@ void fMain::MenuExec(const QString& word) {
     if (word == "UNDO") {
         route("UndoBits");
         doc->UndoBits();
+        ReloadOptimizePreview(); // the Optimize view follows the pixels back
     } else if (word == "REDO") {
         route("RedoBits");
         doc->RedoBits();
+        ReloadOptimizePreview();
     } else if (isOneOf(word, {"CUT", "COPY", "PASTE", "CREATENEWCOPY", "COPYIMAGETOCLIPBOARD",
                               "CREATEFROMCLIPBOARD", "CROP", "NEWIMAGEFROMCROP"})) {
         route("Clipboard");
@@ -427,6 +436,13 @@ void fMain::runRoutine(const MenuEntry& entry) {
         if (!GetActiveDocument(ActiveDocument)) return;
         route(qname);
         RestoreOriginal(*this);
+    } else if (name == "NEWLAYER_Click" && entry.index >= 0 && entry.index <= 2) {
+        // "Shadow Text", "3D Text", "Style Text": the text dialogs, on the active document.
+        if (!GetActiveDocument(ActiveDocument)) return;
+        route(qname);
+        OpenTextDialog(this, entry.index == 0   ? TextDialogKind::Logo
+                             : entry.index == 1 ? TextDialogKind::Text3D
+                                                : TextDialogKind::StyleText);
     } else {
         // The layer routines and the bump mapping dialog: all act on the active document.
         if (!GetActiveDocument(ActiveDocument)) return;

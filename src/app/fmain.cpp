@@ -7,6 +7,7 @@
 #include "app/shell/options.h"
 #include "app/settings/settings.h"
 #include "app/shell/compactpath.h"
+#include "app/textdialogs.h"
 #include "app/textures/ftooltextures.h"
 #include "app/toolbox.h"
 #include "app/toolpanels.h"
@@ -18,6 +19,7 @@
 #include "pixel/random.h"
 #include "utilities/browser/ftoolbrowser.h"
 #include "utilities/panview/fpanview.h"
+#include "web/finfo.h"
 
 #include <QAction>
 #include <QActionGroup>
@@ -145,9 +147,12 @@ fMain::fMain(QWidget* parent) : QMainWindow(parent) {
     // The new-image dialog lives below the application; its colour well opens the
     // program's own chooser.
     fNew::ChooseColour = [](QWidget* parent, int32_t& colour) { return PickColour(parent, colour); };
+    InstallTextDialogs();
 }
 
 fMain::~fMain() {
+    DocumentFiles::OptimizedFileExtension = nullptr;
+    DocumentFiles::ExtractOptimized = nullptr;
     if (GetDocumentHost() == this) SetDocumentHost(nullptr);
     if (MainWindow == this) MainWindow = nullptr;
     ActiveDocument = nullptr;
@@ -405,8 +410,25 @@ void fMain::buildBoxes() {
             b->setContent(texturesContent_);
             texturesContent_->FillTextures(QString::fromLocal8Bit(AppFolder().c_str()) +
                                            "/Textures");
+        } else if (i == BoxOptimize) {
+            optimizeContent_ = new finfo(b);
+            b->setContent(optimizeContent_);
+            // The box's small form keeps the preset list and the two result lines.
+            connect(optimizeContent_, &finfo::foldChanged, this, [b, this](bool folded) {
+                if (b->IsMinimized()) return;
+                const QSize full = b->StoredSize();
+                b->setFixedSize(full.width(), folded ? ToolBox::TitleHeight + 2 + optimizeContent_->FoldedHeight()
+                                                     : full.height());
+            });
         }
     }
+    // Save Optimized writes the box's result for the active document.
+    DocumentFiles::OptimizedFileExtension = [this] {
+        return optimizeContent_ ? optimizeContent_->GetOptimizedFileExtension() : QString();
+    };
+    DocumentFiles::ExtractOptimized = [this](const QString& path) {
+        return optimizeContent_ && optimizeContent_->ExtractOptimized(ActiveDocument, path);
+    };
 }
 
 // --- Menus ------------------------------------------------------------------------------
@@ -549,13 +571,16 @@ void fMain::tb_ButtonClick(int button) {
     switch (button) {
     case 1:
         route("fLayerText");
-        break; // style text dialog
+        OpenTextDialog(this, TextDialogKind::StyleText);
+        break;
     case 2:
         route("f3D");
-        break; // 3D text dialog
+        OpenTextDialog(this, TextDialogKind::Text3D);
+        break;
     case 3:
         route("LogoMan");
-        break; // logo maker
+        OpenTextDialog(this, TextDialogKind::Logo);
+        break;
     case 0:
     case 4:
         route("ShowGrip");
@@ -610,9 +635,19 @@ void fMain::RunCommand(const QString& word) {
 }
 
 void fMain::DocumentActivated(fImage* document) {
-    // Swapping in the document's layers, the Optimize settings and the selection timer
-    // belong to the layer, web and selection work.
+    // Swapping in the document's layers and the selection timer belong to the layer and
+    // selection work.
     ActiveDocument = document;
+    if (optimizeContent_) optimizeContent_->ShowDocument(document);
+}
+
+void fMain::ReloadOptimizePreview() {
+    fImage* doc = nullptr;
+    if (optimizeContent_ && GetActiveDocument(doc)) optimizeContent_->Update(doc);
+}
+
+void fMain::ViewChanged(fImage* document, int view) {
+    if (optimizeContent_ && view == fImage::ViewOptimize) optimizeContent_->ViewShown(document);
 }
 
 void fMain::Update(const QString& label, bool saveUndo) {

@@ -35,6 +35,7 @@ class fPanView;
 class fToolBrowser;
 class fToolColor;
 class fToolTextures;
+class finfo;
 
 class fMain : public QMainWindow, public DocumentHost {
     Q_OBJECT
@@ -139,6 +140,8 @@ class fMain : public QMainWindow, public DocumentHost {
     fToolBrowser* browserBox() const { return browserContent_; }
     // "Thumbnails Options" (from the Edit menu or the Browser Box); OK reaches the browser.
     void ShowThumbnailOptions();
+    // The contents of the Optimize Box.
+    finfo* optimizeBox() const { return optimizeContent_; }
     QProgressBar* progressBar() const { return progress_; }
     QComboBox* zoomCombo() const { return cbZoom_; }
     QString statusPanel(const QString& key) const;
@@ -158,11 +161,11 @@ class fMain : public QMainWindow, public DocumentHost {
     bool HandScrollDown() override;
     void RefreshPanView() override;
     void ClearPanView() override;
-    void ReloadOptimizePreview() override {}
+    void ReloadOptimizePreview() override;
     void UndoStateSaved(int historyId) override {}
     void DocumentActivated(fImage* document) override;
     void DocumentDeactivated(fImage* document) override {}
-    void ViewChanged(fImage* document, int view) override {}
+    void ViewChanged(fImage* document, int view) override;
     void ColorPicked(int32_t colour) override;
 
   protected:
@@ -195,6 +198,7 @@ class fMain : public QMainWindow, public DocumentHost {
     fToolTextures* texturesContent_ = nullptr;
     fPanView* panContent_ = nullptr;
     fToolBrowser* browserContent_ = nullptr;
+    finfo* optimizeContent_ = nullptr;
     QComboBox* cbZoom_ = nullptr;
     QProgressBar* progress_ = nullptr;
     std::map<QString, QLabel*> statusPanels_;

@@ -5,6 +5,7 @@
 #include "imagefile/fileio.h"
 #include "imagefile/helperprocess.h"
 #include "imagefile/thumbdecoder.h"
+#include "web/optimize.h"
 
 #include <FreeImage.h>
 
@@ -240,9 +241,12 @@ bool closeWritten(std::FILE* f, bool written) {
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
                               const std::string& extension) {
     const std::string ext = LowerExtension(extension);
-    // gif has no writer in this chain: the Optimize box writes gif files.
-    if (ext == "gif") return {true, {}};
     if (picture.empty() || picture.width() < 1 || picture.height() < 1) return saveFailed();
+    // gif is written by the web optimizer, with the Optimize Box's GIF settings.
+    if (ext == "gif") {
+        std::string error;
+        return SaveGifFile(picture, path, error) ? ImageFileResult{true, {}} : saveFailed();
+    }
 
     FREE_IMAGE_FORMAT fif = FIF_UNKNOWN;
     int devilType = 0;

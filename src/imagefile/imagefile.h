@@ -95,7 +95,8 @@ ImageFileResult LoadDocumentImage(const std::string& path, const std::string& ex
 // psd, sgi/bw/rgb/rgba, raw and pcx by DevIL in the helper, from a BMP in memory.
 // The new file replaces `path` only once it is whole, so a failed save leaves an old file
 // of that name as it was.
-// "gif" writes no file (the gif writer is the Optimize box's) and reports success.
+// "gif" is written by the web optimizer (`SaveGifFile`): with the Optimize Box's settings
+// while it shows a GIF preset, else 256 colours "Optimal".
 // Any other extension, an empty picture or a failed write is the save error.
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
                               const std::string& extension);

@@ -461,8 +461,11 @@ TEST_F(MainWindowTest, ToolButtonsProgressAndZoom) {
     main_->tb_ButtonClick(2);
     EXPECT_EQ(main_->LastRoute(), "");
     openDocument();
+    QString title;
+    ostrivex::testing::answerNextModal([&](QWidget* w) { title = w->windowTitle(); });
     main_->tb_ButtonClick(2);
     EXPECT_EQ(main_->LastRoute(), "f3D");
+    EXPECT_EQ(title, "3D Text");
     main_->tb_ButtonClick(4);
     EXPECT_EQ(main_->LastRoute(), "ShowGrip");
 }

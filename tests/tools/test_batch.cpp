@@ -3,6 +3,7 @@
 #include "imagefile/imagefile.h"
 #include "pixel/fixedcommands.h"
 #include "pixel_test_util.h"
+#include "web/optimizesettings.h"
 
 #include <gtest/gtest.h>
 
@@ -277,4 +278,65 @@ TEST_F(BatchTest, ContactSheetOfTheEffects) {
     EXPECT_GT(sheet.width(), 8 * 160);
     EXPECT_GT(sheet.height(), 18 * 107);
     EXPECT_EQ(run({"--contact-sheet", path("none.png"), path("s.png")}), 2);
+}
+
+TEST_F(BatchTest, OptimizeWritesThePresetAndPrintsItsSize) {
+    const std::string in = writePng("in.png", patternBits(40, 30));
+    // Steps run first; then the optimizer writes the result.
+    ASSERT_EQ(run({in, path("o.gif"), "--optimize", "GIF-16 Colors", "--map", "VGA", "--dither",
+                   "Ordered", "--interlaced", "INVERT"}),
+              0)
+        << err_.str();
+    const std::vector<uint8_t> gif = [&] {
+        std::ifstream f(path("o.gif"), std::ios::binary);
+        return std::vector<uint8_t>((std::istreambuf_iterator<char>(f)), std::istreambuf_iterator<char>());
+    }();
+    ASSERT_GT(gif.size(), 13u + 48u);
+    EXPECT_EQ(gif[10] & 7, 3);                    // a colour table of 16
+    EXPECT_EQ(gif[13 + 6 * 3], 0xAA);             // entry 6 of the VGA colours: brown
+    EXPECT_EQ(gif[13 + 48 + 9] & 0x40, 0x40);     // interlaced
+    EXPECT_EQ(out_.str(), "Format: GIF Interlaced\nSize: " + std::to_string(gif.size()) + " bytes (" +
+                              [&] {
+                                  char p[32];
+                                  std::snprintf(p, sizeof p, "%.2f", 100.0 * double(gif.size()) / (54 + 120 * 30));
+                                  return std::string(p);
+                              }() + "%)\n");
+
+    ASSERT_EQ(run({in, path("o.jpg"), "--optimize", "JPEG - Custom Quality ..", "--quality", "30"}), 0)
+        << err_.str();
+    ASSERT_EQ(run({in, path("o.tga"), "--optimize", "TGA-24 bit (Compressed)"}), 0) << err_.str();
+    EXPECT_TRUE(fs::exists(path("o.tga")));
+
+    struct Case {
+        std::vector<std::string> args;
+        std::string message;
+    };
+    const std::string out = path("x.gif");
+    const std::vector<Case> cases{
+        {{in, out, "--optimize", "GIF-17 Colors"}, "unknown preset 'GIF-17 Colors' (see --help)"},
+        {{in, out, "--map", "VGA"}, "--map, --dither, --interlaced and --quality need --optimize"},
+        {{in, out, "--optimize", "GIF-2 Colors", "--dither", "Haftone"}, ""},
+        {{in, out, "--optimize", "GIF-2 Colors", "--map", "Sepia"}, "--map: unknown colour map 'Sepia' (see --help)"},
+        {{in, path("x.jpg"), "--optimize", "JPEG - Custom Quality ..", "--quality", "100"},
+         "--quality: Enter value between 1 to 99 !"},
+        {{in, path("x.jpg"), "--optimize", "JPEG - Good Quality", "--map", "VGA"},
+         "--map: JPEG - Good Quality has no colour map"},
+        {{in, out, "--optimize", "GIF-8 Colors", "--quality", "50"}, "--quality: only the JPEG presets take a quality"},
+        {{in, path("x.png"), "--optimize", "GIF-8 Colors"}, "GIF-8 Colors writes .gif files; name the output so"},
+    };
+    for (const Case& c : cases) {
+        const int rc = run(c.args);
+        if (c.message.empty()) { // the export's spelling is a dither name too
+            EXPECT_EQ(rc, 0) << err_.str();
+            continue;
+        }
+        EXPECT_EQ(rc, 2) << c.message;
+        EXPECT_EQ(err_.str(), "ostrivex-batch: " + c.message + "\n");
+    }
+    EXPECT_FALSE(fs::exists(path("x.jpg")));
+    EXPECT_FALSE(fs::exists(path("x.png")));
+
+    ASSERT_EQ(run({"--help"}), 0);
+    for (const WebPreset& p : ExportPresets()) EXPECT_NE(out_.str().find(p.text), std::string::npos) << p.text;
+    for (const DitherChoice& d : Dithers()) EXPECT_NE(out_.str().find(d.text), std::string::npos) << d.text;
 }

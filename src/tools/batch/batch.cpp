@@ -70,6 +70,7 @@ std::string rangeText(const ArgSpec& a) {
     case ArgSpec::Kind::Bool: s << "0 or -1"; break;
     case ArgSpec::Kind::Colour: s << "colour 0x00BBGGRR as decimal"; break;
     case ArgSpec::Kind::Path: s << "an image file"; break;
+    case ArgSpec::Kind::Text: s << "any text without a comma"; break;
     case ArgSpec::Kind::Word:
         for (size_t i = 0; i < a.words.size(); ++i) s << (i ? " | " : "") << a.words[i];
         break;
@@ -85,6 +86,10 @@ bool parseArg(const ArgSpec& gradient, const std::string& text, ArgValue& out, s
             error = "argument " + gradient.name + ": a file name is needed";
             return false;
         }
+        out.word = text;
+        return true;
+    }
+    if (gradient.kind == ArgSpec::Kind::Text) {
         out.word = text;
         return true;
     }
@@ -127,7 +132,8 @@ bool parseArg(const ArgSpec& gradient, const std::string& text, ArgValue& out, s
         v = v != 0 ? -1 : 0;
         break;
     case ArgSpec::Kind::Word:
-    case ArgSpec::Kind::Path: break;
+    case ArgSpec::Kind::Path:
+    case ArgSpec::Kind::Text: break;
     case ArgSpec::Kind::Colour:
         if (v != std::floor(v) || v < 0 || v > 0xFFFFFF) {
             error = "argument " + gradient.name + ": " + text +
@@ -285,10 +291,14 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
     std::optional<std::string> selection;
     std::optional<uint32_t> seed;
     int32_t key = -1;
+    std::optional<OptimizeOptions> optimize;
+    OptimizeOptions optimizeExtras; // --map and the others, which need --optimize
+    bool extrasGiven = false;
     for (size_t i = 0; i < args.size(); ++i) {
         const std::string& a = args[i];
         if (a == "--help" || a == "-h") {
             printHelp(out);
+            printOptimizeHelp(out);
             return 0;
         }
         if (a == "--contact-sheet") {
@@ -305,6 +315,20 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
             if (v.empty() || *end || n > 0xFFFFFF || v[0] == '-')
                 return fail(err, "--key needs a colour (0 to 16777215, packed 0x00BBGGRR)");
             key = int32_t(n);
+            continue;
+        }
+        if (a == "--interlaced") {
+            optimizeExtras.interlaced = extrasGiven = true;
+            continue;
+        }
+        if (a == "--optimize" || a == "--map" || a == "--dither" || a == "--quality") {
+            if (i + 1 >= args.size()) return fail(err, a + " needs a value");
+            const std::string& v = args[++i];
+            if (a == "--optimize") optimize = OptimizeOptions{v, {}, {}, {}, false};
+            else if (a == "--map") optimizeExtras.map = v;
+            else if (a == "--dither") optimizeExtras.dither = v;
+            else optimizeExtras.quality = v;
+            extrasGiven |= a != "--optimize";
             continue;
         }
         if (a == "--select" || a == "--seed") {
@@ -326,6 +350,17 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
         positional.push_back(a);
     }
     if (positional.size() < 2) return fail(err, "usage: ostrivex-batch INPUT OUTPUT [STEP...] (see --help)");
+    std::optional<OptimizeSettings> optimized;
+    if (extrasGiven && !optimize) return fail(err, "--map, --dither, --interlaced and --quality need --optimize");
+    if (optimize) {
+        optimize->map = optimizeExtras.map;
+        optimize->dither = optimizeExtras.dither;
+        optimize->quality = optimizeExtras.quality;
+        optimize->interlaced = optimizeExtras.interlaced;
+        std::string error;
+        optimized = parseOptimizeOptions(*optimize, positional[1], error);
+        if (!optimized) return fail(err, error);
+    }
 
     // Every step is checked before anything is loaded or written.
     std::vector<Step> steps;
@@ -376,6 +411,7 @@ int runBatch(const std::vector<std::string>& args, std::ostream& out, std::ostre
         }
     }
 
+    if (optimized) return writeOptimized(filter.bits(), *optimized, output, out, err);
     const ImageFileResult saved = SaveImageFile(filter.bits(), output, extensionOf(output));
     if (!saved.ok) return fail(err, output + ": " + saved.message);
     return 0;

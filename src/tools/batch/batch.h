@@ -1,17 +1,21 @@
 // ostrivex-batch: runs the editor's pixel commands on image files without a window.
 //
 //   ostrivex-batch INPUT OUTPUT [--select rect:L,T,R,B | --select ellipse:L,T,R,B |
-//                  --select osf:FILE] [--seed N] [STEP...]
+//                  --select osf:FILE] [--seed N] [--optimize PRESET [--map NAME]
+//                  [--dither NAME] [--interlaced] [--quality N]] [STEP...]
 //
 // INPUT is loaded and OUTPUT written by the editor's own file code, by extension. Each
 // STEP runs in order on the whole image or on the selection, as successive menu commands
 // would: the result of one step is the input of the next. A STEP is a command word of the
 // fixed-command table (INVERT, LIGHTBLUR ...) or an operation with its arguments after a
 // colon, comma separated (BRIGHTNESS:40, COLORIZE:0.5,0.25,1, BitsResample:320,200).
+// With --optimize, OUTPUT is written by the web optimizer in that preset of the Optimize
+// Box (or of the web export) and its exact size is printed.
 #pragma once
 
 #include "pixel/bitfilter.h"
 #include "pixel/region.h"
+#include "web/optimizesettings.h"
 
 #include <functional>
 #include <iosfwd>
@@ -24,7 +28,7 @@ namespace ostrivex::batch {
 
 // One argument of an operation: its name, kind and the range the editor's dialogs allow.
 struct ArgSpec {
-    enum class Kind { Int, Float, Bool, Colour, Word, Path };
+    enum class Kind { Int, Float, Bool, Colour, Word, Path, Text };
     std::string name;
     Kind kind = Kind::Int;
     double min = 0;
@@ -101,5 +105,20 @@ void printEffectHelp(std::ostream& out);
 // Draws every effect node at two values on the sample picture into one labelled sheet
 // (batch_sheet.cpp); returns the exit code like runBatch.
 int makeContactSheet(const std::string& sample, const std::string& output, std::ostream& err);
+// --optimize and its companions as given on the command line.
+struct OptimizeOptions {
+    std::string preset;
+    std::optional<std::string> map, dither, quality;
+    bool interlaced = false;
+};
+// The optimizer settings they stand for, checked against the OUTPUT name; nullopt and an
+// error line when they do not fit.
+std::optional<OptimizeSettings> parseOptimizeOptions(const OptimizeOptions& options,
+                                                     const std::string& output, std::string& error);
+// Writes picture to output with the optimizer and prints the box's "Format: " and
+// "Size: " lines; returns the exit code.
+int writeOptimized(const Bits& picture, const OptimizeSettings& settings, const std::string& output,
+                   std::ostream& out, std::ostream& err);
+void printOptimizeHelp(std::ostream& out);
 
 } // namespace ostrivex::batch

@@ -245,6 +245,7 @@ std::vector<StepDef> artisticSteps() {
 } // namespace
 
 std::vector<StepDef> paintSteps(); // batch_steps_paint.cpp
+std::vector<StepDef> textSteps();  // batch_steps_text.cpp
 
 const std::vector<StepDef>& operationSteps() {
     static const std::vector<StepDef> steps = [] {
@@ -254,6 +255,7 @@ const std::vector<StepDef>& operationSteps() {
         addSteps(all, neighbourhoodSteps());
         addSteps(all, deformSteps());
         addSteps(all, artisticSteps());
+        addSteps(all, textSteps());
         addSteps(all, paintSteps());
         addSteps(all, effectSteps());
         return all;

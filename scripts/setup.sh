@@ -11,6 +11,7 @@ PKGS=(
   libgtest-dev libgmock-dev libbenchmark-dev
   imagemagick cabextract xvfb xauth ccache xdotool fonts-dejavu-core
   libxcb1-dev dbus-daemon poppler-utils openbox
+  graphicsmagick libvips-tools hyperfine shared-mime-info
 )
 
 missing=()

@@ -15,6 +15,7 @@
 #include "document/fimage.h"
 #include "document/fpaste.h"
 #include "imagefile/fNew.h"
+#include "imagefile/imagefile.h"
 #include "pixel/random.h"
 #include "utilities/browser/ftoolbrowser.h"
 #include "utilities/panview/fpanview.h"
@@ -797,6 +798,9 @@ void fMain::Unload() {
     QDir temp(QString::fromLocal8Bit(AppFolder().c_str()) + "/Temp");
     for (const QFileInfo& f : temp.entryInfoList(QDir::Files | QDir::Hidden | QDir::System))
         QFile::remove(f.absoluteFilePath());
+    // The current picture's work file for the Optimize box goes too: nothing of the run
+    // stays in the private temporary folder.
+    QFile::remove(QString::fromLocal8Bit(TempBitmapName().c_str()));
     // 4.
     ClipBuffer = Bits();
     StampBits = Bits();

@@ -1,20 +1,23 @@
-// Running the helper program `ostrivex-devil` (internal to the image file code).
-//
-// The helper's commands, each ending with exit status 0 on success:
-//   load <source> <bmp>            DevIL load by the file's type, saved as a BMP
-//   loadraw <source> <bmp>         the same through DevIL's raw loader
-//   convert <source> <target> <type>   DevIL load, then save as IL type number <type>
-//   wmf <source> <bmp>             libwmf rendering at 96 dpi, on white, as a BMP
-//   emf <source> <svg>             libemf2svg conversion
+// Running the helper program `ostrivex-devil` (internal to the image file code); its
+// commands are in helper/protocol.h.
 #pragma once
+
+#include "imagefile/codecs/codec.h"
+#include "pixel/bits.h"
 
 #include <string>
 #include <vector>
 
 namespace ostrivex {
 
-// Runs the helper with `args`, waits at most DevilTimeLimit() milliseconds (then kills
-// it), and reports whether it exited with status 0.
-bool RunHelper(const std::vector<std::string>& args);
+// Runs the helper with `args`, the file `inputFd` as its descriptor 3 and `answerFd` as
+// its descriptor 4 (either may be -1), waits at most DevilTimeLimit() milliseconds (then
+// kills it), and reports whether it exited with status 0.
+bool RunHelper(const std::vector<std::string>& args, int inputFd = -1, int answerFd = -1);
+
+// A decode in the helper (`how` as in protocol.h) of the open file `inputFd`: true with
+// the pixels (guard band cleared) and what the helper reported, when it answered in full.
+bool DecodeInHelper(const std::string& how, const std::string& extension, int inputFd,
+                    Bits& pixels, codec::DecodeInfo& info);
 
 } // namespace ostrivex

@@ -1,6 +1,8 @@
 // Loading and saving by extension through FreeImage and the DevIL helper.
 #include "imagefile/imagefile.h"
+#include "imagefile/decode.h"
 #include "imagefile/fiimage.h"
+#include "imagefile/fileio.h"
 #include "imagefile/helperprocess.h"
 #include "imagefile/thumbdecoder.h"
 #include "web/optimize.h"
@@ -72,32 +74,50 @@ const LoadRow* findLoadRow(const std::string& ext) {
     return nullptr;
 }
 
-bool fileReadable(const std::string& path) {
-    return access(path.c_str(), R_OK) == 0;
-}
-
 // Two formats have no signature that their loaders check, so that any file decodes to
 // noise; they are held to their fixed layouts first. A Koala picture is 10001 bytes of
 // bitmap, screen and colour memory and background, plus a 2-byte load address in the
 // usual 10003-byte file. A PhotoCD file says "PCD_IPI" at 0x800 and holds its 768 x 512
 // base picture (1.5 bytes a pixel) from 0x30000 on.
-bool plausibleFile(const std::string& path, const std::string& ext) {
-    if (ext != "koa" && ext != "pcd") return true;
-    FILE* f = std::fopen(path.c_str(), "rb");
-    if (!f) return false;
-    bool ok = false;
-    if (std::fseek(f, 0, SEEK_END) == 0) {
-        const long size = std::ftell(f);
-        if (ext == "koa") {
-            ok = size == 10001 || size == 10003;
-        } else if (size >= 0x30000 + 768 * 512 * 3 / 2) {
-            char mark[7] = {};
-            ok = std::fseek(f, 0x800, SEEK_SET) == 0 && std::fread(mark, 1, 7, f) == 7 &&
-                 std::memcmp(mark, "PCD_IPI", 7) == 0;
-        }
+bool plausibleFile(const InputFile& file, const std::string& ext) {
+    if (ext == "koa") return file.size() == 10001 || file.size() == 10003;
+    if (ext != "pcd") return true;
+    if (file.size() < 0x30000 + 768 * 512 * 3 / 2) return false;
+    char mark[7] = {};
+    return pread(file.fd(), mark, 7, 0x800) == 7 && std::memcmp(mark, "PCD_IPI", 7) == 0;
+}
+
+// How a row's file is decoded: by our own decoders or the hardened libraries here, the
+// rest in the helper (protocol.h names the helper's ways).
+struct Way {
+    Decoder here = nullptr;
+    std::string how; // in the helper
+};
+
+Way wayFor(const LoadRow& row, const std::string& ext, bool isolated = IsolateAllDecoders()) {
+    Way way;
+    if (row.via == LoadVia::Devil) {
+        // DevIL's XPM loader crashes on every file; FreeImage reads them. This DevIL has
+        // no DCX loader, and it gets 16-bit SGI colours wrong: both are read here.
+        if (ext == "xpm") way.how = "fi:" + std::to_string(int(FIF_XPM));
+        else if (ext == "dcx") way.how = "dcx";
+        else if (ext == "sgi" || ext == "bw" || ext == "rgb" || ext == "rgba") way.how = "sgi";
+        else way.how = ext == "raw" ? "devilraw" : "devil";
+        return way;
     }
-    std::fclose(f);
-    return ok;
+    if (row.via == LoadVia::FreeImageByContent) {
+        way.how = "fi:-1";
+        return way;
+    }
+    switch (row.format) {
+    case FIF_BMP: way = {codec::DecodeBmp, "bmp"}; break;
+    case FIF_JPEG: way = {codec::DecodeJpeg, "jpeg"}; break;
+    case FIF_PNG: way = {codec::DecodePng, "png"}; break;
+    case FIF_PPM: way = {codec::DecodePnm, "pnm"}; break;
+    default: way.how = "fi:" + std::to_string(int(row.format)); break;
+    }
+    if (isolated) way.here = nullptr;
+    return way;
 }
 
 ImageFileResult loadFailed() {
@@ -117,61 +137,85 @@ ImageFileResult LoadedImage(Bits&& pixels, int bpp, int dpiX, int dpiY) {
     return {true, {}, std::move(pixels), int16_t(bpp), dpiX, dpiY};
 }
 
+bool IsReadableExtension(const std::string& extension) {
+    const std::string ext = LowerExtension(extension);
+    return findLoadRow(ext) != nullptr || IsPictureExtension(ext);
+}
+
 ImageFileResult LoadImageFile(const std::string& path, const std::string& extension) {
     const std::string ext = LowerExtension(extension);
     const LoadRow* row = findLoadRow(ext);
-    if (!row || !fileReadable(path)) return loadFailed();
-
-    if (!plausibleFile(path, ext)) return loadFailed();
-
-    // Every decode runs in the helper, which hands the pixels over as a BMP of fixed name;
-    // an earlier one must never pass for this file's result.
-    const std::string temp = TempLoadName();
-    std::remove(temp.c_str());
-    bool decoded = false;
-    switch (row->via) {
-    case LoadVia::Devil:
-        decoded = RunHelper({ext == "raw" ? "loadraw" : "load", path, temp});
-        break;
-    case LoadVia::FreeImageType:
-        decoded = RunHelper({"fi", std::to_string(int(row->format)), path, temp});
-        break;
-    case LoadVia::FreeImageByContent:
-        decoded = RunHelper({"fi", "-1", path, temp});
-        break;
-    }
-    if (!decoded) return loadFailed();
-    FreeImageSession session;
-    FIBITMAP* dib = FreeImage_Load(FIF_BMP, temp.c_str(), 0);
-    if (!dib) return loadFailed();
-    const int bpp = int(FreeImage_GetBPP(dib));
-    const int dpiX = DotsPerInch(FreeImage_GetDotsPerMeterX(dib));
-    const int dpiY = DotsPerInch(FreeImage_GetDotsPerMeterY(dib));
+    if (!row) return loadFailed();
+    const InputFile file(path);
+    if (!file.ok() || !plausibleFile(file, ext)) return loadFailed();
+    const Way way = wayFor(*row, ext);
     Bits pixels;
-    const bool converted = DibToBits(dib, pixels);
-    FreeImage_Unload(dib);
-    if (!converted) return loadFailed();
-    return LoadedImage(std::move(pixels), bpp, dpiX, dpiY);
+    codec::DecodeInfo info;
+    const bool decoded = way.here ? DecodeHere(way.here, file, pixels, info)
+                                  : DecodeInHelper(way.how, ext, file.fd(), pixels, info);
+    if (!decoded) return loadFailed();
+    return LoadedImage(std::move(pixels), info.bpp, info.dpiX, info.dpiY);
 }
 
 std::string ThumbnailRoute(const std::string& path, const std::string& extension) {
     const std::string ext = LowerExtension(extension);
-    // The picture loader's formats go to FreeImage's readers or the metafile renderers.
+    // The open path's loaders, in the helper: the picture loader's raster formats through
+    // the same readers (gif FreeImage's, dib the program's own), the metafile renderers,
+    // and a JPEG through FreeImage, whose scaled decode skips most of a photo's work.
     if (ext == "gif") return "fi:" + std::to_string(int(FIF_GIF));
-    if (ext == "dib") return "fi:" + std::to_string(int(FIF_BMP));
+    if (ext == "dib") return "bmp";
     if (ext == "wmf" || ext == "emf") return ext;
     const LoadRow* row = findLoadRow(ext);
-    if (!row || !plausibleFile(path, ext)) return {};
-    switch (row->via) {
-    case LoadVia::Devil:
-        return ext == "raw" ? "raw" : "devil";
-    case LoadVia::FreeImageType:
-        return "fi:" + std::to_string(int(row->format));
-    case LoadVia::FreeImageByContent:
-        return "fi:-1";
-    }
-    return {};
+    if (!row) return {};
+    const InputFile file(path);
+    if (!file.ok() || !plausibleFile(file, ext)) return {};
+    if (row->format == FIF_JPEG) return "fi:" + std::to_string(int(FIF_JPEG));
+    return wayFor(*row, ext, true).how;
 }
+
+namespace {
+
+const uint8_t* bitsRow(const void* context, int32_t y) {
+    return static_cast<const Bits*>(context)->row(y);
+}
+
+unsigned DLL_CALLCONV fiWrite(void* buf, unsigned size, unsigned count, fi_handle h) {
+    return unsigned(std::fwrite(buf, size, count, static_cast<FILE*>(h)));
+}
+unsigned DLL_CALLCONV fiRead(void* buf, unsigned size, unsigned count, fi_handle h) {
+    return unsigned(std::fread(buf, size, count, static_cast<FILE*>(h)));
+}
+int DLL_CALLCONV fiSeek(fi_handle h, long offset, int origin) {
+    return std::fseek(static_cast<FILE*>(h), offset, origin);
+}
+long DLL_CALLCONV fiTell(fi_handle h) {
+    return std::ftell(static_cast<FILE*>(h));
+}
+
+// A FreeImage save into an open stream.
+bool saveWithFreeImage(const Bits& picture, FREE_IMAGE_FORMAT fif, bool grey, int flags,
+                       std::FILE* out) {
+    FreeImageSession session;
+    FIBITMAP* dib = BitsToDib(picture);
+    if (!dib) return false;
+    FIBITMAP* converted = grey ? FreeImage_ConvertTo8Bits(dib) : FreeImage_ConvertTo24Bits(dib);
+    FreeImage_Unload(dib);
+    if (!converted) return false;
+    FreeImageIO io{fiRead, fiWrite, fiSeek, fiTell};
+    // The PNM writer picks P5 for 8-bit grey and P6 for 24 bits from the bitmap itself.
+    const bool saved = FreeImage_SaveToHandle(fif, converted, &io, out, flags) != FALSE;
+    FreeImage_Unload(converted);
+    return saved;
+}
+
+// Closes a stream that was written, true if every byte reached the file.
+bool closeWritten(std::FILE* f, bool written) {
+    if (!f) return false;
+    const bool flushed = std::fflush(f) == 0 && !std::ferror(f);
+    return std::fclose(f) == 0 && flushed && written;
+}
+
+} // namespace
 
 ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
                               const std::string& extension) {
@@ -183,23 +227,14 @@ ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
         return SaveGifFile(picture, path, error) ? ImageFileResult{true, {}} : saveFailed();
     }
 
-    enum class Convert { To24, To8 };
     FREE_IMAGE_FORMAT fif = FIF_UNKNOWN;
-    int flags = 0;
     int devilType = 0;
-    Convert convert = Convert::To24;
-    if (ext == "png")
-        fif = FIF_PNG;
-    else if (ext == "jpg" || ext == "jpeg")
-        fif = FIF_JPEG, flags = JPEG_QUALITYSUPERB;
-    else if (ext == "bmp")
+    if (ext == "bmp")
         fif = FIF_BMP;
     else if (ext == "tif" || ext == "tiff")
         fif = FIF_TIFF;
     else if (ext == "pbm" || ext == "pgm")
-        fif = FIF_PGM, convert = Convert::To8;
-    else if (ext == "ppm")
-        fif = FIF_PPM;
+        fif = FIF_PGM;
     else if (listHas("tga vda vst icb targa", ext))
         fif = FIF_TARGA;
     else if (ext == "psd")
@@ -210,40 +245,54 @@ ImageFileResult SaveImageFile(const Bits& picture, const std::string& path,
         devilType = kIlRaw;
     else if (ext == "pcx")
         devilType = kIlPcx;
-    else
+    else if (ext != "png" && ext != "jpg" && ext != "jpeg" && ext != "ppm")
         return saveFailed();
 
-    FreeImageSession session;
-    FIBITMAP* dib = BitsToDib(picture);
-    if (!dib) return saveFailed();
-    if (convert == Convert::To8 ? FreeImage_GetBPP(dib) != 8 : FreeImage_GetBPP(dib) != 24) {
-        FIBITMAP* other = convert == Convert::To8 ? FreeImage_ConvertTo8Bits(dib)
-                                                  : FreeImage_ConvertTo24Bits(dib);
-        FreeImage_Unload(dib);
-        dib = other;
-        if (!dib) return saveFailed();
-    }
+    // The file takes its name only once it is whole: a failed save leaves the old one.
+    OutputFile out(path);
+    if (!out.ok()) return saveFailed();
+    const int w = picture.width(), h = picture.height();
     bool saved = false;
-    if (devilType == 0) {
-        // The PNM writer picks P5 for 8-bit grey and P6 for 24 bits from the bitmap itself.
-        saved = FreeImage_Save(fif, dib, path.c_str(), flags) != FALSE;
+    if (devilType != 0) {
+        // DevIL converts a BMP of the picture, handed over in memory.
+        const int bmp = MemoryFile("ostrivex-save");
+        std::FILE* f = bmp >= 0 ? fdopen(bmp, "w+b") : nullptr;
+        if (f) {
+            saved = saveWithFreeImage(picture, FIF_BMP, false, 0, f) && std::fflush(f) == 0 &&
+                    RunHelper({"convert", "bmp", std::to_string(devilType)}, fileno(f), out.fd());
+            std::fclose(f);
+        } else if (bmp >= 0) {
+            close(bmp);
+        }
     } else {
-        const std::string temp = TempBitmapName();
-        // The work file stays: it holds the current picture, which is what the Optimize
-        // box reads from the same name.
-        saved = FreeImage_Save(FIF_BMP, dib, temp.c_str(), 0) != FALSE &&
-                DevilConvert(temp, path, devilType);
+        std::FILE* f = out.stream();
+        bool written = false;
+        if (f) {
+            if (ext == "png")
+                written = codec::EncodePng(f, w, h, bitsRow, &picture);
+            else if (ext == "jpg" || ext == "jpeg")
+                written = codec::EncodeJpeg(f, w, h, 100, bitsRow, &picture); // best quality
+            else if (ext == "ppm")
+                written = codec::EncodePpm(f, w, h, bitsRow, &picture);
+            else
+                written = saveWithFreeImage(picture, fif, fif == FIF_PGM, 0, f);
+        }
+        saved = closeWritten(f, written);
     }
-    FreeImage_Unload(dib);
-    if (!saved) return saveFailed();
+    if (!saved || !out.commit()) return saveFailed();
     return {true, {}};
 }
 
 bool DevilConvert(const std::string& source, const std::string& target, int type) {
     if (type == kIlBmp && source == target) return true;
-    // An existing target is replaced by the helper only once its picture is loaded, so a
-    // failed conversion leaves the user's old file alone.
-    return RunHelper({"convert", source, target, std::to_string(type)}) && fileReadable(target);
+    // The target takes its name only once DevIL has written it whole, so a failed
+    // conversion leaves the user's old file alone.
+    const InputFile in(source);
+    if (!in.ok()) return false;
+    OutputFile out(target);
+    return out.ok() &&
+           RunHelper({"convert", ExtensionOf(source), std::to_string(type)}, in.fd(), out.fd()) &&
+           out.commit();
 }
 
 std::string LowerExtension(const std::string& extension) {

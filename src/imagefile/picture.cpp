@@ -1,7 +1,9 @@
-// The platform picture loader: gif, dib and bmp through Qt's image readers, WMF through
-// libwmf and EMF through libemf2svg (both run in the helper process, since metafile
-// parsers are easy prey for hostile files), the EMF's SVG drawn with Qt SVG.
+// The platform picture loader: gif through Qt's reader, dib and bmp through the program's
+// own, WMF through libwmf and EMF through libemf2svg (both run in the helper process,
+// since metafile parsers are easy prey for hostile files), the EMF's SVG drawn with Qt SVG.
+#include "imagefile/decode.h"
 #include "imagefile/fiimage.h"
+#include "imagefile/fileio.h"
 #include "imagefile/helperprocess.h"
 #include "imagefile/imagefile.h"
 #include "imagefile/thumbdecoder.h"
@@ -16,6 +18,8 @@
 #include <cmath>
 #include <cstdio>
 #include <new>
+#include <sys/stat.h>
+#include <unistd.h>
 
 namespace ostrivex {
 
@@ -59,46 +63,43 @@ bool imageToBits(const QImage& source, Bits& out) {
     return true;
 }
 
-// The bits per pixel that a gif or bmp file states in its header (0 if unreadable): for
-// a gif the size of its global colour table, for a bmp the header's bit count.
-int headerDepth(const std::string& path, bool gif) {
-    QFile file(QString::fromStdString(path));
-    if (!file.open(QIODevice::ReadOnly)) return 0;
-    const QByteArray h = file.read(32);
-    auto u8 = [&h](int at) { return at < h.size() ? int(uint8_t(h[at])) : 0; };
-    if (gif) {
-        if (h.size() < 11 || !h.startsWith("GIF")) return 0;
-        return (u8(10) & 0x80) ? (u8(10) & 7) + 1 : 8;
-    }
-    if (h.size() < 30 || !h.startsWith("BM")) return 0;
-    const int headerSize = u8(14) | u8(15) << 8;
-    const int at = headerSize == 12 ? 24 : 28; // the old core header keeps it earlier
-    return u8(at) | u8(at + 1) << 8;
+// A gif's logical screen (the size Qt gives its frames) and the bits per pixel of its
+// global colour table, from its header; false if there is no gif header.
+bool gifHeader(const InputFile& file, int& w, int& h, int& bpp) {
+    uint8_t b[13];
+    if (pread(file.fd(), b, sizeof b, 0) != ssize_t(sizeof b) || std::memcmp(b, "GIF", 3) != 0)
+        return false;
+    w = b[6] | b[7] << 8;
+    h = b[8] | b[9] << 8;
+    bpp = (b[10] & 0x80) ? (b[10] & 7) + 1 : 8;
+    return true;
 }
 
 // A gif ends with its trailer byte 0x3B; Qt shows a cut-off gif with its missing rows
 // blank, which is no good load.
-bool gifComplete(const std::string& path) {
-    QFile file(QString::fromStdString(path));
-    if (!file.open(QIODevice::ReadOnly) || file.size() < 14) return false;
-    file.seek(file.size() - 1);
-    return file.read(1) == QByteArray(1, char(0x3B));
+bool gifComplete(const InputFile& file) {
+    uint8_t last = 0;
+    return file.size() >= 14 && pread(file.fd(), &last, 1, off_t(file.size() - 1)) == 1 &&
+           last == 0x3B;
 }
 
-ImageFileResult loadRaster(const std::string& path, const char* format) {
-    if (std::string(format) == "gif" && !gifComplete(path)) return loadFailed();
+ImageFileResult loadGif(const std::string& path) {
+    const InputFile file(path);
+    int w = 0, h = 0, bpp = 0;
+    if (!file.ok() || !gifHeader(file, w, h, bpp) || !gifComplete(file) ||
+        !codec::SizeAllowed(w, h, {ImageMemoryBudget(), file.size()}))
+        return loadFailed();
+    QFile device;
+    if (!device.open(dup(file.fd()), QIODevice::ReadOnly, QFileDevice::AutoCloseHandle))
+        return loadFailed();
     // The format is forced by the extension: a png named .gif is refused, as the
     // platform loader refuses it.
-    QImageReader reader(QString::fromStdString(path), format);
+    QImageReader reader(&device, "gif");
     reader.setDecideFormatFromContent(false);
     reader.setAutoTransform(false);
-    const QSize size = reader.size();
-    if (size.isValid() && (size.width() > kMaxImageSide || size.height() > kMaxImageSide))
-        return loadFailed();
+    reader.setAllocationLimit(int(std::min<uint64_t>(ImageMemoryBudget() >> 20, INT32_MAX)));
     QImage img;
     if (!reader.read(&img)) return loadFailed();
-    int bpp = headerDepth(path, std::string(format) == "gif");
-    if (bpp <= 0) bpp = img.depth() == 32 ? 24 : img.depth();
     Bits pixels;
     const int dpiX = img.dotsPerMeterX() > 0 ? DotsPerInch(unsigned(img.dotsPerMeterX())) : 96;
     const int dpiY = img.dotsPerMeterY() > 0 ? DotsPerInch(unsigned(img.dotsPerMeterY())) : 96;
@@ -106,17 +107,19 @@ ImageFileResult loadRaster(const std::string& path, const char* format) {
     return LoadedImage(std::move(pixels), bpp, dpiX, dpiY);
 }
 
-ImageFileResult loadWmf(const std::string& path) {
-    const std::string temp = TempLoadName();
-    std::remove(temp.c_str());
-    if (!RunHelper({"wmf", path, temp})) return loadFailed();
-    FreeImageSession session;
-    FIBITMAP* dib = FreeImage_Load(FIF_BMP, temp.c_str(), 0);
+ImageFileResult loadBmp(const std::string& path) {
+    const InputFile file(path);
     Bits pixels;
-    const bool ok = dib && DibToBits(dib, pixels);
-    if (dib) FreeImage_Unload(dib);
-    std::remove(temp.c_str());
-    if (!ok) return loadFailed();
+    codec::DecodeInfo info;
+    if (!file.ok() || !DecodeHere(codec::DecodeBmp, file, pixels, info)) return loadFailed();
+    return LoadedImage(std::move(pixels), info.bpp, info.dpiX, info.dpiY);
+}
+
+ImageFileResult loadWmf(const std::string& path) {
+    const InputFile file(path);
+    Bits pixels;
+    codec::DecodeInfo info;
+    if (!file.ok() || !DecodeInHelper("wmf", "wmf", file.fd(), pixels, info)) return loadFailed();
     return LoadedImage(std::move(pixels), 24, 96, 96);
 }
 
@@ -142,16 +145,22 @@ QSize emfFrameSize(const std::string& path) {
 ImageFileResult loadEmf(const std::string& path) {
     // Drawing the SVG may draw text, which needs the fonts of a GUI application.
     if (!qobject_cast<QGuiApplication*>(QCoreApplication::instance())) return loadFailed();
+    const InputFile file(path);
+    if (!file.ok()) return loadFailed();
     const QSize size = emfFrameSize(path);
-    if (!size.isValid()) return loadFailed();
-    const std::string temp = TempLoadName();
-    std::remove(temp.c_str());
-    if (!RunHelper({"emf", path, temp})) return loadFailed();
-    QFile file(QString::fromStdString(temp));
-    QByteArray svg;
-    if (file.open(QIODevice::ReadOnly)) svg = file.readAll();
-    file.close();
-    std::remove(temp.c_str());
+    if (!size.isValid() || !codec::SizeAllowed(size.width(), size.height(),
+                                               {ImageMemoryBudget(), UINT64_MAX / 2}))
+        return loadFailed();
+    const int answer = MemoryFile("ostrivex-svg");
+    if (answer < 0) return loadFailed();
+    QFile svgFile;
+    if (!svgFile.open(answer, QIODevice::ReadOnly, QFileDevice::AutoCloseHandle)) {
+        close(answer);
+        return loadFailed();
+    }
+    if (!RunHelper({"emf"}, file.fd(), answer)) return loadFailed();
+    svgFile.seek(0);
+    const QByteArray svg = svgFile.readAll();
     QSvgRenderer renderer(svg);
     if (!renderer.isValid()) return loadFailed();
     // The converter sizes its SVG by the header's device bounds, which a reference device
@@ -184,9 +193,8 @@ ImageFileResult LoadDocumentImage(const std::string& path, const std::string& ex
 
 ImageFileResult LoadPictureFile(const std::string& path, const std::string& extension) {
     const std::string ext = LowerExtension(extension);
-    if (!QFile::exists(QString::fromStdString(path))) return loadFailed();
-    if (ext == "gif") return loadRaster(path, "gif");
-    if (ext == "bmp" || ext == "dib") return loadRaster(path, "bmp");
+    if (ext == "gif") return loadGif(path);
+    if (ext == "bmp" || ext == "dib") return loadBmp(path);
     if (ext == "wmf") return loadWmf(path);
     if (ext == "emf") return loadEmf(path);
     return loadFailed();

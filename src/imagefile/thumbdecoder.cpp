@@ -61,7 +61,8 @@ bool ThumbnailDecoder::start() {
     }
     const std::string helper = DevilHelperPath();
     char command[] = "serve";
-    char* argv[] = {const_cast<char*>(helper.c_str()), command, nullptr};
+    std::string budget = std::to_string(ImageMemoryBudget());
+    char* argv[] = {const_cast<char*>(helper.c_str()), command, budget.data(), nullptr};
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 0, "/dev/null", O_RDONLY, 0);
@@ -166,10 +167,13 @@ bool ThumbnailDecoder::Decode(const std::string& path, const std::string& extens
     const std::string answer = awaitAnswer(cancelled);
     int width = 0, height = 0;
     if (std::sscanf(answer.c_str(), "ok %d %d", &width, &height) != 2) {
-        // Crashed, too slow or no longer wanted: the helper goes. FreeImage's loaders
-        // refuse a bad file cleanly and the helper serves on; after DevIL and the metafile
-        // parsers, which are known to corrupt their memory first, a fresh one is started.
-        if (answer != "fail" || route.rfind("fi:", 0) != 0) stop(true);
+        // Crashed, too slow or no longer wanted: the helper goes. FreeImage's loaders and
+        // the program's own refuse a bad file cleanly and the helper serves on; after
+        // DevIL and the metafile parsers, which are known to corrupt their memory first, a
+        // fresh one is started.
+        const bool clean = route.rfind("fi:", 0) == 0 || route == "bmp" || route == "pnm" ||
+                           route == "png" || route == "sgi" || route == "dcx";
+        if (answer != "fail" || !clean) stop(true);
         std::remove(work_.c_str());
         return false;
     }

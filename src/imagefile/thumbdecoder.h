@@ -1,6 +1,6 @@
 // Thumbnails of image files, decoded away from the editor.
 //
-// A `ThumbnailDecoder` keeps one helper program (`ostrivex-devil serve`) running and hands
+// A `ThumbnailDecoder` keeps one helper program (`ostrivex-devil serve <budget>`) running and hands
 // it one file at a time: the same decoders as File > Open, in a process of their own, so a
 // hostile file can crash or hang only the helper. The helper decodes a JPEG at a reduced
 // scale where libjpeg can, shrinks the picture to the largest side asked for and hands it
@@ -21,8 +21,10 @@
 namespace ostrivex {
 
 // The helper's route for a thumbnail of `path`: the loader File > Open would use for the
-// extension ("fi:<FreeImage format>", "devil", "raw", "wmf", "emf"), or "" when the open
-// path has none (cur, olf, an unknown extension, a Koala or PhotoCD file of the wrong size).
+// extension (a way of helper/protocol.h: "fi:<FreeImage format>", "devil", "bmp", "sgi"
+// ..., or "emf"), a JPEG going through FreeImage for its scaled decode; "" when the open
+// path has none (cur, olf, an unknown extension, a Koala or PhotoCD file of the wrong size,
+// anything but a regular file).
 std::string ThumbnailRoute(const std::string& path, const std::string& extension);
 
 // An EMF file's own size (its frame at 96 dots per inch); invalid without an EMF header.

@@ -1,6 +1,7 @@
 // The private temporary folder and the DevIL helper process.
 #include "imagefile/helperprocess.h"
 #include "imagefile/imagefile.h"
+#include "imagefile/helper/protocol.h"
 
 #include <cerrno>
 #include <chrono>
@@ -78,9 +79,6 @@ std::string TempFolder() {
 std::string TempBitmapName() {
     return TempFolder() + "/t65s8s98";
 }
-std::string TempLoadName() {
-    return TempFolder() + "/4546643";
-}
 
 std::string DevilHelperPath() {
     if (!helperOverride.empty()) return helperOverride;
@@ -98,7 +96,7 @@ int DevilTimeLimit() {
     return helperTimeLimit;
 }
 
-bool RunHelper(const std::vector<std::string>& args) {
+bool RunHelper(const std::vector<std::string>& args, int inputFd, int answerFd) {
     const std::string helper = DevilHelperPath();
     std::vector<char*> argv;
     argv.push_back(const_cast<char*>(helper.c_str()));
@@ -106,11 +104,25 @@ bool RunHelper(const std::vector<std::string>& args) {
         argv.push_back(const_cast<char*>(a.c_str()));
     argv.push_back(nullptr);
 
-    // The libraries chatter on stdout and stderr: the helper's output goes nowhere.
+    // The libraries chatter on stdout and stderr: the helper's output goes nowhere. It
+    // sees the two descriptors it is given and none of the program's others.
+    // Descriptors low enough to clash with 3 and 4 are moved out of the way first.
+    auto high = [](int fd) { return fd >= 0 ? fcntl(fd, F_DUPFD_CLOEXEC, 10) : -1; };
+    const int input = high(inputFd), answer = high(answerFd);
+    struct Closer {
+        int fd;
+        ~Closer() {
+            if (fd >= 0) close(fd);
+        }
+    } closeInput{input}, closeAnswer{answer};
+    if ((inputFd >= 0 && input < 0) || (answerFd >= 0 && answer < 0)) return false;
     posix_spawn_file_actions_t actions;
     posix_spawn_file_actions_init(&actions);
     posix_spawn_file_actions_addopen(&actions, 1, "/dev/null", O_WRONLY, 0);
     posix_spawn_file_actions_addopen(&actions, 2, "/dev/null", O_WRONLY, 0);
+    if (input >= 0) posix_spawn_file_actions_adddup2(&actions, input, helper::kInputFd);
+    if (answer >= 0) posix_spawn_file_actions_adddup2(&actions, answer, helper::kAnswerFd);
+    posix_spawn_file_actions_addclosefrom_np(&actions, helper::kAnswerFd + 1);
     pid_t pid = 0;
     int rc = posix_spawn(&pid, helper.c_str(), &actions, nullptr, argv.data(), environ);
     posix_spawn_file_actions_destroy(&actions);

@@ -11,15 +11,7 @@ namespace {
 
 // Header of the region data: eight elements, the rectangle count at index 2, the box from
 // index 4 and the rectangles from index 8.
-constexpr size_t kHeaderElements = 8;
-constexpr size_t kCountIndex = 2;
 constexpr size_t kScaledFrom = 4;
-
-// A selection file larger than this is refused unread: 16M rectangles, far beyond what a
-// selection of the largest image this program edits can have (a freehand outline of a
-// 30000-row image with a hundred spans a row is 3M rectangles).
-constexpr std::streamoff kMaxFileBytes =
-    std::streamoff(kHeaderElements + 4 * (size_t(1) << 24)) * 4;
 
 const Region kNoPixels;
 
@@ -192,58 +184,12 @@ void cBitRegion::regionChanged() {
     RebuildScaledRegion();
 }
 
-// A selection file holds exactly what a region dump holds, and a region dump always lists
-// its rectangles in bands, whoever wrote it. Data that is not laid out so cannot have come
-// from a region: it is refused as damaged rather than built by a
-// general union, whose cost on crafted overlapping rectangles grows with the square of their
-// count. The header's size, type and byte-count fields are not checked: only the rectangle
-// count is needed to read the rectangles.
-bool IsSelectionDataValid(const std::vector<int32_t>& data) {
-    if (data.size() < kHeaderElements) return false;
-    const int64_t n = data[kCountIndex];
-    if (n < 0 || uint64_t(n) > (data.size() - kHeaderElements) / 4) return false;
-    int64_t bandTop = 0, bandBottom = 0, lastRight = 0;
-    bool first = true;
-    for (int64_t i = 0; i < n; ++i) {
-        const int32_t* r = data.data() + kHeaderElements + i * 4;
-        const int32_t left = r[0], top = r[1], right = r[2], bottom = r[3];
-        if (left >= right || top >= bottom) return false;
-        if (!first && top == bandTop) {
-            // Same band: same bottom, and to the right of the previous span.
-            if (bottom != bandBottom || left < lastRight) return false;
-        } else {
-            // A new band, below the previous one.
-            if (!first && top < bandBottom) return false;
-            bandTop = top;
-            bandBottom = bottom;
-        }
-        lastRight = right;
-        first = false;
-    }
-    return true;
-}
-
 bool cBitRegion::LoadFromFile(const std::string& fileName) {
-    std::ifstream in(fileName, std::ios::binary | std::ios::ate);
-    if (!in) return false;
-    const std::streamoff length = in.tellg();
-    if (length < 0) return false;
     std::vector<int32_t> elements;
-    bool damaged = length % 4 != 0 || length > kMaxFileBytes;
-    if (!damaged) {
-        std::vector<unsigned char> bytes(static_cast<size_t>(length));
-        in.seekg(0);
-        if (!bytes.empty() && !in.read(reinterpret_cast<char*>(bytes.data()), length)) return false;
-        elements.resize(bytes.size() / 4);
-        for (size_t i = 0; i < elements.size(); ++i) {
-            const unsigned char* p = bytes.data() + i * 4;
-            elements[i] = int32_t(uint32_t(p[0]) | (uint32_t(p[1]) << 8) | (uint32_t(p[2]) << 16) |
-                                  (uint32_t(p[3]) << 24));
-        }
-        damaged = !IsSelectionDataValid(elements);
-    }
+    const SelectionFileRead read = ReadSelectionFile(fileName, elements);
+    if (read == SelectionFileRead::CannotRead) return false;
     // The old selection is replaced, never combined: a damaged file leaves none.
-    if (damaged) {
+    if (read == SelectionFileRead::Damaged) {
         SetRegion(std::nullopt);
         return false;
     }

@@ -17,6 +17,7 @@
 #pragma once
 
 #include "pixel/region.h"
+#include "pixel/selectionfile.h"
 
 #include <array>
 #include <cstddef>
@@ -143,10 +144,5 @@ class cBitRegion {
 // otherwise the whole image (`RegionMain`). Before `Init` that is an empty region.
 const Region& EffectiveRegion(const cBitRegion& selection);
 
-// Checks a selection file's elements: at least the 8-element header, a rectangle count
-// that the data holds, and rectangles with left < right and top < bottom laid out in bands
-// (rows of equal top and bottom, bands going down without overlap, spans within a band
-// going right without overlap). Exposed for the tests.
-bool IsSelectionDataValid(const std::vector<int32_t>& data);
 
 } // namespace ostrivex

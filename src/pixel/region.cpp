@@ -108,6 +108,35 @@ Region Region::fromData(const int32_t* data, size_t count) {
     const size_t available = (count - 8) / 4;
     size_t n = data[2] < 0 ? 0 : size_t(uint32_t(data[2]));
     n = std::min(n, available);
+    // A dump lists its rectangles band by band; such data is taken over in one pass
+    // (touching spans joined, equal neighbouring bands merged). Anything else goes
+    // through the general union, whose sweep costs more.
+    Region banded;
+    std::vector<Span> spans;
+    int32_t top = 0, bottom = 0;
+    bool inOrder = true;
+    for (size_t i = 0; i < n && inOrder; ++i) {
+        const int32_t* p = data + 8 + i * 4;
+        const Rect r{p[0], p[1], p[2], p[3]};
+        if (r.isEmpty()) {
+            inOrder = false;
+        } else if (i > 0 && r.top == top) {
+            inOrder = r.bottom == bottom && r.left >= spans.back().x2;
+            if (inOrder) pushSpan(spans, r.left, r.right);
+        } else {
+            inOrder = i == 0 || r.top >= bottom;
+            if (!inOrder) break;
+            banded.appendBand(top, bottom, std::move(spans));
+            spans.clear();
+            top = r.top;
+            bottom = r.bottom;
+            pushSpan(spans, r.left, r.right);
+        }
+    }
+    if (inOrder) {
+        banded.appendBand(top, bottom, std::move(spans));
+        return banded;
+    }
     std::vector<Rect> rs(n);
     for (size_t i = 0; i < n; ++i) {
         const int32_t* p = data + 8 + i * 4;

@@ -101,9 +101,10 @@ inline std::string patternPpmText() {
     return s.str();
 }
 
-// Runs ImageMagick's convert with the given arguments; true on success.
+// Runs ImageMagick's convert with the given arguments; true on success. Called by its
+// full name: another program may stand in for `convert` on the PATH.
 inline bool imageMagick(const std::string& args) {
-    const std::string cmd = "convert " + args + " >/dev/null 2>&1";
+    const std::string cmd = "/usr/bin/convert " + args + " >/dev/null 2>&1";
     return std::system(cmd.c_str()) == 0;
 }
 

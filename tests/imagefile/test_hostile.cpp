@@ -3,7 +3,9 @@
 // survives (DevIL and the metafile parsers run in the helper process).
 #include "imagefile_test_util.h"
 
+#include <chrono>
 #include <filesystem>
+#include <random>
 
 namespace ostrivex::test {
 namespace {
@@ -135,6 +137,29 @@ TEST_F(HostileFiles, TruncatedFiles) {
         bytes.resize(bytes.size() / 3);
         const bool picture = IsPictureExtension(s.ext) && std::string(s.ext) != "bmp";
         expectFailure(make("cut", s.ext, bytes), s.ext, picture, "truncated");
+    }
+}
+
+TEST_F(HostileFiles, DamagedChunkFilesEndQuickly) {
+    // FreeImage's IFF loader stepped on by a damaged chunk size for ever, allocating the
+    // size each time, until the helper's time limit. With a limit far away, every damaged
+    // file must now end (loaded or refused) on its own, well before it.
+    SetDevilTimeLimit(60000);
+    std::mt19937 rng(22);
+    for (const char* name : {"small.iff", "small.lbm", "small.mng", "small.cut"}) {
+        const auto good = readBytes(dataFile(name));
+        for (int i = 0; i < 25; ++i) {
+            auto bytes = good;
+            if (rng() % 3 == 0) bytes.resize(rng() % bytes.size());
+            for (int k = int(rng() % 3); k >= 0 && !bytes.empty(); --k)
+                bytes[rng() % bytes.size()] = uint8_t(rng());
+            const std::string ext = ExtensionOf(name);
+            const std::string path = make("damaged" + std::to_string(i), ext, bytes);
+            const auto start = std::chrono::steady_clock::now();
+            const ImageFileResult r = LoadImageFile(path, ext);
+            EXPECT_TRUE(r.ok || r.message == "Unexpected error loading image");
+            EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(5)) << path;
+        }
     }
 }
 

@@ -56,7 +56,8 @@ std::string ChooseAppFolder(const AppFolderInputs& in) {
         fs::create_directories(in.home, ec);
         return withoutTrailingSlash(in.home);
     }
-    if (!in.exeDir.empty() && in.exeDirWritable) return withoutTrailingSlash(in.exeDir);
+    if (!in.exeDir.empty() && in.exeDirWritable && in.exeDirHasResources)
+        return withoutTrailingSlash(in.exeDir);
     return userDataFolder(in);
 }
 
@@ -76,6 +77,10 @@ std::string AppFolder() {
         const fs::path dir = ec ? fs::current_path(ec) : self.parent_path();
         exe.exeDir = dir.string();
         exe.exeDirWritable = ::access(dir.c_str(), W_OK) == 0;
+        // An installed program in a folder its user may write (~/.local/bin, a test
+        // prefix) still keeps its data in the user's folder: only a build tree has the
+        // resources beside the program.
+        exe.exeDirHasResources = fs::is_directory(dir / "Help", ec);
         exe.xdgDataHome = envText("XDG_DATA_HOME");
         exe.userHome = envText("HOME");
         // An installed program keeps its resources in share/ostrivex beside its bin folder,

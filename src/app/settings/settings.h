@@ -240,7 +240,7 @@ void SettingsFromBytes(SettingsRecord& s, const std::uint8_t* data, std::size_t 
 void SetDefaultSettings(SettingsRecord& s, const std::string& appFolder);
 
 // The program's folder, without a trailing slash: $OSTRIVEX_HOME when set; else the
-// executable's folder when it is writable; else $XDG_DATA_HOME/ostrivex (default
+// executable's folder when it is writable and holds the resource folders (a build); else $XDG_DATA_HOME/ostrivex (default
 // ~/.local/share/ostrivex), seeded from the installed resources on first use.
 std::string AppFolder();
 // AppFolder() + "/oi201Start.up".

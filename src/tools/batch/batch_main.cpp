@@ -3,31 +3,34 @@
 
 #include "pixel/allocator.h"
 
-#include <cstdlib>
-#include <filesystem>
+#include <QtGlobal>
+
 #include <iostream>
+#include <new>
 #include <string>
-#include <unistd.h>
 #include <vector>
+
+namespace {
+
+// Qt's own warnings (an image reader's complaint, a font lookup) would make an error more
+// than the one line the tool promises: the line the tool writes says what went wrong.
+void quietQt(QtMsgType, const QMessageLogContext&, const QString&) {}
+
+} // namespace
 
 int main(int argc, char** argv) {
     ostrivex::TuneAllocatorForImages();
-    // The image code hands decoded pictures over through work files of fixed names in the
-    // per-user temporary folder. Several batch runs side by side (a script, `xargs -P`)
-    // would overwrite each other's, so each run works in a private folder of its own.
-    const char* tmp = std::getenv("TMPDIR");
-    std::string pattern = std::string(tmp && *tmp ? tmp : "/tmp") + "/ostrivex-batch-XXXXXX";
-    std::vector<char> buf(pattern.begin(), pattern.end());
-    buf.push_back('\0');
-    const char* own = mkdtemp(buf.data());
-    if (own) setenv("XDG_RUNTIME_DIR", own, 1);
-
+    qInstallMessageHandler(quietQt);
+    // The image code keeps no work file in any folder (pictures come back from the
+    // helper in memory, saves take their name only when whole), so a run that is killed
+    // leaves nothing behind.
     std::vector<std::string> args(argv + 1, argv + argc);
-    const int rc = ostrivex::batch::runBatch(args, std::cout, std::cerr);
-
-    if (own) {
-        std::error_code ec;
-        std::filesystem::remove_all(own, ec);
+    try {
+        return ostrivex::batch::runBatch(args, std::cout, std::cerr);
+    } catch (const std::bad_alloc&) {
+        std::cerr << "ostrivex-batch: not enough memory\n";
+    } catch (const std::exception& e) {
+        std::cerr << "ostrivex-batch: " << e.what() << "\n";
     }
-    return rc;
+    return 2;
 }

@@ -38,6 +38,10 @@ TEST_F(SettingsFile, FolderChoiceAndSeeding) {
     EXPECT_EQ(ChooseAppFolder(in), home_ + "/chosen");
     in.home.clear();
     EXPECT_EQ(ChooseAppFolder(in), home_ + "/bin"); // a writable program folder
+    in.exeDirHasResources = false; // an installed one, in a folder its user may write
+    in.seedSources = {home_ + "/nowhere"};
+    EXPECT_EQ(ChooseAppFolder(in), home_ + "/data/ostrivex");
+    in.exeDirHasResources = true;
 
     // A program that cannot write beside itself uses the user's data folder, seeded from the
     // first resource folder that exists; what the user has is never replaced.

@@ -29,8 +29,8 @@ public:
     virtual ~DocumentHost() = default;
 
     // --- Application-wide state ----------------------------------------------------
-    // The label that the next SaveUndoBits files its state under. Tools and commands set
-    // it just before a save; it keeps the previous value when nobody sets it.
+    // The caption of the last change filed (every commit sets it), and the one a pending
+    // paste or a space commit is filed under: PASTE and the tools set it at their start.
     QString ActionLabel;
     // HistoryId of the document that was last activated (-1: none yet).
     int LastActiveDocumentId = -1;
@@ -83,7 +83,7 @@ public:
     // panel ("3 : 1", "1 : 4").
     virtual void ShowZoom(ViewScale scale) = 0;
 
-    // Toolbar button 14 (hand scrolling) is down.
+    // A hand scrolling button of the tool bar ("MouseScroll" or "MM") is down.
     virtual bool HandScrollDown() = 0;
 
     // The pan window: refresh it if visible; clear it (when the last document closes).

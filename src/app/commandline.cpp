@@ -14,7 +14,10 @@
 #include <QLocalSocket>
 #include <QLockFile>
 #include <QThread>
+#include <QScreen>
 #include <QTimer>
+#include <QWindow>
+
 
 namespace ostrivex {
 
@@ -147,10 +150,35 @@ void OpenFiles(const QStringList& files) {
     MainWindow->activateWindow();
 }
 
-void OpenPendingFiles() {
+namespace {
+
+// True once the main window is on the screen at its own size (maximised when asked).
+bool mainWindowSettled() {
+    if (!MainWindow || !MainWindow->isVisible()) return false;
+    const QWindow* handle = MainWindow->windowHandle();
+    if (!handle || !handle->isExposed()) return false;
+    if (!(MainWindow->windowState() & Qt::WindowMaximized)) return true;
+    const QScreen* screen = MainWindow->screen();
+    return !screen || MainWindow->frameGeometry().width() >= screen->availableGeometry().width() * 9 / 10;
+}
+
+void openPendingWhenSettled(int triesLeft) {
+    if (!mainWindowSettled() && triesLeft > 0) {
+        QTimer::singleShot(25, [triesLeft] { openPendingWhenSettled(triesLeft - 1); });
+        return;
+    }
     const QStringList files = pendingFiles;
     pendingFiles.clear();
     if (!files.isEmpty()) OpenFiles(files);
+}
+
+} // namespace
+
+void OpenPendingFiles() {
+    // A document window takes its first size from the main window's working area, so the
+    // files wait until the main window is on the screen at its own size: a window manager
+    // maximises it some time after it is shown. At most about a second is waited.
+    if (!pendingFiles.isEmpty()) openPendingWhenSettled(40);
 }
 
 } // namespace ostrivex

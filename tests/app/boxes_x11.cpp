@@ -5,7 +5,14 @@
 //
 // Run under xvfb-run with the xcb platform (see CMakeLists.txt).
 #include "app/app_test_util.h"
+#include "app/commandline.h"
+#include "app/globals.h"
+#include "app/picture_files.h"
 #include "app/toolbox.h"
+#include "document/fimage.h"
+
+#include <QMdiArea>
+#include <QMdiSubWindow>
 
 #include <QProcess>
 #include <QTest>
@@ -58,13 +65,19 @@ bool windowManagerRunning() { return !windows(root(), "_NET_SUPPORTING_WM_CHECK"
 
 class BoxesUnderOpenbox : public ostrivex::testing::WithMainWindow {};
 
-TEST_F(BoxesUnderOpenbox, TheBoxesStayAboveTheMainWindowWhenItIsRaised) {
-    QProcess wm;
+// Starts openbox and waits until it manages the screen; killed with the returned process.
+void startOpenbox(QProcess& wm) {
     wm.start("openbox", {"--sm-disable"});
     ASSERT_TRUE(wm.waitForStarted(5000)) << "openbox is not installed";
     for (int waited = 0; !windowManagerRunning() && waited < 10000; waited += 20) QTest::qWait(20);
     ASSERT_TRUE(windowManagerRunning());
     QTest::qWait(500); // the window manager takes charge of the screen
+}
+
+TEST_F(BoxesUnderOpenbox, TheBoxesStayAboveTheMainWindowWhenItIsRaised) {
+    QProcess wm;
+    startOpenbox(wm);
+    if (HasFatalFailure()) return;
 
     // Start-up's order: the boxes first, then the main window.
     for (int b = 0; b < fMain::BoxCount; ++b) main_->PlaceBox(b);
@@ -99,6 +112,36 @@ TEST_F(BoxesUnderOpenbox, TheBoxesStayAboveTheMainWindowWhenItIsRaised) {
         EXPECT_GT(boxAt - order.begin(), mainAt - order.begin());
     }
     EXPECT_EQ(shown, int(fMain::BoxCount));
+    wm.kill();
+    wm.waitForFinished(5000);
+}
+
+// A file named on the command line waits for the main window: the window manager maximises
+// it some time after it is shown, and the document's first size comes from the working area.
+TEST_F(BoxesUnderOpenbox, AFileFromTheCommandLineOpensInTheMaximisedWindow) {
+    QProcess wm;
+    startOpenbox(wm);
+    if (HasFatalFailure()) return;
+    const QString file = home() + "/wide.bmp";
+    ASSERT_TRUE(ostrivex::testing::writeBmp24(file, 900, 600, std::vector<ostrivex::testing::Rgb>(900 * 600, {40, 90, 160})));
+
+    // As at start: the file is named before there is a main window.
+    fMain* const made = MainWindow;
+    MainWindow = nullptr;
+    OpenFiles({file});
+    MainWindow = made;
+    main_->showMaximized();
+    OpenPendingFiles();
+    for (int waited = 0; main_->Documents().empty() && waited < 5000; waited += 20) QTest::qWait(20);
+    ASSERT_EQ(main_->Documents().size(), 1u);
+    QTest::qWait(200);
+    auto* sub = qobject_cast<QMdiSubWindow*>(main_->Documents().front()->parentWidget());
+    ASSERT_NE(sub, nullptr);
+    const QSize area = sub->mdiArea()->viewport()->size();
+    // The 1024 x 768 screen's working area holds most of the picture: the window takes it.
+    EXPECT_GT(area.width(), 900);
+    EXPECT_GE(sub->width(), 900);
+    EXPECT_GE(sub->height(), std::min(600, area.height() - 10));
     wm.kill();
     wm.waitForFinished(5000);
 }
